@@ -1,0 +1,19 @@
+# The warnings that all code of the project is free of, and the runtime checks a preset asks for.
+add_library(pkider_warnings INTERFACE)
+target_compile_options(pkider_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # Optimising, it takes "text" + std::string for an overlapping copy: https://gcc.gnu.org/bugzilla/show_bug.cgi?id=105651
+  target_compile_options(pkider_warnings INTERFACE -Wno-restrict)
+endif()
+if(PKIDER_WERROR)
+  target_compile_options(pkider_warnings INTERFACE -Werror)
+endif()
+
+if(PKIDER_SANITIZE)
+  add_compile_options(-fsanitize=${PKIDER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=${PKIDER_SANITIZE})
+endif()
+if(PKIDER_COVERAGE)
+  add_compile_options(--coverage -fprofile-update=atomic)
+  add_link_options(--coverage)
+endif()

@@ -1,0 +1,13 @@
+// The export macro of the interface. A host defines PKIDER_STATIC when it links the static form of the library; the
+// CMake targets and the pkg-config module do it for their users.
+#pragma once
+
+#if defined(PKIDER_STATIC)
+#define PKIDER_API
+#elif defined(_WIN32) && defined(PKIDER_BUILDING)
+#define PKIDER_API __declspec(dllexport)
+#elif defined(_WIN32)
+#define PKIDER_API __declspec(dllimport)
+#else
+#define PKIDER_API __attribute__((visibility("default")))
+#endif

@@ -1,0 +1,40 @@
+// Letters and digits as they are in ASCII, whatever the locale says and however `char` is signed. The functions of
+// <cctype> depend on the one and are undefined for the other.
+#pragma once
+
+#include <cstdint>
+
+namespace pkider {
+
+/// The value of a decimal digit; above 9 for every other byte.
+constexpr unsigned ascii_digit_value(char c) {
+    return static_cast<uint8_t>(c) - unsigned{'0'};
+}
+
+constexpr bool is_ascii_digit(char c) {
+    return ascii_digit_value(c) <= 9;
+}
+
+/// Folds a to z; every other byte, NUL and the ones of UTF-8 included, stands for itself.
+constexpr char ascii_upper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+/// Compares exactly `size` bytes of both texts, ASCII letters without their case. A NUL ends nothing.
+constexpr bool ascii_equal_ignoring_case(const char* a, const char* b, uint64_t size) {
+    for (uint64_t i = 0; i < size; ++i) {
+        if (ascii_upper(a[i]) != ascii_upper(b[i])) return false;
+    }
+    return true;
+}
+
+/// The order that goes with it: below 0, 0 or above 0, bytes taken as unsigned.
+constexpr int ascii_compare_ignoring_case(const char* a, const char* b, uint64_t size) {
+    for (uint64_t i = 0; i < size; ++i) {
+        const int difference = static_cast<uint8_t>(ascii_upper(a[i])) - static_cast<uint8_t>(ascii_upper(b[i]));
+        if (difference != 0) return difference;
+    }
+    return 0;
+}
+
+} // namespace pkider

@@ -1,0 +1,53 @@
+// Copying and comparing the short pieces that object identifiers and Names are made of: three bytes here, a dozen
+// there. Up to 16 bytes are handled inline, by the first and the last few of them, which may overlap; a call of memcpy
+// or memcmp would cost several times as much.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace pkider {
+
+/// The first and the last bytes of a piece of at least `sizeof(Word)` and at most twice as many.
+template <typename Word>
+struct piece_ends_t {
+    Word first;
+    Word last;
+
+    piece_ends_t(const void* piece, std::size_t size) {
+        std::memcpy(&first, piece, sizeof first);
+        std::memcpy(&last, static_cast<const uint8_t*>(piece) + size - sizeof last, sizeof last);
+    }
+    void store(void* piece, std::size_t size) const {
+        std::memcpy(piece, &first, sizeof first);
+        std::memcpy(static_cast<uint8_t*>(piece) + size - sizeof last, &last, sizeof last);
+    }
+    bool operator==(const piece_ends_t&) const = default;
+};
+
+/// std::memcpy; null and 0 bytes are fine too.
+inline void copy_short(void* to, const void* from, std::size_t size) {
+    if (size > 16) {
+        std::memcpy(to, from, size);
+    } else if (size >= 8) {
+        piece_ends_t<uint64_t>(from, size).store(to, size);
+    } else if (size >= 4) {
+        piece_ends_t<uint32_t>(from, size).store(to, size);
+    } else if (size >= 2) {
+        piece_ends_t<uint16_t>(from, size).store(to, size);
+    } else if (size == 1) {
+        piece_ends_t<uint8_t>(from, size).store(to, size);
+    }
+}
+
+/// std::memcmp(a, b, size) == 0; null and 0 bytes are fine too.
+inline bool equal_short(const void* a, const void* b, std::size_t size) {
+    if (size > 16) return std::memcmp(a, b, size) == 0;
+    if (size >= 8) return piece_ends_t<uint64_t>(a, size) == piece_ends_t<uint64_t>(b, size);
+    if (size >= 4) return piece_ends_t<uint32_t>(a, size) == piece_ends_t<uint32_t>(b, size);
+    if (size >= 2) return piece_ends_t<uint16_t>(a, size) == piece_ends_t<uint16_t>(b, size);
+    return size == 0 || piece_ends_t<uint8_t>(a, size) == piece_ends_t<uint8_t>(b, size);
+}
+
+} // namespace pkider

@@ -1,0 +1,1 @@
+set(platform_sources file.cpp kodex.cpp)
