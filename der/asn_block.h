@@ -1,0 +1,124 @@
+// Writers that count their sizes first and then fill one block from front to back, without a copy for each level of
+// nesting. Sizes and headers follow der/asn_header.h, so the bytes are those that nested asn_writer_t would give.
+//
+//     const uint64_t inner = asn_checked_element_size(key.key_len);
+//     asn_replace_by_block(out, asn_checked_element_size(inner), [&](uint8_t* at) {
+//         at = asn_put_header(at, asn_tag_t::SEQUENCE, inner);
+//         at = asn_put_header(at, asn_tag_t::OCTET_STRING, key.key_len);
+//         asn_put_bytes(at, key.key, key.key_len);
+//     });
+#pragma once
+
+#include "der/asn_header.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+#include <string>
+#include <utility>
+
+namespace pkider {
+
+/// @throws std::length_error, always.
+[[noreturn]] void asn_refuse_length();
+
+/// asn_element_size for contents of any size.
+///
+/// @throws std::length_error when no header can stand in front of them. A sum of a few results cannot wrap.
+inline uint64_t asn_checked_element_size(uint64_t content_size) {
+    if (content_size > asn_max_content_size) [[unlikely]]
+        asn_refuse_length();
+    return asn_element_size(content_size);
+}
+
+/// Copies `count` bytes to `at`; a null `bytes` stands for zeros. Returns the place behind them.
+inline uint8_t* asn_put_bytes(uint8_t* at, const uint8_t* bytes, uint64_t count) {
+    if (bytes == nullptr) {
+        std::memset(at, 0, static_cast<std::size_t>(count));
+    } else {
+        std::memcpy(at, bytes, static_cast<std::size_t>(count));
+    }
+    return at + count;
+}
+
+/// Copies a constant to `at` and returns the place behind it.
+template <std::size_t Size>
+uint8_t* asn_put_constant(uint8_t* at, const std::array<uint8_t, Size>& bytes) {
+    std::memcpy(at, bytes.data(), Size);
+    return at + Size;
+}
+
+/// Appends to a string whose room was reserved. Pieces of a few bytes are gathered first: a header at a time would cost
+/// more in calls than in bytes, and filling the string in place would mean to write its zeros before.
+///
+///     uint8_t* at = out.begin_piece(2 * asn_max_header_size);
+///     at = asn_put_header(at, asn_tag_t::SEQUENCE, size);
+///     out.end_piece(asn_put_header(at, asn_tag_t::OCTET_STRING, key_len));
+///     out.bytes(key, key_len);
+///     out.flush();
+class asn_appender_t {
+  public:
+    static constexpr std::size_t max_piece_size = 256;
+
+    explicit asn_appender_t(std::string& out) : m_out(out), m_at(m_gathered) {}
+    asn_appender_t(const asn_appender_t&) = delete;
+    asn_appender_t& operator=(const asn_appender_t&) = delete;
+
+    /// A place for a piece of at most `max_size` bytes, max_piece_size or less.
+    uint8_t* begin_piece(std::size_t max_size) {
+        if (static_cast<std::size_t>(std::end(m_gathered) - m_at) < max_size) flush();
+        return m_at;
+    }
+    /// Takes the piece up to `end`.
+    void end_piece(uint8_t* end) { m_at = end; }
+
+    /// Takes `count` bytes; a null `bytes` stands for zeros.
+    void bytes(const uint8_t* bytes, uint64_t count) {
+        constexpr uint64_t few = 64;
+        if (count <= few) {
+            end_piece(asn_put_bytes(begin_piece(few), bytes, count));
+            return;
+        }
+        flush();
+        if (bytes == nullptr) {
+            m_out.append(static_cast<std::size_t>(count), '\0');
+        } else {
+            m_out.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count));
+        }
+    }
+    void bytes(const std::string& text) { bytes(reinterpret_cast<const uint8_t*>(text.data()), text.size()); }
+
+    /// Appends what was gathered. The last call of every user.
+    void flush() {
+        m_out.append(reinterpret_cast<const char*>(m_gathered), static_cast<std::size_t>(m_at - m_gathered));
+        m_at = m_gathered;
+    }
+
+  private:
+    std::string& m_out;
+    uint8_t* m_at;
+    uint8_t m_gathered[max_piece_size];
+};
+
+/// Replaces `out` by `size` bytes that `fill(first)` writes, all of them. `fill` may read what `out` held.
+///
+/// Small blocks are filled on the stack, so that an `out` with room enough is written without an allocation.
+///
+/// @throws std::bad_alloc, std::length_error; `out` is then as it was.
+template <typename Fill>
+void asn_replace_by_block(std::string& out, uint64_t size, Fill fill) {
+    constexpr std::size_t small_size = 512;
+    if (size <= small_size) {
+        uint8_t block[small_size];
+        fill(block);
+        out.assign(reinterpret_cast<const char*>(block), static_cast<std::size_t>(size));
+        return;
+    }
+    std::string block(static_cast<std::size_t>(size), '\0');
+    fill(reinterpret_cast<uint8_t*>(block.data()));
+    out = std::move(block);
+}
+
+} // namespace pkider

@@ -1,0 +1,47 @@
+// DER that is fixed when the library is compiled: identifiers, and the pieces of algorithm identifiers made of them.
+// Lengths are counted by the compiler, so that a constant reads like its ASN.1:
+//
+//     constexpr auto hmac = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x0A>;   // 1.2.643.2.2.10
+//     constexpr auto prf = asn_constant_sequence(hmac, asn_null);          // 30 0A 06 06 2A 85 03 02 02 0A 05 00
+#pragma once
+
+#include "der/element_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace pkider {
+
+/// An OBJECT IDENTIFIER element with these contents octets: writers copy it whole, readers compare with asn_is_oid.
+template <uint8_t... Contents>
+inline constexpr std::array<uint8_t, 2 + sizeof...(Contents)> asn_oid = {0x06, sizeof...(Contents), Contents...};
+
+inline constexpr std::array<uint8_t, 2> asn_null = {0x05, 0x00};
+
+/// The pieces one behind the other.
+template <std::size_t... Sizes>
+constexpr auto asn_constant_join(const std::array<uint8_t, Sizes>&... pieces) {
+    std::array<uint8_t, (Sizes + ...)> out{};
+    auto at = out.begin();
+    ((at = std::copy(pieces.begin(), pieces.end(), at)), ...);
+    return out;
+}
+
+/// A SEQUENCE of the pieces, short enough for a length of one octet.
+template <std::size_t... Sizes>
+constexpr auto asn_constant_sequence(const std::array<uint8_t, Sizes>&... pieces) {
+    constexpr std::size_t content_size = (Sizes + ...);
+    static_assert(content_size < 0x80);
+    return asn_constant_join(std::array<uint8_t, 2>{0x30, static_cast<uint8_t>(content_size)}, pieces...);
+}
+
+/// True when the contents of `element` are those of `oid`, an asn_oid; how its header was written does not matter.
+template <std::size_t Size>
+bool asn_is_oid(const asn_element_t& element, const std::array<uint8_t, Size>& oid) {
+    return element.length == Size - 2 && std::memcmp(element.content, oid.data() + 2, Size - 2) == 0;
+}
+
+} // namespace pkider

@@ -1,0 +1,93 @@
+#include "der/asn_block.h"
+
+#include "tests/support/alloc_failure.h"
+#include "tests/support/hex.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+
+using namespace pkider;
+using namespace pkider_test;
+
+namespace {
+
+TEST(AsnBlock, SizesAreCheckedBeforeTheyAreCounted) {
+    EXPECT_EQ(asn_checked_element_size(0), 2u);
+    EXPECT_EQ(asn_checked_element_size(0x1234), 0x1234u + 4);
+    EXPECT_EQ(asn_checked_element_size(0xFFFFFFFF), 0xFFFFFFFFu + uint64_t{6});
+    EXPECT_THROW(asn_checked_element_size(0x100000000), std::length_error);
+    EXPECT_THROW(asn_checked_element_size(0xFFFFFFFFFFFFFFFF), std::length_error);
+}
+
+TEST(AsnBlock, NullBytesAreZeros) {
+    uint8_t block[5] = {1, 1, 1, 1, 1};
+    const uint8_t two[] = {7, 8};
+    uint8_t* const after_two = asn_put_bytes(block, two, 2);
+    EXPECT_EQ(asn_put_bytes(after_two, nullptr, 2), block + 4);
+    EXPECT_EQ(to_hex(bytes_t(block, block + 5)), "07 08 00 00 01");
+}
+
+// Spans on both sides of what is gathered, more pieces than the place holds, and zeros for null.
+TEST(AsnAppender, AppendsEverythingInOrder) {
+    const std::string large(1000, 'L');
+    for (const std::size_t size : {0u, 1u, 63u, 64u, 65u, 255u, 256u, 257u, 1000u}) {
+        std::string out = "before ";
+        std::string expected = out;
+        out.reserve(100'000);
+        asn_appender_t appender(out);
+        for (int i = 0; i < 20; ++i) {
+            uint8_t* const at = appender.begin_piece(asn_max_header_size);
+            appender.end_piece(asn_put_header(at, 0x04, size));
+            appender.bytes(reinterpret_cast<const uint8_t*>(large.data()), size);
+            appender.bytes(nullptr, size);
+            appender.bytes(large.substr(0, size));
+
+            bytes_t header(asn_header_size(size));
+            asn_put_header(header.data(), 0x04, size);
+            expected += header.str() + large.substr(0, size) + std::string(size, '\0') + large.substr(0, size);
+        }
+        appender.flush();
+        EXPECT_EQ(out, expected) << size;
+        appender.flush(); // nothing is left
+        EXPECT_EQ(out, expected) << size;
+    }
+}
+
+// On both sides of the size up to which the stack is used.
+TEST(AsnBlock, ReplacesTheOutputByWhatWasFilled) {
+    for (const std::size_t size : {0u, 1u, 511u, 512u, 513u, 100'000u}) {
+        std::string out = "before";
+        asn_replace_by_block(out, size, [&](uint8_t* at) {
+            EXPECT_EQ(out, "before");
+            std::fill_n(at, size, uint8_t{'f'});
+        });
+        EXPECT_EQ(out, std::string(size, 'f'));
+    }
+}
+
+TEST(AsnBlock, SmallBlocksNeedNoAllocationWhereThereIsRoom) {
+    std::string out(512, 'x');
+    const auto fill = [](uint8_t* at) { std::fill_n(at, 512, uint8_t{'f'}); };
+    EXPECT_EQ(count_allocations([&] { asn_replace_by_block(out, 512, fill); }), 0u);
+    EXPECT_EQ(out, std::string(512, 'f'));
+}
+
+TEST(AsnBlock, FailedAllocationLeavesTheOutput) {
+    for (const std::size_t size : {100u, 1000u}) {
+        const auto replace = [&] {
+            std::string out = "before";
+            try {
+                asn_replace_by_block(out, size, [&](uint8_t* at) { std::fill_n(at, size, uint8_t{'f'}); });
+            } catch (...) {
+                EXPECT_EQ(out, "before");
+                throw;
+            }
+        };
+        EXPECT_EQ(for_each_failing_allocation(replace, [] {}), 1u);
+    }
+}
+
+} // namespace

@@ -1,0 +1,43 @@
+#include "der/asn_constant.h"
+
+#include "tests/support/guarded.h"
+#include "tests/support/hex.h"
+
+#include <gtest/gtest.h>
+
+using namespace pkider;
+using namespace pkider_test;
+
+namespace {
+
+template <std::size_t Size>
+std::string hex_of(const std::array<uint8_t, Size>& bytes) {
+    return to_hex(bytes);
+}
+
+TEST(AsnConstant, LengthsAreCounted) {
+    constexpr auto oid = asn_oid<0x2A, 0x85, 0x03>;
+    EXPECT_EQ(hex_of(oid), "06 03 2A 85 03");
+    EXPECT_EQ(hex_of(asn_oid<>), "06 00");
+    EXPECT_EQ(hex_of(asn_constant_join(oid, asn_null)), "06 03 2A 85 03 05 00");
+    EXPECT_EQ(hex_of(asn_constant_sequence(oid, asn_constant_sequence(asn_null))), "30 09 06 03 2A 85 03 30 02 05 00");
+}
+
+TEST(AsnConstant, IdentifiersAreComparedByContents) {
+    constexpr auto oid = asn_oid<0x2A, 0x85, 0x03>;
+    const auto is_oid = [&](const char* contents) {
+        bool result = false;
+        for_guarded(from_hex(contents), [&](const uint8_t* data, std::size_t size) {
+            result = asn_is_oid({nullptr, data, size}, oid);
+        });
+        return result;
+    };
+    EXPECT_TRUE(is_oid("2A 85 03"));
+    EXPECT_FALSE(is_oid("2A 85 04"));
+    EXPECT_FALSE(is_oid("2B 85 03"));
+    EXPECT_FALSE(is_oid("2A 85"));
+    EXPECT_FALSE(is_oid("2A 85 03 01"));
+    EXPECT_FALSE(is_oid(""));
+}
+
+} // namespace
