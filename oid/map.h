@@ -1,0 +1,56 @@
+// The map object behind oid_map_handle_t: the built-in rows or none, and whatever a text adds to them.
+//
+// The built-in rows are looked into first, so that they win. Wanted: OidDefaultMaps.RequiredBuiltinNamesWinOverTheFile.
+// They are a constant, so that a map with them is constant-initialised. Finders are safe for any number of threads; add
+// and clear are not.
+#pragma once
+
+#include "oid/builtin_index.h"
+#include "oid/map_entries.h"
+
+#include <pkider/oid.h>
+
+#include <cstdint>
+#include <string_view>
+
+namespace pkider {
+
+enum class oid_map_start_t : bool { EMPTY, BUILTIN };
+
+class oid_map_t {
+  public:
+    explicit constexpr oid_map_t(oid_map_start_t start) : m_has_builtin(start == oid_map_start_t::BUILTIN) {}
+    oid_map_t(const oid_map_t&) = delete;
+    oid_map_t& operator=(const oid_map_t&) = delete;
+
+    /// Ends a map made by `new`. There is no destructor that would: the maps that are constants of the library's image
+    /// must stay there for the destructors of its hosts.
+    static void destroy(const oid_map_t* map) noexcept;
+
+    /// Adds the entries of `text` in place of those added before.
+    ///
+    /// @throws std::bad_alloc, std::length_error; the map is then as it was.
+    void add(std::string_view text);
+
+    /// Back to what the map started with. Entries added by a text end their life.
+    void clear() noexcept;
+
+    const OIDdescr_t* find_asn(const uint8_t* asn, uint64_t length) const {
+        const OIDdescr_t* const row = m_has_builtin ? builtin_by_contents.find(asn, length) : nullptr;
+        return row != nullptr || m_added == nullptr ? row : m_added->find_asn(asn, length);
+    }
+    const OIDdescr_t* find_str(const char* str, uint64_t length) const {
+        const OIDdescr_t* const row = m_has_builtin ? builtin_by_dotted_text.find(str, length) : nullptr;
+        return row != nullptr || m_added == nullptr ? row : m_added->find_str(str, length);
+    }
+    const OIDdescr_t* find_sn(const char* sn, uint64_t length) const {
+        const OIDdescr_t* const row = m_has_builtin ? builtin_by_short_name.find(sn, length) : nullptr;
+        return row != nullptr || m_added == nullptr ? row : m_added->find_sn(sn, length);
+    }
+
+  private:
+    bool m_has_builtin;
+    const oid_map_entries_t* m_added = nullptr; // owned
+};
+
+} // namespace pkider

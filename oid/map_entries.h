@@ -1,0 +1,40 @@
+// The entries that a text gives a map, with their three indexes. Built once, then only read.
+#pragma once
+
+#include "oid/map_index.h"
+#include "oid/map_keys.h"
+
+#include <pkider/oid.h>
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace pkider {
+
+class oid_map_entries_t {
+  public:
+    /// Reads all lines; those that are no entry are skipped.
+    ///
+    /// @throws std::bad_alloc, std::length_error.
+    explicit oid_map_entries_t(std::string_view text);
+    oid_map_entries_t(const oid_map_entries_t&) = delete;
+    oid_map_entries_t& operator=(const oid_map_entries_t&) = delete;
+    ~oid_map_entries_t();
+
+    // Not inline: a map that finds a built-in row is to pay for nothing else.
+    const OIDdescr_t* find_asn(const uint8_t* asn, uint64_t length) const;
+    const OIDdescr_t* find_str(const char* str, uint64_t length) const;
+    const OIDdescr_t* find_sn(const char* sn, uint64_t length) const;
+
+  private:
+    void read_lines(std::string_view text);
+    void release() noexcept;
+
+    std::vector<const OIDdescr_t*> m_entries; // in the order of the text, repeated keys included; owned
+    oid_map_index_t<by_contents_t> m_by_contents;
+    oid_map_index_t<by_dotted_text_t> m_by_dotted_text;
+    oid_map_index_t<by_short_name_t> m_by_short_name;
+};
+
+} // namespace pkider

@@ -1,0 +1,164 @@
+#include "oid/builtin_index.h"
+
+#include "tests/support/hex.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <span>
+#include <string>
+#include <string_view>
+
+using namespace pkider;
+using namespace pkider_test;
+
+namespace {
+
+// The table as a map's text, spelled again.
+constexpr std::string_view builtin_text = "2.5.4.3 = CN, commonName\n"
+                                          "2.5.4.4 = SN, surName\n"
+                                          "2.5.4.6 = C, countryName\n"
+                                          "2.5.4.7 = L, localityName\n"
+                                          "2.5.4.8 = ST, stateName\n"
+                                          "2.5.4.8 = S, stateName\n"
+                                          "2.5.4.9 = STREET, streetAddress\n"
+                                          "2.5.4.10 = O, organizationName\n"
+                                          "2.5.4.11 = OU, organizationalUnitName\n"
+                                          "2.5.4.12 = T, title\n"
+                                          "2.5.4.20 = TEL, telephoneNumber\n"
+                                          "2.5.4.23 = FAX, facsimileNumber\n"
+                                          "2.5.4.41 = NQ, nameQualifier\n"
+                                          "2.5.4.42 = GN, givenName\n"
+                                          "2.5.4.43 = I, initials\n"
+                                          "2.5.4.44 = GQ, generationQualifier\n"
+                                          "2.5.4.46 = DNQ, dnQualifier\n"
+                                          "2.5.4.65 = PS, pseudonym\n"
+                                          "0.9.2342.19200300.100.1.1 = UID, uid\n"
+                                          "0.9.2342.19200300.100.1.3 = MBOX, rfc822Mailbox\n"
+                                          "0.9.2342.19200300.100.1.25 = DC, domainComponent\n"
+                                          "1.2.840.113549.1.9.1 = E, emailAddress\n"
+                                          "1.3.6.1.4.1.42.2.11.2.1 = SUNIP, ipAddress\n";
+static_assert(builtin_text.size() == 711);
+
+std::string all_strings(const OIDdescr_t& entry) {
+    return {reinterpret_cast<const char*>(entry.asn), entry.asn_len + entry.str_len + entry.sn_len + entry.ln_len + 3};
+}
+
+TEST(BuiltinRows, WrittenOutAreTheTextOf711Bytes) {
+    std::string text;
+    for (const OIDdescr_t& row : builtin_rows) {
+        text += std::string(row.str) + " = " + row.sn + ", " + row.ln + "\n";
+    }
+    EXPECT_EQ(text, builtin_text);
+}
+
+TEST(BuiltinRows, AreWhatAMapReadsFromTheText) {
+    const oid_map_handle_t map = oid_map_parse(builtin_text.data(), builtin_text.size());
+    for (const OIDdescr_t& row : builtin_rows) {
+        const OIDdescr_t* const read = oid_map_find_sn(map, row.sn, row.sn_len);
+        ASSERT_NE(read, nullptr) << row.sn;
+        EXPECT_EQ(read->asn_len, row.asn_len);
+        EXPECT_EQ(read->str_len, row.str_len);
+        EXPECT_EQ(read->sn_len, row.sn_len);
+        EXPECT_EQ(read->ln_len, row.ln_len);
+        EXPECT_EQ(all_strings(*read), all_strings(row)); // one block, the same layout
+    }
+    // The one object identifier that stands there twice
+    const OIDdescr_t* const state = oid_map_find_sn(map, "ST", 2);
+    EXPECT_NE(oid_map_find_sn(map, "S", 1), state);
+    EXPECT_EQ(oid_map_find_asn(map, state->asn, state->asn_len), state);
+    EXPECT_EQ(oid_map_find_str(map, "2.5.4.8", 7), state);
+    oid_map_release(map);
+}
+
+TEST(BuiltinRows, StandInOneBlockEach) {
+    for (const OIDdescr_t& row : builtin_rows) {
+        const auto* const block = reinterpret_cast<const char*>(row.asn);
+        EXPECT_EQ(row.str, block + row.asn_len);
+        EXPECT_EQ(row.sn, row.str + row.str_len + 1);
+        EXPECT_EQ(row.ln, row.sn + row.sn_len + 1);
+        EXPECT_EQ(row.str[row.str_len] | row.sn[row.sn_len] | row.ln[row.ln_len], '\0');
+    }
+}
+
+// The index against a walk through the table.
+const OIDdescr_t* first_row(auto has_key) {
+    const auto* const end = std::end(builtin_rows);
+    const auto* const row = std::find_if(std::begin(builtin_rows), end, has_key);
+    return row == end ? nullptr : row;
+}
+const OIDdescr_t* first_with_contents(std::span<const uint8_t> key) {
+    return first_row([&](const OIDdescr_t& row) { return std::ranges::equal(std::span(row.asn, row.asn_len), key); });
+}
+const OIDdescr_t* first_with_dotted_text(std::string_view key) {
+    return first_row([&](const OIDdescr_t& row) { return row.str == key; });
+}
+const OIDdescr_t* first_with_short_name(std::string_view key) {
+    return first_row([&](const OIDdescr_t& row) {
+        return row.sn_len == key.size() && ascii_equal_ignoring_case(row.sn, key.data(), key.size());
+    });
+}
+
+TEST(BuiltinIndex, FindsTheFirstRowOfEachKey) {
+    for (const OIDdescr_t& row : builtin_rows) {
+        EXPECT_EQ(builtin_by_contents.find(row.asn, row.asn_len), first_with_contents({row.asn, row.asn_len}));
+        EXPECT_EQ(builtin_by_dotted_text.find(row.str, row.str_len), first_with_dotted_text(row.str));
+        EXPECT_EQ(builtin_by_short_name.find(row.sn, row.sn_len), first_with_short_name(row.sn));
+    }
+}
+
+TEST(BuiltinIndex, AnswersAsTheTableForContentsOfUpToThreeBytes) {
+    for (int a = 0; a < 256; ++a) {
+        for (int b = 0; b < 256; ++b) {
+            const uint8_t contents[] = {0x55, static_cast<uint8_t>(a), static_cast<uint8_t>(b)};
+            ASSERT_EQ(builtin_by_contents.find(contents, 3), first_with_contents(contents)) << a << ' ' << b;
+            ASSERT_EQ(builtin_by_contents.find(contents + 1, 2), nullptr);
+            ASSERT_EQ(builtin_by_contents.find(contents + 1, 1), nullptr);
+        }
+    }
+}
+
+TEST(BuiltinIndex, AnswersAsTheTableForShortNamesOfUpToTwoBytes) {
+    for (int a = 0; a < 256; ++a) {
+        for (int b = 0; b < 256; ++b) {
+            const char name[] = {static_cast<char>(a), static_cast<char>(b)};
+            for (const std::size_t length : {1u, 2u}) {
+                ASSERT_EQ(builtin_by_short_name.find(name, length), first_with_short_name({name, length}))
+                    << a << ' ' << b;
+            }
+        }
+    }
+}
+
+// The four bytes that choose the slot are right, another one is not.
+TEST(BuiltinIndex, ComparesTheWholeKey) {
+    for (const OIDdescr_t& row : builtin_rows) {
+        for (uint64_t i = 0; i < row.asn_len; ++i) {
+            std::string key(row.asn, row.asn + row.asn_len);
+            key[i] = static_cast<char>(key[i] ^ 0x40);
+            const auto* const bytes = reinterpret_cast<const uint8_t*>(key.data());
+            EXPECT_EQ(builtin_by_contents.find(bytes, key.size()), first_with_contents({bytes, key.size()}));
+        }
+        for (uint64_t i = 0; i < row.str_len; ++i) {
+            std::string key = row.str;
+            key[i] = key[i] == '.' ? '0' : '.';
+            EXPECT_EQ(builtin_by_dotted_text.find(key.data(), key.size()), nullptr) << key;
+        }
+        for (uint64_t i = 0; i < row.sn_len; ++i) {
+            std::string key = row.sn;
+            key[i] = '-';
+            EXPECT_EQ(builtin_by_short_name.find(key.data(), key.size()), nullptr) << key;
+        }
+    }
+}
+
+TEST(BuiltinIndex, FindsShortNamesInEitherCase) {
+    for (const OIDdescr_t& row : builtin_rows) {
+        std::string name = row.sn;
+        std::transform(name.begin(), name.end(), name.begin(), [](char c) { return static_cast<char>(c + 0x20); });
+        EXPECT_EQ(builtin_by_short_name.find(name.data(), name.size()), &row) << name;
+    }
+}
+
+} // namespace

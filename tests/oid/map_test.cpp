@@ -1,0 +1,301 @@
+#include "oid/map.h"
+
+#include "tests/support/alloc_failure.h"
+#include "tests/support/guarded.h"
+#include "tests/support/hex.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using namespace pkider;
+using namespace pkider_test;
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+namespace {
+
+// A host's map, released at the end.
+class host_map_t {
+  public:
+    explicit host_map_t(std::string_view text) : m_handle(oid_map_parse(text.data(), text.size())) {}
+    ~host_map_t() { oid_map_release(m_handle); }
+    host_map_t(const host_map_t&) = delete;
+    host_map_t& operator=(const host_map_t&) = delete;
+
+    oid_map_handle_t handle() const { return m_handle; }
+    const OIDdescr_t* asn(std::string_view hex) const {
+        const bytes_t contents = from_hex(hex);
+        return oid_map_find_asn(m_handle, contents.data(), contents.size());
+    }
+    const OIDdescr_t* str(std::string_view key) const { return oid_map_find_str(m_handle, key.data(), key.size()); }
+    const OIDdescr_t* sn(std::string_view key) const { return oid_map_find_sn(m_handle, key.data(), key.size()); }
+
+  private:
+    oid_map_handle_t m_handle;
+};
+
+// `dotted|SN|ln` of an entry, or `none`.
+std::string shown(const OIDdescr_t* entry) {
+    if (entry == nullptr) return "none";
+    return std::string(entry->str, entry->str_len) + "|" + std::string(entry->sn, entry->sn_len) + "|" +
+           std::string(entry->ln, entry->ln_len);
+}
+
+struct line_row_t {
+    const char* name;
+    const char* text;
+    const char* expected; // the entry of 1.2.3
+};
+
+class OidMapLine : public testing::TestWithParam<line_row_t> {};
+
+TEST_P(OidMapLine, GivesItsEntry) {
+    for_guarded(to_bytes(GetParam().text), [&](const uint8_t* data, std::size_t size) {
+        const host_map_t map({reinterpret_cast<const char*>(data), size});
+        EXPECT_EQ(shown(map.asn("2A 03")), GetParam().expected);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Kept, OidMapLine,
+    testing::Values(line_row_t{"Plain", "1.2.3 = CN, commonName", "1.2.3|CN|commonName"},
+                    line_row_t{"NoBlanks", "1.2.3=CN,commonName", "1.2.3|CN|commonName"},
+                    line_row_t{"BlanksEverywhere", " \t 1.2.3 \t = \t CN \t , \t commonName", "1.2.3|CN|commonName"},
+                    line_row_t{"SmallLettersAreRaised", "1.2.3=cn-\xC3\xA9z", "1.2.3|CN-\xC3\xA9Z|"},
+                    line_row_t{"LongNameKeepsItsCase", "1.2.3=a,bC", "1.2.3|A|bC"},
+                    line_row_t{"WordBehindTheShortNameIsIgnored", "1.2.3 = CN commonName", "1.2.3|CN|"},
+                    line_row_t{"WordBehindTheShortNameIsIgnoredWithItsComma", "1.2.3 = CN x, y", "1.2.3|CN|"},
+                    line_row_t{"SecondEqualsEndsTheShortName", "1.2.3 = A=B, c", "1.2.3|A|"},
+                    line_row_t{"OnlyEquals", "1.2.3==", "1.2.3||"},
+                    line_row_t{"NothingBehindEquals", "1.2.3=", "1.2.3||"},
+                    line_row_t{"BlankBehindEquals", "1.2.3= ", "1.2.3||"},
+                    line_row_t{"ShortNameOnly", "1.2.3=A", "1.2.3|A|"},
+                    line_row_t{"NothingBehindComma", "1.2.3=A,", "1.2.3|A|"},
+                    line_row_t{"BlanksBehindComma", "1.2.3=A, \t", "1.2.3|A|"},
+                    line_row_t{"BlanksAtTheEndBelongToTheLongName", "1.2.3=A ,  b ", "1.2.3|A|b "},
+                    line_row_t{"TwoBlanksBeforeTheLineEnd", "1.2.3 = A, commonName  \n", "1.2.3|A|commonName  "},
+                    line_row_t{"LongNameHoldsCommasAndEquals", "1.2.3=A,b,c=d", "1.2.3|A|b,c=d"},
+                    line_row_t{"EmptyShortName", "1.2.3 = ,x", "1.2.3||x"},
+                    line_row_t{"ShortNameStopsAtTheLineEnd", "1.2.3 =\nB", "1.2.3||"},
+                    line_row_t{"ShortNameStopsAtACarriageReturn", "1.2.3=A\rB", "1.2.3|A|"},
+                    line_row_t{"LongNameStopsAtACarriageReturn", "1.2.3=A,b\r\nc", "1.2.3|A|b"},
+                    line_row_t{"DottedTextAsWritten", "01.002.3=A", "01.002.3|A|"},
+                    line_row_t{"ControlsAreOrdinary", "1.2.3=A\x01\v,b\f\x7F", "1.2.3|A\x01\v|b\f\x7F"},
+                    line_row_t{"BehindAComment", "# 1.2.3 = X\n1.2.3=A", "1.2.3|A|"},
+                    line_row_t{"BehindBlankLines", "\r\n\n\r \t \n1.2.3=A", "1.2.3|A|"},
+                    line_row_t{"BehindALineWithoutEquals", "1.2.3\n1.2.3=A", "1.2.3|A|"},
+                    line_row_t{"BeforeALastLineWithoutEquals", "1.2.3=A\n1.2.4", "1.2.3|A|"}),
+    [](const auto& row) { return row.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    Skipped, OidMapLine,
+    testing::Values(line_row_t{"Empty", "", "none"}, line_row_t{"OnlyBlanks", " \t", "none"},
+                    line_row_t{"OnlyLineEnds", "\r\n\r\n", "none"}, line_row_t{"OidOnly", "1.2.3", "none"},
+                    line_row_t{"OidAndBlank", "1.2.3 ", "none"},
+                    line_row_t{"EqualsOnTheNextLine", "1.2.3\n= B", "none"},
+                    line_row_t{"LetterBehindTheOid", "1.2.3x = CN", "none"},
+                    line_row_t{"OidBehindABlank", "1.2 .3 = CN", "none"}, line_row_t{"Comment", "#1.2.3 = CN", "none"},
+                    line_row_t{"CommentBehindSlashes", "// 1.2.3 = CN", "none"},
+                    line_row_t{"CommaBeforeEquals", "1.2.3, = CN", "none"},
+                    line_row_t{"VerticalTabIsNoBlank", "\v1.2.3 = CN", "none"}, line_row_t{"NoOid", "= CN", "none"},
+                    line_row_t{"DotsOnly", "... = CN", "none"}, line_row_t{"TrailingDot", "1.2.3. = CN", "none"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(OidMap, RequiredByteOrderMarkHidesTheFirstLine) {
+    const host_map_t map("\xEF\xBB\xBF"
+                         "1.2.3=A\n1.2.4=B");
+    EXPECT_EQ(shown(map.sn("A")), "none");
+    EXPECT_EQ(shown(map.asn("2A 03")), "none");
+    EXPECT_EQ(shown(map.sn("B")), "1.2.4|B|");
+}
+
+TEST(OidMap, NulIsAnOrdinaryCharacter) {
+    const host_map_t map("1.2.3=A\0b,c\0d\n\0001.2.4=E\n1.2\0.5=F"sv);
+    EXPECT_EQ(shown(map.asn("2A 03")), "1.2.3|A\0B|c\0d"s);
+    EXPECT_EQ(shown(map.sn("a\0b"sv)), "1.2.3|A\0B|c\0d"s);
+    EXPECT_EQ(shown(map.sn("A")), "none");
+    EXPECT_EQ(shown(map.sn("E")), "none");
+    EXPECT_EQ(shown(map.sn("F")), "none");
+}
+
+TEST(OidMap, LineEndsInAnyRunSeparateLines) {
+    const host_map_t map("1.2.3=A\rB\r\n\n4.5=x\n1.4=D\r1.5=E");
+    EXPECT_EQ(shown(map.sn("A")), "1.2.3|A|");
+    EXPECT_EQ(shown(map.sn("B")), "none");
+    EXPECT_EQ(shown(map.sn("X")), "none"); // 4.5 is no OID
+    EXPECT_EQ(shown(map.sn("D")), "1.4|D|");
+    EXPECT_EQ(shown(map.sn("E")), "1.5|E|");
+}
+
+TEST(OidMap, DropsLinesWhoseOidIsNone) {
+    const host_map_t map("1 = X\n3.1 = X\n= X\n1..2=X\n1.2.4294967296=X\n1.2.3=Y");
+    EXPECT_EQ(shown(map.sn("X")), "none");
+    EXPECT_EQ(shown(map.sn("Y")), "1.2.3|Y|");
+}
+
+TEST(OidMap, DropsAnOidOfMoreThan506Bytes) {
+    std::string oid = "2.5";
+    for (int i = 0; i < 505; ++i) oid += ".1";
+    const host_map_t map(oid + " = FITS\n" + oid + ".1 = TOOLONG\n");
+    ASSERT_NE(map.sn("FITS"), nullptr);
+    EXPECT_EQ(map.sn("FITS")->asn_len, 506u);
+    EXPECT_EQ(map.sn("FITS")->str_len, oid.size());
+    EXPECT_EQ(map.sn("TOOLONG"), nullptr);
+}
+
+TEST(OidMap, EntryHasItsFieldsInOneBlock) {
+    const host_map_t map("x\n 02.5.4.3 = cn, commonName \n");
+    const OIDdescr_t* const entry = map.sn("CN");
+    ASSERT_NE(entry, nullptr);
+    EXPECT_EQ(bytes_t(entry->asn, entry->asn + entry->asn_len), "55 04 03"_hex);
+    EXPECT_STREQ(entry->str, "02.5.4.3");
+    EXPECT_EQ(entry->str_len, 8u);
+    EXPECT_STREQ(entry->sn, "CN");
+    EXPECT_EQ(entry->sn_len, 2u);
+    EXPECT_STREQ(entry->ln, "commonName ");
+    EXPECT_EQ(entry->ln_len, 11u);
+    EXPECT_EQ(static_cast<const void*>(entry->str), static_cast<const void*>(entry->asn + 3));
+    EXPECT_EQ(entry->sn, entry->str + 9);
+    EXPECT_EQ(entry->ln, entry->sn + 3);
+}
+
+TEST(OidMap, EntryWithoutNamesPointsAtEmptyStrings) {
+    const host_map_t map("1.2.3=");
+    const OIDdescr_t* const entry = map.str("1.2.3");
+    ASSERT_NE(entry, nullptr);
+    EXPECT_STREQ(entry->sn, "");
+    EXPECT_STREQ(entry->ln, "");
+    EXPECT_EQ(entry->sn_len + entry->ln_len, 0u);
+}
+
+TEST(OidMap, KeepsNothingOfTheText) {
+    auto text = std::make_unique<std::string>("1.2.3=A,b");
+    const host_map_t map(*text);
+    text.reset();
+    EXPECT_EQ(shown(map.sn("A")), "1.2.3|A|b");
+}
+
+TEST(OidMap, FindsEachKeyOnlyAsAWhole) {
+    const host_map_t map("2.5.4.3 = CN, commonName");
+    EXPECT_EQ(shown(map.asn("55 04 03")), "2.5.4.3|CN|commonName");
+    EXPECT_EQ(map.asn("55 04"), nullptr);
+    EXPECT_EQ(map.asn("55 04 04"), nullptr);
+    EXPECT_EQ(map.asn("55 04 03 00"), nullptr);
+    EXPECT_NE(map.str("2.5.4.3"), nullptr);
+    EXPECT_EQ(map.str("2.5.4.03"), nullptr);
+    EXPECT_EQ(map.str("2.5.4."), nullptr);
+    EXPECT_EQ(map.str("2.5.4.30"), nullptr);
+    EXPECT_NE(map.sn("CN"), nullptr);
+    EXPECT_EQ(map.sn("C"), nullptr);
+    EXPECT_EQ(map.sn("CNN"), nullptr);
+    EXPECT_EQ(map.sn("commonName"), nullptr);
+}
+
+TEST(OidMap, DottedTextIsFoundAsWrittenOnly) {
+    const host_map_t map("2.5.4.03 = A\n2.5.4.3 = B");
+    EXPECT_EQ(shown(map.str("2.5.4.03")), "2.5.4.03|A|");
+    EXPECT_EQ(shown(map.str("2.5.4.3")), "2.5.4.3|B|");
+    EXPECT_EQ(shown(map.asn("55 04 03")), "2.5.4.03|A|");
+}
+
+TEST(OidMap, ShortNamesIgnoreAsciiCaseAndNoOther) {
+    const host_map_t map("2.5.4.3 = Cn\n1.2.3 = \xC3\xA9[\n1.2.4=\xC3\x89{");
+    for (const char* name : {"cn", "Cn", "cN", "CN"}) EXPECT_EQ(shown(map.sn(name)), "2.5.4.3|CN|") << name;
+    EXPECT_EQ(shown(map.sn("\xC3\xA9[")), "1.2.3|\xC3\xA9[|");
+    EXPECT_EQ(shown(map.sn("\xC3\x89{")), "1.2.4|\xC3\x89{|");
+    EXPECT_EQ(map.sn("\xC3\x89["), nullptr);
+    EXPECT_EQ(map.sn("\xC3\xA9{"), nullptr);
+}
+
+TEST(OidMap, RequiredFirstEntryOfAKeyWins) {
+    const host_map_t map("1.2.3=A\n1.2.3=B\n1.2.4=a\n1.2.5=B");
+    EXPECT_EQ(shown(map.asn("2A 03")), "1.2.3|A|");
+    EXPECT_EQ(shown(map.str("1.2.3")), "1.2.3|A|");
+    EXPECT_EQ(shown(map.sn("A")), "1.2.3|A|");
+    EXPECT_EQ(shown(map.sn("B")), "1.2.3|B|");      // reachable by its own key
+    EXPECT_EQ(shown(map.asn("2A 04")), "1.2.4|A|"); // and so is each of the others
+    EXPECT_EQ(shown(map.asn("2A 05")), "1.2.5|B|");
+}
+
+TEST(OidMap, RequiredEmptyShortNameIsAKeyLikeAnyOther) {
+    const host_map_t map("2.5.4.3 = ,x\n1.2.4 = ,y");
+    EXPECT_EQ(shown(map.sn("")), "2.5.4.3||x");
+    EXPECT_EQ(shown(oid_map_find_sn(map.handle(), nullptr, 0)), "2.5.4.3||x");
+}
+
+TEST(OidMap, OfAnEmptyTextIsEmpty) {
+    const oid_map_handle_t map = oid_map_parse(nullptr, 0);
+    ASSERT_NE(map.map, nullptr);
+    EXPECT_EQ(oid_map_find_asn(map, nullptr, 0), nullptr);
+    EXPECT_EQ(oid_map_find_str(map, nullptr, 0), nullptr);
+    EXPECT_EQ(oid_map_find_sn(map, nullptr, 0), nullptr);
+    EXPECT_EQ(oid_map_find_sn(map, "CN", 2), nullptr);
+    oid_map_release(map);
+}
+
+TEST(OidMap, EmptyHandleFindsNothingAndIsReleasedAsNothing) {
+    const uint8_t common_name[] = {0x55, 0x04, 0x03};
+    EXPECT_EQ(oid_map_find_asn({}, common_name, 3), nullptr);
+    EXPECT_EQ(oid_map_find_str({}, "2.5.4.3", 7), nullptr);
+    EXPECT_EQ(oid_map_find_sn({}, "CN", 2), nullptr);
+    oid_map_release({});
+}
+
+TEST(OidMap, FindersTakeNullForAnEmptyKey) {
+    const host_map_t map("1.2.3=A");
+    EXPECT_EQ(oid_map_find_asn(map.handle(), nullptr, 0), nullptr);
+    EXPECT_EQ(oid_map_find_str(map.handle(), nullptr, 0), nullptr);
+    EXPECT_EQ(oid_map_find_sn(map.handle(), nullptr, 0), nullptr);
+}
+
+TEST(OidMap, AFailedAllocationLeaksNothing) {
+    constexpr std::string_view text = "1.2.3=A,b\n1.2.3=B\nx\n1.2.4=C\n2.5.4.3=CN, commonName\n1.2.9=E";
+    const std::size_t failures = for_each_failing_allocation([&] { const host_map_t map(text); }, [] {});
+    EXPECT_GT(failures, 10u);
+}
+
+// Every one of many is found, whatever the order of the lines; one line in ten repeats a short name.
+struct order_row_t {
+    const char* name;
+    int (*arc_of_line)(int line, int num_lines);
+};
+
+class OidMapOfManyLines : public testing::TestWithParam<order_row_t> {};
+
+TEST_P(OidMapOfManyLines, FindsEveryEntry) {
+    constexpr int num_lines = 100'000;
+    constexpr int num_names = num_lines - num_lines / 10;
+    const auto name_of = [](int arc) { return "n" + std::to_string(arc % num_names); };
+    std::vector<int> arcs;
+    std::string text;
+    for (int line = 0; line < num_lines; ++line) {
+        const int arc = GetParam().arc_of_line(line, num_lines);
+        arcs.push_back(arc);
+        text += "1.2." + std::to_string(arc) + " = " + name_of(arc) + ", " + std::to_string(arc) + "\n";
+    }
+    const host_map_t map(text);
+    std::vector<bool> name_seen(num_names);
+    for (const int arc : arcs) {
+        const OIDdescr_t* const entry = map.str("1.2." + std::to_string(arc));
+        ASSERT_NE(entry, nullptr) << arc;
+        ASSERT_EQ(entry->ln, std::to_string(arc));
+        ASSERT_EQ(oid_map_find_asn(map.handle(), entry->asn, entry->asn_len), entry);
+
+        const auto name = static_cast<std::size_t>(arc % num_names);
+        ASSERT_EQ(map.sn(name_of(arc)) == entry, !name_seen[name]) << "the first line with a name has it";
+        name_seen[name] = true;
+    }
+    EXPECT_EQ(map.str("1.2.100000"), nullptr);
+    EXPECT_EQ(map.sn("n100000"), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Order, OidMapOfManyLines,
+    testing::Values(order_row_t{"Ascending", [](int line, int) { return line; }},
+                    order_row_t{"Descending", [](int line, int num_lines) { return num_lines - 1 - line; }},
+                    order_row_t{"Mixed",
+                                [](int line, int num_lines) { return static_cast<int>(line * 48'271LL % num_lines); }}),
+    [](const auto& row) { return row.param.name; });
+
+} // namespace
