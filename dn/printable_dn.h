@@ -1,0 +1,44 @@
+// The printable form of a distinguished name, taken apart: a line into type=value pairs, and one raw value into the
+// bytes to be encoded and the string type that they need. docs/dn_syntax.md describes the form.
+#pragma once
+
+#include "dn/char_classes.h"
+#include "dn/dn_fault.h"
+
+#include <pkider/dn.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace pkider {
+
+/// printable_dn_parse, with the fault it found.
+asn_dn_result_t printable_dn_split(const char* dn, std::vector<RDNdescr_t>& out);
+
+/// Contents octets of a value and the identifier octet in front of them.
+struct dn_value_t {
+    const uint8_t* bytes = nullptr;
+    uint64_t length = 0;
+    uint8_t tag = 0;
+};
+
+/// The narrowest string type for text of the given character classes.
+constexpr uint8_t string_tag_for(uint8_t classes) {
+    constexpr uint8_t utf8_string = 0x0C;
+    constexpr uint8_t printable_string = 0x13;
+    constexpr uint8_t ia5_string = 0x16;
+    if ((classes & CHAR_NOT_ASCII) != 0) return utf8_string;
+    return (classes & CHAR_NOT_PRINTABLE) != 0 ? ia5_string : printable_string;
+}
+
+/// Decodes the raw value [begin, end) of a pair: plain with escapes, in quotes, or "#" and hexadecimal DER.
+///
+/// @param scratch  What must be rewritten is appended here, never more than `end - begin` bytes. Untouched when the
+///                 value can be taken from the line as it stands; of no meaning after a fault.
+/// @param out      Points into the line or into `scratch`. Untouched after a fault.
+/// @return         A fault from DN_FAULT_HEX_COUNT to DN_FAULT_UNESCAPED_SPECIAL has a position relative to the value:
+///                 to `begin` in a plain one, else to the character behind the opening quote or "#".
+asn_dn_result_t printable_dn_value_decode(const char* begin, const char* end, std::string& scratch, dn_value_t& out);
+
+} // namespace pkider

@@ -1,0 +1,13 @@
+set(dn_sources
+    contain_attrs.cpp
+    dn_decoder.cpp
+    dn_encoder.cpp
+    get_attr.cpp
+    normalize.cpp
+    printable_dn.cpp
+    reverse.cpp
+    teletex.cpp
+    teletex_tables.cpp
+    text_sink.cpp
+    value_decoder.cpp
+    value_escape.cpp)

@@ -1,0 +1,21 @@
+// TeletexString contents (T.61, X.680 tag 20) to UTF-8.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace pkider {
+
+/// Converts `length` bytes and appends the text.
+///
+/// An accent (C1 to CF) takes the byte behind it with it: before a blank or NUL it gives its spacing form, before a
+/// letter that it can stand on the composed letter, else that byte and a combining mark. In the last case the byte is
+/// not looked up in the repertoire but taken as the code point of its own value: C2 A4 is U+00A4 U+0301, and C2 24, a
+/// byte that is not allowed elsewhere, is "$" U+0301. An accent at the end is taken as if a NUL stood behind it.
+///
+/// @param length  In bytes; 0 and below convert nothing, successfully.
+/// @param out     Untouched when a byte outside the repertoire stands where a character begins.
+/// @throws        std::bad_alloc, std::length_error when `out` cannot grow; it is then untouched.
+bool teletex_to_utf8(const uint8_t* in, int32_t length, std::string& out);
+
+} // namespace pkider

@@ -1,0 +1,188 @@
+// Distinguished names (X.501): one line of text, `CN=a,O=b+OU=c`, and the DER of a Name.
+//
+// The line is what administrators read and write, the DER is what certificates hold. docs/dn_syntax.md describes the
+// line for both of them, and every fault code with its position.
+//
+//     std::string der, line;
+//     printable_to_asn_dn("CN=Server 1, O=Example", der, OID_MAP_HANDLE_DEFAULT);
+//     const auto* name = reinterpret_cast<const uint8_t*>(der.data());
+//     asn_dn_to_printable(name, static_cast<uint32_t>(der.size()), line, DN_ORDER_REVERSED, OID_MAP_HANDLE_DEFAULT);
+//
+// No line of text decides by itself who somebody is: two Names can print as one line (a PrintableString and a
+// UTF8String of the same text), and a value may hold a NUL or bytes that are no UTF-8. Compare DER, or normal forms of
+// lines that the host itself made.
+#pragma once
+
+#include <pkider/export.h>
+#include <pkider/oid.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// One pair, `type=value`, of a line. Points into the line, which must outlive it.
+struct RDNdescr_t {
+    const char* type_begin = nullptr;
+    const char* type_end = nullptr;    ///< The blank, tab or "=" behind the type.
+    const char* value_begin = nullptr; ///< Behind the "=": blanks belong to the value.
+    const char* value_end = nullptr;   ///< The "," or "+" that ends the value, or the NUL.
+    bool joined_to_previous = false;   ///< A "+" stands in front: the pair belongs to the RDN of the record before.
+};
+
+/// What an operation on a name found wrong, and where.
+struct asn_dn_result_t {
+    /// 0: nothing. 1 to 10 are faults of a line, 11 to 19 faults of DER; docs/dn_syntax.md tells each of them.
+    uint16_t code = 0;
+    /// Of a line: characters (bytes) before the fault. Of DER: bytes before it. 0 on success. Wraps behind 65,535.
+    uint16_t position = 0;
+};
+
+/// Order of the RDNs in a printed line. Any other value is taken as DN_ORDER_AS_ENCODED.
+enum PrintableDnOrder : uint32_t {
+    DN_ORDER_AS_ENCODED = 0, ///< As the DER has them.
+    DN_ORDER_REVERSED = 1,   ///< The last RDN first.
+};
+
+/// What printable_dn_get_attr gives. Any other value is taken as DN_GET_ATTR_PAIR.
+enum PrintableDnGetAttr : uint32_t {
+    DN_GET_ATTR_PAIR = 0,  ///< From the type to the end of the value.
+    DN_GET_ATTR_VALUE = 1, ///< The value alone.
+};
+
+/// Takes a line apart into its pairs, without a look at what types and values mean.
+///
+/// @param dn       The line, ended by a NUL. An empty or blank one has no pairs.
+/// @param out      A record a pair is appended. After a failure it keeps the records in front of the fault.
+/// @return         False when a type, a separator or a quote stands wrong (codes 1 and 3). Unknown types and wrong
+/// values
+///                 are not found here.
+/// @throws         std::bad_alloc, std::length_error when `out` cannot grow.
+/// @par Threads    Touches only its arguments.
+PKIDER_API bool printable_dn_parse(const char* dn, std::vector<RDNdescr_t>& out);
+
+/// Encodes a line as the DER of a Name.
+///
+/// RDNs stay in the order of the line, and the members of a SET too: they are not sorted as DER would have a SET OF. A
+/// value becomes the narrowest of PrintableString, IA5String and UTF8String that its characters need; bytes of 0x80 and
+/// above are taken for UTF-8 as they stand, unchecked. `#` values are taken as they are, whatever their tag.
+///
+/// Lengths: whatever has 65,536 or more bytes of contents at any level may get a header that says less, and the result
+/// is then the DER of another Name, with no fault reported. The outermost level is the first to get there, with a
+/// single CN of 65,519 bytes. A host that does not know where a line comes from must bound it.
+///
+/// @param dn       The line, ended by a NUL; it may stand in `der`.
+/// @param der      Replaced by the whole Name; an empty line gives `30 00`. Untouched after a failure or an exception.
+/// @param map      Gives types by short name, whatever the case of its letters. Types it does not know, and all of them
+///                 with the empty handle, must be dotted text.
+/// @return         False for a fault (codes 1 to 10); printable_dn_normalize_r tells which and where.
+/// @throws         std::bad_alloc, std::length_error, the latter also for a Name of more than 0xFFFFFFFF bytes.
+/// @par Threads    Only reads `map`; calls may overlap any other reader of it.
+/// @par Standard   X.501 9.2, X.690; the line is close to RFC 2253 and RFC 4514, docs/dn_syntax.md tells how it
+/// differs.
+PKIDER_API bool printable_to_asn_dn(const char* dn, std::string& der, oid_map_handle_t map);
+
+/// Prints the DER of a Name as one line of text: `CN=a,O=b+OU=c`.
+///
+/// Values of the string types 12, 18, 19, 20, 22, 28 and 30 are printed as text in which each of `"#+,;<=>\` gets a
+/// backslash; TeletexString, BMPString and UniversalString are converted to UTF-8, the others copied byte for byte, NUL
+/// and control characters included. So the text of a hostile Name may end early for a reader of NUL-terminated text,
+/// and may hold line breaks, terminal sequences and broken UTF-8. Every other value is printed as `#` and its bytes in
+/// hexadecimal, to the end of its attribute.
+///
+/// Not every line that is printed can be encoded again: an RDN without attributes prints as nothing, an empty short
+/// name as "=", and an OID under 2 with a second arc above 39 as another one (2.999 as 26.39).
+///
+/// @param der      First byte of the Name. Bytes behind it are not looked at. It may stand in `out`.
+/// @param length   Bytes available from `der`.
+/// @param out      The line is appended. After a failure it is what was printed before the fault, the types and
+/// separators
+///                 in front of it included; in reversed order the finished RDNs, each with its ",". Untouched after an
+///                 exception.
+/// @param order    Order of the RDNs; members of an RDN stay in theirs.
+/// @param map      Gives short names. A type that it does not know, and any with the empty handle, is dotted text.
+/// @return         False for a fault (codes 11 to 19).
+/// @throws         std::bad_alloc, std::length_error when `out` cannot grow.
+/// @par Threads    Only reads `map`; calls may overlap any other reader of it.
+/// @par Standard   X.501 9.2, X.690, T.61 for TeletexString.
+PKIDER_API bool asn_dn_to_printable(const uint8_t* der, uint32_t length, std::string& out, PrintableDnOrder order,
+                                    oid_map_handle_t map);
+
+/// Gives the normal form of a line, by encoding it and printing the DER in its own order: no blanks around separators,
+/// types by short name, escapes instead of quotes.
+///
+/// Blanks between "=" and the separator belong to the value and stay. What printable_to_asn_dn and asn_dn_to_printable
+/// say about long values and hostile ones holds here too: `CN=` and 65,541 letters come back, successfully, as
+/// `CN=aaaaa`.
+///
+/// @param dn       The line. It ends at its first NUL, whatever the string's size says.
+/// @param out      Replaced by the normal form. It may be `dn`. Untouched by a fault of the line (codes 1 to 10). A
+///                 fault of the DER (codes 11 to 19) comes from a `#` value that its string type does not allow, or
+///                 from a length that was cut; `out` is then what was printed before it.
+/// @param der      Null, or replaced by the DER, also when printing it finds a fault. It may be `dn` but not `out`.
+/// @param map      Used in both directions.
+/// @return         Code 0 on success. Positions of codes 1 to 10 count in the line, those above in the DER.
+/// @throws         std::bad_alloc, std::length_error; both outputs are then untouched.
+/// @par Threads    Only reads `map`; calls may overlap any other reader of it.
+PKIDER_API asn_dn_result_t printable_dn_normalize_r(const std::string& dn, std::string& out, std::string* der,
+                                                    oid_map_handle_t map);
+
+/// printable_dn_normalize_r, of whose result only success is told.
+///
+/// @return         True when the code is 0.
+PKIDER_API bool printable_dn_normalize(const std::string& dn, std::string& out, std::string* der, oid_map_handle_t map);
+
+/// Turns the order of the RDNs of a line round, in place.
+///
+/// Members of an RDN stay in their order. Blanks in front of an RDN go with it: `A=1, B=2` becomes ` B=2,A=1`. Types
+/// and values are not looked at.
+///
+/// @param dn       The line, ended by a NUL. Its length does not change.
+/// @return         `dn`, or null when it cannot be taken apart (codes 1 and 3); the line is then as it was.
+/// @throws         std::bad_alloc; the line is then as it was.
+/// @par Threads    Writes to `dn`.
+PKIDER_API char* printable_dn_reverse(char* dn);
+
+/// Tells whether a line holds the RDNs of another one, in their order, others possibly standing between them.
+///
+/// Text is compared with text, character for character: case, blanks, quotes and escapes all count, so give it normal
+/// forms. And it is a simple scan, which must not be the ground of an access decision:
+/// - A piece that only begins with the last wanted RDN ends the search, although an equal one follows: `O=bc,O=b` does
+/// not
+///   contain `O=b`.
+/// - A comma behind a backslash counts as the end of a wanted RDN, so that parts of one value can match: `CN=a\,b,O=x`
+///   contains `CN=a\,O=x`.
+/// - A backslash in front escapes a comma or a quote even when it is escaped itself: `CN=a\\,O=b` does not contain
+/// `O=b`.
+///
+/// @param dn       The line to search, ended by a NUL.
+/// @param attrs    The wanted RDNs, separated by ",", ended by a NUL. None at all are contained only in an empty line,
+/// or
+///                 in one that begins with ",".
+/// @return         Whether they were all found.
+/// @throws         Nothing.
+/// @par Threads    Touches only its arguments.
+PKIDER_API bool printable_dn_contain_attrs(const char* dn, const char* attrs);
+
+/// Fetches the first attribute of a type from a line.
+///
+/// @param dn       The line, ended by a NUL.
+/// @param type     The type as the line writes it: case counts, and `CN` does not find `2.5.4.3`.
+/// @param out      The text is appended as the line has it, quotes, escapes and blanks included. It may hold the line.
+///                 Untouched when nothing is found and after an exception.
+/// @param mode     The value alone, or the whole pair.
+/// @return         False when the line cannot be taken apart (codes 1 and 3, also behind the attribute) or has none.
+/// @throws         std::bad_alloc, std::length_error when `out` cannot grow.
+/// @par Threads    Touches only its arguments.
+PKIDER_API bool printable_dn_get_attr(const char* dn, const char* type, std::string& out, PrintableDnGetAttr mode);
+
+/// Tells whether the country stands in front of the common name in a line, as it does in DER made from the root down.
+///
+/// Only the types `C` and `CN` count, in capitals, and of each the first.
+///
+/// @param dn       The line, ended by a NUL.
+/// @return         False when a `CN` stands in front of the first `C`, or the line cannot be taken apart (codes 1 and
+/// 3).
+///                 True when there is no `C`.
+/// @throws         std::bad_alloc.
+/// @par Threads    Touches only its arguments.
+PKIDER_API bool printable_dn_C_before_CN(const char* dn);

@@ -1,0 +1,112 @@
+#include <pkider/dn.h>
+
+#include "tests/support/guarded.h"
+#include "tests/support/hex.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace pkider_test;
+
+namespace {
+
+bytes_t with_nul(std::string_view text) {
+    bytes_t bytes = to_bytes(text);
+    bytes.push_back(0);
+    return bytes;
+}
+
+/// Asks with guarded copies of both texts.
+bool contains(const char* dn, const char* attrs) {
+    int num_true = 0;
+    int num_calls = 0;
+    for_guarded(with_nul(dn), [&](const uint8_t* dn_data, std::size_t) {
+        for_guarded(with_nul(attrs), [&](const uint8_t* attrs_data, std::size_t) {
+            ++num_calls;
+            if (printable_dn_contain_attrs(reinterpret_cast<const char*>(dn_data),
+                                           reinterpret_cast<const char*>(attrs_data))) {
+                ++num_true;
+            }
+        });
+    });
+    EXPECT_TRUE(num_true == 0 || num_true == num_calls);
+    return num_true != 0;
+}
+
+struct contain_row_t {
+    const char* name;
+    const char* dn;
+    const char* attrs;
+    bool expected;
+};
+
+class DnContainAttrs : public testing::TestWithParam<contain_row_t> {};
+
+TEST_P(DnContainAttrs, Answers) {
+    EXPECT_EQ(contains(GetParam().dn, GetParam().attrs), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, DnContainAttrs,
+    testing::Values(
+        // Whole pieces, in order
+        contain_row_t{"TheWholeLine", "CN=a,O=b,C=RU", "CN=a,O=b,C=RU", true},
+        contain_row_t{"First", "CN=a,O=b,C=RU", "CN=a", true}, contain_row_t{"Middle", "CN=a,O=b,C=RU", "O=b", true},
+        contain_row_t{"Last", "CN=a,O=b,C=RU", "C=RU", true},
+        contain_row_t{"WithAGap", "CN=a,O=b,C=RU", "CN=a,C=RU", true},
+        contain_row_t{"OtherOrder", "CN=a,O=b,C=RU", "C=RU,CN=a", false},
+        contain_row_t{"BeginningOfAPiece", "CN=a,O=b,C=RU", "O=b,C", false},
+        contain_row_t{"EndOfAPiece", "CN=a,O=b", "N=a", false}, contain_row_t{"Missing", "CN=a,O=b", "O=c", false},
+        contain_row_t{"OneMore", "CN=a", "CN=a,O=b", false}, contain_row_t{"Case", "CN=a", "cn=a", false},
+        contain_row_t{"MembersAreOnePiece", "CN=a+O=b,C=c", "CN=a", false},
+        contain_row_t{"WholeGroup", "CN=a+O=b,C=c", "CN=a+O=b", true},
+        contain_row_t{"RepeatedPiece", "A=1,B=2,B=2,C=3", "A=1,B=2,C=3", true},
+        contain_row_t{"BlankInFront", "CN=a, O=b", "O=b", false},
+        contain_row_t{"BlankInBoth", "CN=a, O=b", " O=b", true},
+        contain_row_t{"SameBeginningEarlier", "CN=a,CN=ab", "CN=ab", true},
+        // A longer piece with the same beginning
+        contain_row_t{"RequiredLongerPieceWithTheSameBeginningEndsTheSearch", "O=bc,O=b", "O=b", false},
+        contain_row_t{"LongerGroupWithTheSameBeginning", "X=1,CN=a+O=b,CN=a", "CN=a", false},
+        contain_row_t{"LongerPieceBeforeItsTurn", "O=bc,X=1,O=b", "X=1,O=b", true},
+        // Empty texts
+        contain_row_t{"BothEmpty", "", "", true}, contain_row_t{"EmptyDn", "", "O=b", false},
+        contain_row_t{"EmptyAttrs", "CN=a", "", false}, contain_row_t{"EmptyAttrsEmptyPiece", ",x", "", true},
+        contain_row_t{"CommaAtTheEndOfBoth", "CN=a,", "CN=a,", true},
+        contain_row_t{"CommaAtTheEndOfAttrs", "CN=a,O=b", "CN=a,", false},
+        // Quotes and backslashes
+        contain_row_t{"QuotedCommaIsNoBoundary", "CN=\"a,O=b\",C=RU", "O=b", false},
+        contain_row_t{"BehindAQuotedComma", "CN=\"a,O=b\",C=RU", "C=RU", true},
+        contain_row_t{"QuotedPiece", "CN=\"a,O=b\",C=RU", "CN=\"a,O=b\",C=RU", true},
+        contain_row_t{"EscapedCommaIsNoBoundary", "CN=a\\,O=b", "O=b", false},
+        contain_row_t{"EscapedQuoteTogglesNothing", "CN=a\\\",O=b", "O=b", true},
+        contain_row_t{"TwoBackslashesEscapeToo", "CN=a\\\\,O=b", "O=b", false},
+        contain_row_t{"QuoteBehindTwoBackslashesStaysOpen", "CN=\"a\\\\\",O=b", "O=b", false},
+        contain_row_t{"BackslashFirst", "\\,O=b", "O=b", false},
+        contain_row_t{"RequiredEscapedCommaIsARestartPoint", "CN=a\\,b,O=x", "CN=a\\,O=x", true}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(DnContainAttrs, EveryCutOfBothTextsStaysInside) {
+    const std::string dn = "CN=\"a,b\",O=c\\,d,C=e";
+    int num_equal = 0;
+    for (std::size_t size = 0; size <= dn.size(); ++size) {
+        for (std::size_t attrs_size = 0; attrs_size <= dn.size(); ++attrs_size) {
+            const bool expected = contains(dn.substr(0, size).c_str(), dn.substr(0, attrs_size).c_str());
+            if (size == attrs_size) {
+                EXPECT_TRUE(expected) << size;
+                ++num_equal;
+            }
+            EXPECT_FALSE(expected && attrs_size > size) << size << " " << attrs_size;
+        }
+    }
+    EXPECT_EQ(num_equal, 20);
+}
+
+TEST(DnContainAttrs, WalksALongLine) {
+    std::string dn;
+    for (int i = 0; i < 200'000; ++i) dn += "CN=a,";
+    EXPECT_TRUE(printable_dn_contain_attrs((dn + "O=b").c_str(), "O=b"));
+    EXPECT_FALSE(printable_dn_contain_attrs((dn + "O=b").c_str(), "O=c"));
+}
+
+} // namespace

@@ -1,0 +1,106 @@
+#include <pkider/dn.h>
+
+#include "tests/support/alloc_failure.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace pkider_test;
+
+namespace {
+
+const std::string before = "before|";
+
+struct get_row_t {
+    const char* name;
+    const char* line;
+    const char* type;
+    const char* value; // null: not found
+    const char* pair;
+};
+
+class DnGetAttr : public testing::TestWithParam<get_row_t> {};
+
+TEST_P(DnGetAttr, AppendsValueOrPair) {
+    const get_row_t& row = GetParam();
+    const auto get = [&row](PrintableDnGetAttr mode, const char* expected) {
+        std::string out = before;
+        EXPECT_EQ(printable_dn_get_attr(row.line, row.type, out, mode), expected != nullptr);
+        EXPECT_EQ(out, before + (expected == nullptr ? "" : expected));
+    };
+    get(DN_GET_ATTR_VALUE, row.value);
+    get(DN_GET_ATTR_PAIR, row.pair);
+    get(static_cast<PrintableDnGetAttr>(7), row.pair);
+    get(static_cast<PrintableDnGetAttr>(0xFFFFFFFF), row.pair);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, DnGetAttr,
+    testing::Values(
+        get_row_t{"First", "CN=a,O=b", "CN", "a", "CN=a"}, get_row_t{"Second", "CN=a,O=b", "O", "b", "O=b"},
+        get_row_t{"Member", "CN=a+O=b", "O", "b", "O=b"}, get_row_t{"TheFirstOfTwo", "O=a,O=b", "O", "a", "O=a"},
+        get_row_t{"AsWritten", " CN \t= \"a,\\\"b\" , O=\\2C", "CN", " \"a,\\\"b\" ", "CN \t= \"a,\\\"b\" "},
+        get_row_t{"EscapesAsWritten", "CN=a,O=\\2C\\+", "O", "\\2C\\+", "O=\\2C\\+"},
+        get_row_t{"EmptyValue", "CN=,O=b", "CN", "", "CN="},
+        get_row_t{"DottedType", "2.5.4.3=a", "2.5.4.3", "a", "2.5.4.3=a"},
+        get_row_t{"DottedTextIsNotResolved", "2.5.4.3=a", "CN", nullptr, nullptr},
+        get_row_t{"Case", "CN=a,O=b", "cn", nullptr, nullptr}, get_row_t{"ShorterType", "CN=a", "C", nullptr, nullptr},
+        get_row_t{"LongerType", "C=a", "CN", nullptr, nullptr}, get_row_t{"EmptyType", "CN=a", "", nullptr, nullptr},
+        get_row_t{"EmptyLine", "", "CN", nullptr, nullptr},
+        get_row_t{"FaultBehindTheAttribute", "CN=a,O", "CN", nullptr, nullptr},
+        get_row_t{"FaultyValueIsNotLookedAt", "CN=a;b", "CN", "a;b", "CN=a;b"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(DnGetAttr, MayAppendToTheLineItReads) {
+    std::string line = "CN=a,O=b";
+    ASSERT_TRUE(printable_dn_get_attr(line.c_str(), "O", line, DN_GET_ATTR_PAIR));
+    EXPECT_EQ(line, "CN=a,O=bO=b");
+}
+
+TEST(DnGetAttr, LeavesTheOutputWhenAllocationFails) {
+    const std::string line = "A=1,B=2,C=3,D=4,E=5,F=6,G=7,H=8,I=9,J=10,K=11,CN=" + std::string(200, 'a');
+    const std::size_t num_failures = for_each_failing_allocation(
+        [&line] {
+            std::string out = "before";
+            try {
+                printable_dn_get_attr(line.c_str(), "CN", out, DN_GET_ATTR_VALUE);
+            } catch (...) {
+                EXPECT_EQ(out, "before");
+                throw;
+            }
+            EXPECT_EQ(out.size(), 206u);
+        },
+        [] {});
+    EXPECT_GE(num_failures, 2u);
+}
+
+struct before_row_t {
+    const char* name;
+    const char* line;
+    bool expected;
+};
+
+class DnCBeforeCN : public testing::TestWithParam<before_row_t> {};
+
+TEST_P(DnCBeforeCN, Answers) {
+    EXPECT_EQ(printable_dn_C_before_CN(GetParam().line), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, DnCBeforeCN,
+    testing::Values(before_row_t{"Before", "C=RU,CN=a", true}, before_row_t{"Behind", "CN=a,C=RU", false},
+                    before_row_t{"Neither", "O=x", true}, before_row_t{"OnlyCN", "CN=a", true},
+                    before_row_t{"OnlyC", "C=RU", true}, before_row_t{"Between", "CN=a,C=RU,CN=b", false},
+                    before_row_t{"TheFirstCCounts", "C=RU,CN=a,C=DE", true},
+                    before_row_t{"InOneGroup", "CN=a+C=RU", false}, before_row_t{"Case", "cn=a,C=RU", true},
+                    before_row_t{"CaseOfC", "CN=a,c=RU", true}, before_row_t{"LongerType", "CNX=a,C=RU", true},
+                    before_row_t{"DottedType", "2.5.4.3=a,C=RU", true}, before_row_t{"Empty", "", true},
+                    before_row_t{"Fault", "C=RU,CN", false}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(DnCBeforeCN, LeaksNothingWhenAllocationFails) {
+    EXPECT_GE(for_each_failing_allocation([] { printable_dn_C_before_CN("C=RU,CN=a"); }, [] {}), 1u);
+}
+
+} // namespace

@@ -1,0 +1,242 @@
+#include "dn/printable_dn.h"
+
+#include "tests/support/alloc_failure.h"
+#include "tests/support/guarded.h"
+#include "tests/support/hex.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+using namespace pkider;
+using namespace pkider_test;
+using testing::ElementsAre;
+
+namespace {
+
+constexpr const char* faulty_code_names[] = {"success", "type syntax", "", "unbalanced quote"};
+
+/// A record as `type=value`, with "+" in front when it is joined to the one before.
+std::string to_text(const RDNdescr_t& record) {
+    return (record.joined_to_previous ? "+" : "") + std::string(record.type_begin, record.type_end) + "=" +
+           std::string(record.value_begin, record.value_end);
+}
+
+std::vector<std::string> to_texts(const std::vector<RDNdescr_t>& records) {
+    std::vector<std::string> texts;
+    for (const RDNdescr_t& record : records) texts.push_back(to_text(record));
+    return texts;
+}
+
+/// Calls `visit` with guarded copies of `line`, the NUL being the last byte that may be read.
+void for_guarded_line(std::string_view line, const std::function<void(const char*)>& visit) {
+    bytes_t bytes = to_bytes(line);
+    bytes.push_back(0);
+    for_guarded(bytes, [&](const uint8_t* data, std::size_t) { visit(reinterpret_cast<const char*>(data)); });
+}
+
+struct split_row_t {
+    const char* name;
+    const char* line;
+    std::vector<std::string> records;
+};
+
+class DnSplit : public testing::TestWithParam<split_row_t> {};
+
+TEST_P(DnSplit, GivesTheRecords) {
+    const split_row_t& row = GetParam();
+    for_guarded_line(row.line, [&](const char* line) {
+        std::vector<RDNdescr_t> records;
+        const asn_dn_result_t result = printable_dn_split(line, records);
+        EXPECT_EQ(result.code, 0);
+        EXPECT_EQ(result.position, 0);
+        EXPECT_EQ(to_texts(records), row.records);
+
+        std::vector<RDNdescr_t> parsed;
+        EXPECT_TRUE(printable_dn_parse(line, parsed));
+        EXPECT_EQ(to_texts(parsed), row.records);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, DnSplit,
+    testing::Values(
+        split_row_t{"Empty", "", {}}, split_row_t{"Blanks", " \t ", {}}, split_row_t{"One", "CN=a", {"CN=a"}},
+        split_row_t{"CommaAndPlus", "CN=a,O=b+OU=c", {"CN=a", "O=b", "+OU=c"}},
+        split_row_t{"EmptyValue", "CN=", {"CN="}}, split_row_t{"EmptyValues", "CN=,O=+OU=", {"CN=", "O=", "+OU="}},
+        split_row_t{"BlanksInFront", " \tCN=a", {"CN=a"}}, split_row_t{"BlanksBehindAType", "CN \t=a", {"CN=a"}},
+        split_row_t{"BlanksBehindASeparator", "CN=a, \tO=b+\t OU=c", {"CN=a", "O=b", "+OU=c"}},
+        split_row_t{"RequiredBlanksOfValuesStay", "CN = abc , O=x ", {"CN= abc ", "O=x "}},
+        split_row_t{"ASeparatorMayBeginAType", "CN=a,,O=b", {"CN=a", ",O=b"}},
+        split_row_t{"APlusMayBeginAType", "+CN=a", {"+CN=a"}},
+        split_row_t{"SemicolonSeparatesNothing", "CN=a;O=b", {"CN=a;O=b"}},
+        split_row_t{"QuotesKeepSeparators", "CN=\"a,b+c\",O=d", {"CN=\"a,b+c\"", "O=d"}},
+        split_row_t{"QuotesInTheMiddle", "CN=a\",\"b,O=d", {"CN=a\",\"b", "O=d"}},
+        split_row_t{"QuotesOfOneValueAreOneRecord", "CN=\"a\"O=\"b\"", {"CN=\"a\"O=\"b\""}},
+        split_row_t{"EscapedComma", "CN=a\\,b,O=c", {"CN=a\\,b", "O=c"}},
+        split_row_t{"EscapedPlus", "CN=a\\+b+O=c", {"CN=a\\+b", "+O=c"}},
+        split_row_t{"EscapedBackslash", "CN=a\\\\,O=c", {"CN=a\\\\", "O=c"}},
+        split_row_t{"EscapedQuote", "CN=a\\\",O=c", {"CN=a\\\"", "O=c"}},
+        split_row_t{"EscapedQuoteInQuotes", "CN=\"a\\\",b\",O=c", {"CN=\"a\\\",b\"", "O=c"}},
+        split_row_t{"BackslashAtTheEnd", "CN=a\\", {"CN=a\\"}}, split_row_t{"EqualsInAValue", "CN=a=b", {"CN=a=b"}},
+        split_row_t{"ControlsAreOrdinary", "\x01\n=\r\n\x7F,O=\v", {"\x01\n=\r\n\x7F", "O=\v"}},
+        split_row_t{"BytesAboveAscii", "\xC3\xA9=\xFF", {"\xC3\xA9=\xFF"}}),
+    [](const auto& row) { return row.param.name; });
+
+struct split_fault_t {
+    const char* name;
+    const char* line;
+    uint16_t code;
+    uint16_t position;
+    std::vector<std::string> records; // those in front of the fault
+};
+
+class DnSplitFault : public testing::TestWithParam<split_fault_t> {};
+
+TEST_P(DnSplitFault, IsReported) {
+    const split_fault_t& row = GetParam();
+    for_guarded_line(row.line, [&](const char* line) {
+        std::vector<RDNdescr_t> records;
+        const asn_dn_result_t result = printable_dn_split(line, records);
+        EXPECT_EQ(result.code, row.code) << faulty_code_names[row.code];
+        EXPECT_EQ(result.position, row.position);
+        EXPECT_EQ(to_texts(records), row.records);
+
+        std::vector<RDNdescr_t> parsed;
+        EXPECT_FALSE(printable_dn_parse(line, parsed));
+        EXPECT_EQ(to_texts(parsed), row.records);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, DnSplitFault,
+    testing::Values(
+        // "=" where a type should begin
+        split_fault_t{"EqualsBeforeAType", "=a", 1, 0, {}}, split_fault_t{"EqualsBehindBlanks", "  =a", 1, 2, {}},
+        split_fault_t{"EqualsBehindASeparator", "CN=a,=b", 1, 5, {"CN=a"}},
+        split_fault_t{"EqualsBehindASeparatorAndABlank", "CN=a, =b", 1, 6, {"CN=a"}},
+        // NUL before "="
+        split_fault_t{"OnlyAType", "CN", 1, 2, {}}, split_fault_t{"OnlyATypeAndABlank", "CN ", 1, 3, {}},
+        split_fault_t{"SecondTypeOnly", "CN=a,O", 1, 6, {"CN=a"}},
+        // Something else behind the blanks
+        split_fault_t{"TwoWords", "C N=a", 1, 2, {}}, split_fault_t{"TwoWordsAndBlanks", "C \t N=a", 1, 4, {}},
+        split_fault_t{"CommaBehindABlank", "CN ,O=a", 1, 3, {}},
+        // Nothing behind a separator
+        split_fault_t{"NothingAfterComma", "CN=a,", 1, 5, {"CN=a"}},
+        split_fault_t{"NothingAfterPlus", "CN=a+", 1, 5, {"CN=a"}},
+        split_fault_t{"BlanksAfterComma", "CN=a,  ", 1, 5, {"CN=a"}},
+        split_fault_t{"BlanksAfterTheSecondComma", "CN=a,O=b,\t", 1, 9, {"CN=a", "O=b"}},
+        // Quotes left open
+        split_fault_t{"QuoteLeftOpen", "CN=\"a", 3, 3, {}}, split_fault_t{"QuoteAlone", "CN=\"", 3, 3, {}},
+        split_fault_t{"QuoteLeftOpenAtABackslash", "CN=\"a\\", 3, 3, {}},
+        split_fault_t{"EscapedQuoteClosesNothing", "CN=\"a\\\"", 3, 3, {}},
+        split_fault_t{"ThreeQuotes", "CN=\"a\"\"", 3, 3, {}},
+        split_fault_t{"QuoteLeftOpenInTheSecond", "CN=a, O= \"b,C=c", 3, 8, {"CN=a"}}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(DnSplitFault, PositionsBehind65535Wrap) {
+    const std::string line = "CN=" + std::string(65'536, 'a') + ",=";
+    std::vector<RDNdescr_t> records;
+    const asn_dn_result_t result = printable_dn_split(line.c_str(), records);
+    EXPECT_EQ(result.code, 1);
+    EXPECT_EQ(result.position, 4);
+    EXPECT_EQ(records.size(), 1u);
+}
+
+TEST(PrintableDnParse, AppendsToWhatIsThere) {
+    std::vector<RDNdescr_t> records(1);
+    EXPECT_TRUE(printable_dn_parse("CN=a", records));
+    EXPECT_EQ(records.size(), 2u);
+    EXPECT_FALSE(printable_dn_parse("O=b,", records));
+    ASSERT_EQ(records.size(), 3u);
+    EXPECT_EQ(records[0].type_begin, nullptr);
+    EXPECT_EQ(to_text(records[1]), "CN=a");
+    EXPECT_EQ(to_text(records[2]), "O=b");
+}
+
+TEST(PrintableDnParse, PointsIntoTheLine) {
+    const char line[] = " CN = a,O=b";
+    std::vector<RDNdescr_t> records;
+    ASSERT_TRUE(printable_dn_parse(line, records));
+    ASSERT_EQ(records.size(), 2u);
+    EXPECT_EQ(records[0].type_begin, line + 1);
+    EXPECT_EQ(records[0].type_end, line + 3);
+    EXPECT_EQ(records[0].value_begin, line + 5);
+    EXPECT_EQ(records[0].value_end, line + 7);
+    EXPECT_EQ(records[1].value_end, line + sizeof line - 1);
+}
+
+TEST(PrintableDnParse, EveryByteMayStandInATypeAndAValue) {
+    for (int c = 1; c < 256; ++c) {
+        const auto character = static_cast<char>(c);
+        const std::string line = std::string("x") + character + "y=x" + character + "y";
+        std::vector<RDNdescr_t> records;
+        const asn_dn_result_t result = printable_dn_split(line.c_str(), records);
+        switch (character) {
+        case ' ':
+        case '\t':
+            EXPECT_EQ(result.code, 1);
+            continue;
+        case '=':
+            EXPECT_THAT(to_texts(records), ElementsAre("x=y=x=y"));
+            continue;
+        case '"':
+            EXPECT_EQ(result.code, 3);
+            continue;
+        case ',':
+        case '+':
+            EXPECT_EQ(result.code, 1);
+            break; // "y" has no "="
+        default:
+            EXPECT_EQ(result.code, 0);
+        }
+        ASSERT_EQ(records.size(), 1u) << c;
+        EXPECT_EQ(std::string(records[0].type_begin, records[0].type_end), line.substr(0, 3)) << c;
+    }
+}
+
+TEST(PrintableDnParse, EveryPrefixOfALineStaysInsideIt) {
+    const std::string line = " CN = \"a\\\"b\" ,O=\\,\\2C+OU=#0C0161, C=\"RU\"";
+    for (std::size_t size = 0; size <= line.size(); ++size) {
+        for_guarded_line(line.substr(0, size), [&](const char* text) {
+            std::vector<RDNdescr_t> records;
+            printable_dn_parse(text, records);
+            for (const RDNdescr_t& record : records) {
+                EXPECT_TRUE(text <= record.type_begin && record.type_begin < record.type_end);
+                EXPECT_TRUE(record.type_end < record.value_begin && record.value_begin <= record.value_end);
+                EXPECT_TRUE(record.value_end <= text + size);
+            }
+        });
+    }
+}
+
+TEST(PrintableDnParse, SplitsALongLine) {
+    constexpr std::size_t num_pairs = 200'000;
+    std::string line;
+    for (std::size_t i = 0; i < num_pairs; ++i) line += "CN=a,";
+    line.pop_back();
+    std::vector<RDNdescr_t> records;
+    ASSERT_TRUE(printable_dn_parse(line.c_str(), records));
+    ASSERT_EQ(records.size(), num_pairs);
+    EXPECT_EQ(records.back().value_end, line.c_str() + line.size());
+}
+
+TEST(PrintableDnParse, KeepsCompleteRecordsWhenAllocationFails) {
+    const std::size_t num_failures = for_each_failing_allocation(
+        [] {
+            std::vector<RDNdescr_t> records;
+            try {
+                printable_dn_parse("CN=a,O=b,C=c", records);
+            } catch (...) {
+                for (const RDNdescr_t& record : records) EXPECT_EQ(record.value_end - record.value_begin, 1);
+                throw;
+            }
+            EXPECT_EQ(records.size(), 3u);
+        },
+        [] {});
+    EXPECT_GT(num_failures, 0u);
+}
+
+} // namespace

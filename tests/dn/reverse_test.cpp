@@ -1,0 +1,88 @@
+#include "tests/support/alloc_failure.h"
+#include "tests/support/guarded.h"
+#include "tests/support/hex.h"
+
+#include <pkider/dn.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace pkider_test;
+
+namespace {
+
+struct reverse_row_t {
+    const char* name;
+    const char* line;
+    const char* reversed; // null: a fault
+};
+
+class DnReverse : public testing::TestWithParam<reverse_row_t> {};
+
+TEST_P(DnReverse, TurnsTheLineRound) {
+    const reverse_row_t& row = GetParam();
+    bytes_t bytes = to_bytes(row.line);
+    bytes.push_back(0);
+    for_guarded(bytes, [&row](const uint8_t* data, std::size_t) {
+        char* const line = const_cast<char*>(reinterpret_cast<const char*>(data)); // the copy is ours
+        char* const result = printable_dn_reverse(line);
+        EXPECT_EQ(result, row.reversed == nullptr ? nullptr : line);
+        EXPECT_STREQ(line, row.reversed == nullptr ? row.line : row.reversed);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Lines, DnReverse,
+    testing::Values(reverse_row_t{"Three", "C=RU,O=x,CN=a", "CN=a,O=x,C=RU"},
+                    reverse_row_t{"Two", "C=RU,O=x", "O=x,C=RU"}, reverse_row_t{"Empty", "", ""},
+                    reverse_row_t{"Blanks", " \t", " \t"}, reverse_row_t{"One", " CN = a ", " CN = a "},
+                    reverse_row_t{"OneGroup", "CN=a+O=b", "CN=a+O=b"},
+                    reverse_row_t{"OneGroupWithBlanks", " CN=a+ O=b ", " CN=a+ O=b "},
+                    reverse_row_t{"MembersKeepTheirOrder", "CN=a+O=b,C=c+L=d+T=e", "C=c+L=d+T=e,CN=a+O=b"},
+                    reverse_row_t{"RequiredBlanksMoveWithTheirRdn", "A=1, B=2", " B=2,A=1"},
+                    reverse_row_t{"BlanksInFrontOfTheLine", " \tA=1,B=2", "B=2, \tA=1"},
+                    reverse_row_t{"BlanksBehindAValue", "A=1 ,B=2 ", "B=2 ,A=1 "},
+                    reverse_row_t{"BlanksInsideAGroup", "A=1+ B=2, C=3", " C=3,A=1+ B=2"},
+                    reverse_row_t{"QuotedComma", "A=\"1,2\",B=3", "B=3,A=\"1,2\""},
+                    reverse_row_t{"EscapedComma", "A=1\\,2,B=3", "B=3,A=1\\,2"},
+                    reverse_row_t{"EmptyValues", "A=,B=", "B=,A="},
+                    reverse_row_t{"Utf8", "A=\xC3\xA9,B=2", "B=2,A=\xC3\xA9"},
+                    reverse_row_t{"ValuesAreNotLookedAt", "A=1;2,B=\\xx", "B=\\xx,A=1;2"},
+                    reverse_row_t{"FaultOfTheType", "A=1,=2", nullptr}, reverse_row_t{"FaultOfTheEnd", "A=1,", nullptr},
+                    reverse_row_t{"FaultOfAQuote", "A=1,B=\"2", nullptr}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(DnReverse, TwiceGivesALineWithoutBlanksBack) {
+    const std::string line = "C=RU,O=\"x,y\"+OU=z,CN=a\\,b,L=";
+    std::string turned = line;
+    ASSERT_NE(printable_dn_reverse(turned.data()), nullptr);
+    EXPECT_EQ(turned, "L=,CN=a\\,b,O=\"x,y\"+OU=z,C=RU");
+    ASSERT_NE(printable_dn_reverse(turned.data()), nullptr);
+    EXPECT_EQ(turned, line);
+}
+
+TEST(DnReverse, TurnsALongLine) {
+    constexpr int num_rdns = 200'000;
+    std::string line;
+    std::string expected;
+    for (int i = 0; i < num_rdns; ++i) {
+        line += std::string("CN=") + static_cast<char>('a' + i % 26) + "bc,";
+        expected += std::string("CN=") + static_cast<char>('a' + (num_rdns - 1 - i) % 26) + "bc,";
+    }
+    line.pop_back();
+    expected.pop_back();
+    ASSERT_NE(printable_dn_reverse(line.data()), nullptr);
+    EXPECT_TRUE(line == expected);
+}
+
+TEST(DnReverse, LeavesTheLineWhenAllocationFails) {
+    const std::string line = "A=1,B=2,C=3,D=4,E=5,F=6,G=7,H=8,I=9,J=10,K=11";
+    std::string turned = line;
+    const std::size_t num_failures = for_each_failing_allocation([&turned] { printable_dn_reverse(turned.data()); },
+                                                                 [&] { EXPECT_EQ(turned, line); });
+    EXPECT_GE(num_failures, 1u);
+    EXPECT_EQ(turned, "K=11,J=10,I=9,H=8,G=7,F=6,E=5,D=4,C=3,B=2,A=1");
+}
+
+} // namespace

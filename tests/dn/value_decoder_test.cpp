@@ -1,0 +1,278 @@
+#include "dn/printable_dn.h"
+
+#include "tests/support/alloc_failure.h"
+#include "tests/support/guarded.h"
+#include "tests/support/hex.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace pkider;
+using namespace pkider_test;
+
+namespace {
+
+constexpr uint8_t utf8 = 0x0C;
+constexpr uint8_t printable = 0x13;
+constexpr uint8_t ia5 = 0x16;
+
+struct decoded_t {
+    asn_dn_result_t result;
+    bytes_t bytes;
+    uint8_t tag = 0;
+    bool in_line = false;
+};
+
+decoded_t decode(const uint8_t* data, std::size_t size) {
+    const char* const begin = reinterpret_cast<const char*>(data);
+    std::string scratch;
+    dn_value_t value{data, 77, 0x77};
+    decoded_t out;
+    out.result = printable_dn_value_decode(begin, begin + size, scratch, value);
+    if (out.result.code != 0) {
+        EXPECT_TRUE(value.bytes == data && value.length == 77 && value.tag == 0x77) << "written after a fault";
+        return out;
+    }
+    out.bytes.assign(value.bytes, value.bytes + value.length);
+    out.tag = value.tag;
+    out.in_line = scratch.empty();
+    const auto* const pool = reinterpret_cast<const uint8_t*>(scratch.data());
+    const uint8_t* const room = out.in_line ? data : pool;
+    EXPECT_TRUE(room <= value.bytes && value.bytes + value.length <= room + (out.in_line ? size : scratch.size()));
+    return out;
+}
+
+decoded_t decode(std::string_view text) {
+    return decode(reinterpret_cast<const uint8_t*>(text.data()), text.size());
+}
+
+enum place_t { IN_LINE, REWRITTEN };
+
+struct value_row_t {
+    const char* name;
+    std::string text;
+    uint8_t tag;
+    std::string bytes;
+    place_t place;
+};
+
+class DnValueDecode : public testing::TestWithParam<value_row_t> {};
+
+TEST_P(DnValueDecode, GivesBytesAndTag) {
+    const value_row_t& row = GetParam();
+    for_guarded(to_bytes(row.text), [&](const uint8_t* data, std::size_t size) {
+        const decoded_t value = decode(data, size);
+        ASSERT_EQ(value.result.code, 0);
+        EXPECT_EQ(value.bytes, to_bytes(row.bytes));
+        EXPECT_EQ(value.tag, row.tag);
+        EXPECT_EQ(value.in_line, row.place == IN_LINE);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Plain, DnValueDecode,
+    testing::Values(value_row_t{"Empty", "", printable, "", IN_LINE},
+                    value_row_t{"Letters", "abc", printable, "abc", IN_LINE},
+                    value_row_t{"Blanks", "  a b ", printable, "  a b ", IN_LINE},
+                    value_row_t{"PrintablePunctuation", "'()-./:?", printable, "'()-./:?", IN_LINE},
+                    value_row_t{"EscapedComma", "a\\,b", printable, "a,b", REWRITTEN},
+                    value_row_t{"HexPair", "a\\2Cb", printable, "a,b", REWRITTEN},
+                    value_row_t{"HexPairInSmallDigits", "a\\2cb", printable, "a,b", REWRITTEN},
+                    value_row_t{"OnlyAnEscape", "\\=", printable, "=", REWRITTEN},
+                    value_row_t{"EscapesInARow", "\\,\\+\\3D", printable, ",+=", REWRITTEN},
+                    value_row_t{"EscapeAtBothEnds", "\\+a\\+", printable, "+a+", REWRITTEN},
+                    value_row_t{"UnderscoreIsIa5", "a_b", ia5, "a_b", IN_LINE},
+                    value_row_t{"TabIsIa5", "a\tb", ia5, "a\tb", IN_LINE},
+                    value_row_t{"EscapedQuoteIsIa5", "a\\\"b", ia5, "a\"b", REWRITTEN},
+                    value_row_t{"EscapedBackslashIsIa5", "a\\\\b", ia5, "a\\b", REWRITTEN},
+                    value_row_t{"EscapedNulIsIa5", "\\00", ia5, std::string(1, '\0'), REWRITTEN},
+                    value_row_t{"Utf8", "\xC3\xA9", utf8, "\xC3\xA9", IN_LINE},
+                    value_row_t{"Utf8BeforeIa5StaysUtf8", "\xC3\xA9_", utf8, "\xC3\xA9_", IN_LINE},
+                    value_row_t{"Utf8BehindIa5", "_\xC3\xA9", utf8, "_\xC3\xA9", IN_LINE},
+                    value_row_t{"HexPairAboveAsciiIsUtf8", "\\C3\\A9", utf8, "\xC3\xA9", REWRITTEN},
+                    value_row_t{"BrokenUtf8IsUtf8", "\xFF", utf8, "\xFF", IN_LINE},
+                    value_row_t{"HexDigitsGoBeforeSpecials", "\\abc", utf8,
+                                "\xAB"
+                                "c",
+                                REWRITTEN}),
+    [](const auto& row) { return row.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(
+    Quoted, DnValueDecode,
+    testing::Values(value_row_t{"EmptyQuotes", "\"\"", printable, "", IN_LINE},
+                    value_row_t{"SpecialsNeedNoEscape", "\"a,b\"", printable, "a,b", IN_LINE},
+                    value_row_t{"AllSpecials", "\"#+,;<=>\"", ia5, "#+,;<=>", IN_LINE},
+                    value_row_t{"BlanksInQuotes", "\" a \"", printable, " a ", IN_LINE},
+                    value_row_t{"RequiredQuotedEscapesAreNotClassified", "\"a\\\"b\"", printable, "a\"b", REWRITTEN},
+                    value_row_t{"RequiredQuotedBackslashStays", "\"a\\b\"", printable, "a\\b", IN_LINE},
+                    value_row_t{"QuotedCommaKeepsItsBackslash", "\"a\\,b\"", printable, "a\\,b", IN_LINE},
+                    value_row_t{"QuotedHexPairIsText", "\"\\2C\"", printable, "\\2C", IN_LINE},
+                    value_row_t{"TheSecondOfTwoBackslashesIsClassified", "\"a\\\\\"", ia5, "a\\\\", IN_LINE},
+                    value_row_t{"RawQuotesInside", "\"a\"b\"c\"", ia5, "a\"b\"c", IN_LINE},
+                    value_row_t{"FourQuotes", "\"\"\"\"", ia5, "\"\"", IN_LINE},
+                    value_row_t{"QuotedUtf8", "\"\xC3\xA9\"", utf8, "\xC3\xA9", IN_LINE},
+                    value_row_t{"CharacterBehindAKeptBackslash", "\"\\_\"", ia5, "\\_", IN_LINE},
+                    value_row_t{"QuotedAndKeptEscapes", "\"\\\"\\x\\\"\"", printable, "\"\\x\"", REWRITTEN}),
+    [](const auto& row) { return row.param.name; });
+
+INSTANTIATE_TEST_SUITE_P(Hex, DnValueDecode,
+                         testing::Values(value_row_t{"Utf8String", "#0C03616263", utf8, "abc", REWRITTEN},
+                                         value_row_t{"SmallDigits", "#0c016a", utf8, "j", REWRITTEN},
+                                         value_row_t{"BytesBehindAreIgnored", "#0C0261626364", utf8, "ab", REWRITTEN},
+                                         value_row_t{"LongFormLength", "#0C8103616263", utf8, "abc", REWRITTEN},
+                                         value_row_t{"FourLengthOctets", "#0C840000000161", utf8, "a", REWRITTEN},
+                                         value_row_t{"EmptyElement", "#0500", 0x05, "", REWRITTEN},
+                                         value_row_t{"HighTagNumberIsOneByte", "#1F0161", 0x1F, "a", REWRITTEN},
+                                         value_row_t{"TagOfZero", "#000141", 0x00, "A", REWRITTEN},
+                                         value_row_t{"AnyBytes", "#0404FF00807F", 0x04,
+                                                     std::string("\xFF\0\x80\x7F", 4), REWRITTEN}),
+                         [](const auto& row) { return row.param.name; });
+
+struct value_fault_t {
+    const char* name;
+    std::string text;
+    uint16_t code;
+    uint16_t position;
+};
+
+class DnValueDecodeFault : public testing::TestWithParam<value_fault_t> {};
+
+TEST_P(DnValueDecodeFault, ReportsCodeAndPosition) {
+    const value_fault_t& row = GetParam();
+    for_guarded(to_bytes(row.text), [&](const uint8_t* data, std::size_t size) {
+        const decoded_t value = decode(data, size);
+        EXPECT_EQ(value.result.code, row.code);
+        EXPECT_EQ(value.result.position, row.position);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, DnValueDecodeFault,
+    testing::Values(
+        // Fewer than four digits, or an odd number of them: at the value's start
+        value_fault_t{"OneDigit", "#0", 4, 0}, value_fault_t{"TwoDigits", "#0C", 4, 0},
+        value_fault_t{"ThreeDigits", "#0C0", 4, 0}, value_fault_t{"FiveDigits", "#0C016", 4, 0},
+        value_fault_t{"CountGoesBeforeDigits", "#0G", 4, 0}, value_fault_t{"BlankBehindMakesItOdd", "#0C0161 ", 4, 0},
+        // Not a digit: counted from behind "#"
+        value_fault_t{"FirstDigitBad", "#GG0C", 5, 0}, value_fault_t{"LastDigitBad", "#0C0G", 5, 3},
+        value_fault_t{"TwoBlanksBehind", "#0C0161  ", 5, 6}, value_fault_t{"DigitsGoBeforeTheElement", "#0C80xx", 5, 4},
+        value_fault_t{"DigitAboveAscii", "#0C01\xB2\xB2", 5, 4},
+        // Not an element: at the value's start
+        value_fault_t{"Indefinite", "#0C8000", 6, 0}, value_fault_t{"LongerThanTheBytes", "#0C05616263", 6, 0},
+        value_fault_t{"LengthOctetsMissing", "#0C82", 6, 0}, value_fault_t{"LengthOctetsCut", "#0C8200", 6, 0},
+        value_fault_t{"FiveLengthOctets", "#0C85000000000161", 6, 0},
+        value_fault_t{"LargestLength", "#0C84FFFFFFFF", 6, 0},
+        // Backslash at the end
+        value_fault_t{"BackslashAtTheEnd", "a\\", 7, 2}, value_fault_t{"OnlyABackslash", "\\", 7, 1},
+        value_fault_t{"BackslashAtTheEndOfQuotes", "\"x\"\\\"", 7, 3},
+        value_fault_t{"OnlyABackslashInQuotes", "\"\\\"", 7, 1},
+        // One hex digit
+        value_fault_t{"OneHexDigitAtTheEnd", "a\\4", 8, 3}, value_fault_t{"OneHexDigitAndALetter", "a\\4g", 8, 3},
+        value_fault_t{"OneHexDigitAndASpecial", "\\a,", 8, 2},
+        // Nothing that may be escaped
+        value_fault_t{"EscapedLetter", "a\\xb", 9, 2}, value_fault_t{"EscapedBlank", "\\ ", 9, 1},
+        value_fault_t{"EscapedByteAboveAscii", "a\\\xC3", 9, 2},
+        // Special characters on their own
+        value_fault_t{"Semicolon", "a;b", 10, 1}, value_fault_t{"LoneNumberSign", "#", 10, 0},
+        value_fault_t{"LoneQuote", "\"", 10, 0}, value_fault_t{"BlankBeforeQuotes", " \"a,b\"", 10, 1},
+        value_fault_t{"BlankBehindQuotes", "\"a\" ", 10, 0},
+        value_fault_t{"BlankBeforeTheNumberSign", " #0C0161", 10, 1},
+        value_fault_t{"SpecialBehindAnEscape", "a\\,b>", 10, 4}),
+    [](const auto& row) { return row.param.name; });
+
+// Each byte on its own, escaped, and between quotes: 256 values of each form against the rule as a list of cases.
+TEST(DnValueDecode, EveryByteOnItsOwn) {
+    for (int c = 0; c < 256; ++c) {
+        const auto character = static_cast<char>(c);
+        const bool special = std::string_view("\"#+,;<=>\\").find(character) != std::string_view::npos;
+        const bool in_alphabet = (char_class(character) & (CHAR_NOT_PRINTABLE | CHAR_NOT_ASCII)) == 0;
+        const uint8_t tag = c >= 0x80 ? utf8 : in_alphabet ? printable : ia5;
+        const std::string text = std::string("a") + character;
+
+        const decoded_t plain = decode(text);
+        if (character == '\\') {
+            EXPECT_EQ(plain.result.code, 7);
+        } else if (special) {
+            EXPECT_EQ(plain.result.code, 10) << c;
+            EXPECT_EQ(plain.result.position, 1) << c;
+        } else {
+            EXPECT_EQ(plain.bytes, to_bytes(text)) << c;
+            EXPECT_EQ(plain.tag, tag) << c;
+        }
+
+        const decoded_t escaped = decode(std::string("\\") + character);
+        if (special) {
+            EXPECT_EQ(escaped.bytes, to_bytes(std::string(1, character))) << c;
+            EXPECT_EQ(escaped.tag, tag) << c;
+        } else {
+            EXPECT_EQ(escaped.result.code, hex_digit_value(character) == not_a_hex_digit ? 9 : 8) << c;
+        }
+
+        const decoded_t quoted = decode("\"" + text + "\"");
+        if (character == '\\') {
+            EXPECT_EQ(quoted.result.code, 7);
+        } else {
+            EXPECT_EQ(quoted.bytes, to_bytes(text)) << c;
+            EXPECT_EQ(quoted.tag, tag) << c;
+        }
+    }
+}
+
+// All 65,536 pairs behind a backslash: a byte in hexadecimal when both are digits.
+TEST(DnValueDecode, EveryPairBehindABackslash) {
+    for (int first = 0; first < 256; ++first) {
+        for (int second = 0; second < 256; ++second) {
+            const std::string text{'\\', static_cast<char>(first), static_cast<char>(second)};
+            const decoded_t value = decode(text);
+            const int high = hex_digit(static_cast<char>(first));
+            const int low = hex_digit(static_cast<char>(second));
+            const bool first_special = (char_class(text[1]) & CHAR_SPECIAL) != 0;
+            const bool second_special = (char_class(text[2]) & CHAR_SPECIAL) != 0;
+            uint16_t code = 0;
+            if (high < 0 && !first_special) code = 9;
+            if (high >= 0 && low < 0) code = 8;
+            if (high < 0 && first_special && second_special) code = text[2] == '\\' ? 7 : 10;
+            ASSERT_EQ(value.result.code, code) << first << " " << second;
+            if (code != 0) continue;
+            if (high >= 0) {
+                ASSERT_EQ(value.bytes, bytes_t{static_cast<uint8_t>(high * 16 + low)});
+            } else {
+                ASSERT_EQ(value.bytes, to_bytes(text.substr(1)));
+            }
+        }
+    }
+}
+
+TEST(DnValueDecode, AppendsToTheScratch) {
+    std::string scratch = "there";
+    scratch.reserve(64);
+    const std::string text = "a\\,b";
+    dn_value_t value;
+    ASSERT_EQ(printable_dn_value_decode(text.data(), text.data() + text.size(), scratch, value).code, 0);
+    EXPECT_EQ(scratch, "therea,b");
+    EXPECT_EQ(value.bytes, reinterpret_cast<const uint8_t*>(scratch.data()) + 5);
+    EXPECT_EQ(value.length, 3u);
+
+    const std::string hex = "#0C0161";
+    ASSERT_EQ(printable_dn_value_decode(hex.data(), hex.data() + hex.size(), scratch, value).code, 0);
+    EXPECT_EQ(std::string(value.bytes, value.bytes + value.length), "a");
+}
+
+TEST(DnValueDecode, LeaksNothingWhenAllocationFails) {
+    for (const std::string form : {"\\,%", "\"\\\"%\"", "#0481C8%"}) {
+        std::string text = form;
+        text.replace(text.find('%'), 1, std::string(400, '0'));
+        dn_value_t value;
+        const std::size_t num_failures = for_each_failing_allocation(
+            [&] {
+                std::string scratch;
+                printable_dn_value_decode(text.data(), text.data() + text.size(), scratch, value);
+            },
+            [&value] { EXPECT_EQ(value.bytes, nullptr); });
+        EXPECT_GT(num_failures, 0u) << form;
+        value = {};
+    }
+}
+
+} // namespace
