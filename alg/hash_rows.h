@@ -1,0 +1,28 @@
+// Hash algorithms and their object identifiers (RFC 3279 2.1, RFC 4055 2.1, RFC 4491 2.1, RFC 9215).
+#pragma once
+
+#include "alg/alg_row.h"
+
+namespace pkider {
+
+// Both directions take the first row that matches, so an object identifier that also stands for a variant goes back to
+// the standard value above it.
+// clang-format off
+inline constexpr alg_row_t hash_rows[] = {
+    {PKI_ALG_MD2,               oid<"2A 86 48 86 F7 0D 02 02">},    // 1.2.840.113549.2.2
+    {PKI_ALG_MD5,               oid<"2A 86 48 86 F7 0D 02 05">},    // 1.2.840.113549.2.5
+    {PKI_ALG_SHA,               oid<"2B 0E 03 02 12">},             // 1.3.14.3.2.18
+    {PKI_ALG_SHA1,              oid<"2B 0E 03 02 1A">},             // 1.3.14.3.2.26
+    {PKI_ALG_SHA224,            oid<"60 86 48 01 65 03 04 02 04">}, // 2.16.840.1.101.3.4.2.4
+    {PKI_ALG_SHA256,            oid<"60 86 48 01 65 03 04 02 01">}, // 2.16.840.1.101.3.4.2.1
+    {PKI_ALG_SHA384,            oid<"60 86 48 01 65 03 04 02 02">}, // 2.16.840.1.101.3.4.2.2
+    {PKI_ALG_SHA512,            oid<"60 86 48 01 65 03 04 02 03">}, // 2.16.840.1.101.3.4.2.3
+    {PKI_ALG_GOST3411_94,       oid<"2A 85 03 02 02 09">},          // 1.2.643.2.2.9
+    {PKI_ALG_GOST3411_94_CPRO,  oid<"2A 85 03 02 02 09">},          // 1.2.643.2.2.9
+    {PKI_ALG_GOST3411_94_TIK,   oid<"2B 06 01 04 01 9C 56 01 05">}, // 1.3.6.1.4.1.3670.1.5
+    {PKI_ALG_GOST3411_2012_256, oid<"2A 85 03 07 01 01 02 02">},    // 1.2.643.7.1.1.2.2
+    {PKI_ALG_GOST3411_2012_512, oid<"2A 85 03 07 01 01 02 03">},    // 1.2.643.7.1.1.2.3
+};
+// clang-format on
+
+} // namespace pkider

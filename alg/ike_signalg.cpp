@@ -1,0 +1,35 @@
+#include "alg/element_span.h"
+#include "alg/pss_params.h"
+
+#include <pkider/alg.h>
+
+using namespace pkider;
+
+// AlgorithmIdentifier ::= SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY DEFINED BY algorithm OPTIONAL }
+bool asn_read_ike_signalg(const uint8_t* der, uint32_t len, asn_ike_signalg_t& out) {
+    const asn_element_t input{nullptr, der, len};
+    asn_element_t rest = input, algorithm;
+    if (!asn_next_element(asn_tag_t::SEQUENCE, rest, algorithm)) return false;
+    if (!read_contents(asn_tag_t::OBJECT_IDENTIFIER, algorithm, out.oid_len, out.oid)) return false;
+
+    // Up to the end of the input, not of the SEQUENCE. Wanted: IkeSignalg.RequiredBytesBehindTheElementAreParameters.
+    store_contents(from_place(input, algorithm.content), out.params_len, out.params);
+    return true;
+}
+
+pki_alg_t asn_ike_signalg_t::to_pki_alg() const {
+    constexpr uint32_t hash_field = 0x00FF0000;
+
+    const pki_alg_t alg = PKI_OID_TO_CERT_SIGN_ALG(oid, oid_len);
+    if (alg != PKI_ALG_RSASSA_PSS) return alg;
+    if (params_len == 0) return PKI_ALG_RSASSA_PSS_SHA1;
+
+    asn_algorid_t hash;
+    if (!asn_read_pss_params(params, params_len, hash)) return PKI_ALG_NONE;
+    if (hash.oid_len == 0) return PKI_ALG_RSASSA_PSS_SHA1;
+
+    const pki_alg_t hash_alg = PKI_OID_TO_HASH_ALG(hash.oid, hash.oid_len);
+    if (hash_alg == PKI_ALG_NONE) return PKI_ALG_NONE;
+    // Without the variant field. Wanted: IkeSignalgToPkiAlg.RequiredVariantOfTheHashIsDropped.
+    return static_cast<pki_alg_t>((hash_alg & hash_field) | PKI_ALG_RSASSA_PSS);
+}

@@ -1,0 +1,67 @@
+#include "alg/display_names.h"
+#include "alg/ike_rows.h"
+#include "alg/oid_index.h"
+#include "alg/value_index.h"
+
+namespace pkider {
+namespace {
+
+constexpr oid_index_t oid_index;
+
+template <const auto& Rows>
+const PKI_OID& find_oid(pki_alg_t alg) {
+    const alg_row_t* const row = find_row<Rows>(alg);
+    return row != nullptr ? row->oid : empty_oid;
+}
+
+pki_alg_t find_alg(const uint8_t* oid, uint32_t len, pki_alg_t known_oid_t::*kind) {
+    const known_oid_t* const known = oid_index.find(oid, len);
+    return known != nullptr ? known->*kind : PKI_ALG_NONE;
+}
+
+} // namespace
+
+std::string_view alg_display_name(pki_alg_t alg) {
+    const display_name_t* const row = find_row<display_names>(alg);
+    return row != nullptr ? row->name : "unknown";
+}
+
+} // namespace pkider
+
+using namespace pkider;
+
+const PKI_OID& PKI_HASH_ALG_TO_OID(pki_alg_t alg) {
+    return find_oid<hash_rows>(alg);
+}
+
+const PKI_OID& PKI_KEY_ALG_TO_OID(pki_alg_t alg) {
+    return find_oid<key_rows>(alg);
+}
+
+const PKI_OID& PKI_CERT_SIGN_ALG_TO_OID(pki_alg_t alg) {
+    return find_oid<cert_sign_rows>(alg);
+}
+
+const PKI_OID& asn_form_ike_signalg(pki_alg_t alg) {
+    return find_oid<ike_rows>(alg);
+}
+
+pki_alg_t PKI_OID_TO_ALG(const uint8_t* oid, uint32_t len) {
+    const known_oid_t* const known = oid_index.find(oid, len);
+    if (known == nullptr) return PKI_ALG_NONE;
+    if (known->hash != PKI_ALG_NONE) return known->hash;
+    if (known->key != PKI_ALG_NONE) return known->key;
+    return known->cert_sign;
+}
+
+pki_alg_t PKI_OID_TO_HASH_ALG(const uint8_t* oid, uint32_t len) {
+    return find_alg(oid, len, &known_oid_t::hash);
+}
+
+pki_alg_t PKI_OID_TO_KEY_ALG(const uint8_t* oid, uint32_t len) {
+    return find_alg(oid, len, &known_oid_t::key);
+}
+
+pki_alg_t PKI_OID_TO_CERT_SIGN_ALG(const uint8_t* oid, uint32_t len) {
+    return find_alg(oid, len, &known_oid_t::cert_sign);
+}

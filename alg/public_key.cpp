@@ -1,0 +1,90 @@
+#include "alg/element_span.h"
+
+#include <pkider/alg.h>
+
+using namespace pkider;
+
+namespace {
+
+// What an empty BIT STRING leaves as the length of the key: "no key bits".
+constexpr uint32_t no_key_bits = 0xFFFFFFFF;
+
+// Computed as a number, because behind empty contents it may lie past the end of the input.
+const uint8_t* next_address(const uint8_t* at) {
+    // NOLINTNEXTLINE(performance-no-int-to-ptr)
+    return reinterpret_cast<const uint8_t*>(reinterpret_cast<uintptr_t>(at) + 1);
+}
+
+// The key bits as input of a reader; nothing at all when the BIT STRING was empty, since its key must not be read.
+asn_element_t key_bits(const asn_pubkey_t& pk) {
+    return {nullptr, pk.key, pk.key_len == no_key_bits ? 0 : pk.key_len};
+}
+
+// Leading zero bytes go while another byte is left, so a zero keeps one.
+void drop_leading_zeros(uint32_t& len, const uint8_t*& number) {
+    while (len > 1 && number[0] == 0) {
+        ++number;
+        --len;
+    }
+}
+
+} // namespace
+
+// SubjectPublicKeyInfo ::= SEQUENCE {
+//     algorithm         SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY DEFINED BY algorithm OPTIONAL },
+//     subjectPublicKey  BIT STRING }                                     (RFC 5280 4.1)
+bool asn_read_pubkey(const uint8_t* der, int32_t len, asn_pubkey_t& out) {
+    // A negative length is a very large bound. Wanted: Pubkey.RequiredNegativeLengthIsALargeBound.
+    const asn_element_t input{nullptr, der, static_cast<uint32_t>(len)};
+    asn_element_t rest = input, info, algorithm, oid, bits;
+    if (!asn_next_element(asn_tag_t::SEQUENCE, rest, info)) return false;
+    if (!asn_next_element(asn_tag_t::SEQUENCE, info, algorithm)) return false;
+    if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, algorithm, oid)) return false;
+    store_contents(oid, out.alg_oid_len, out.alg_oid);
+    store_contents(algorithm, out.params_len, out.params);
+
+    // Bounded by the input, not by the SEQUENCE. Wanted: Pubkey.RequiredBitStringMayRunPastTheSequence.
+    rest = from_place(input, info.content);
+    if (!asn_next_element(asn_tag_t::BIT_STRING, rest, bits)) return false;
+
+    // Without the count of unused bits, present or not: an empty BIT STRING gives no_key_bits.
+    // Wanted: Pubkey.RequiredEmptyBitStringGivesLengthFFFFFFFF.
+    out.key_len = static_cast<uint32_t>(bits.length - 1);
+    out.key = next_address(bits.content);
+    return true;
+}
+
+// RSAPublicKey ::= SEQUENCE { modulus INTEGER, publicExponent INTEGER }   (RFC 8017 A.1.1)
+bool asn_read_rsa_pubkey(const asn_pubkey_t& pk, asn_rsa_pubkey_t& out) {
+    const asn_element_t input = key_bits(pk);
+    asn_element_t rest = input, numbers;
+    if (!asn_next_element(asn_tag_t::SEQUENCE, rest, numbers)) return false;
+    if (!read_contents(asn_tag_t::INTEGER, numbers, out.modulus_len, out.modulus)) return false;
+
+    // Bounded by the key bits, not by the SEQUENCE. Wanted: RsaPubkey.RequiredExponentMayRunPastTheSequence.
+    rest = from_place(input, numbers.content);
+    if (!read_contents(asn_tag_t::INTEGER, rest, out.exponent_len, out.exponent)) return false;
+
+    drop_leading_zeros(out.modulus_len, out.modulus);
+    return true;
+}
+
+// GostR3410-PublicKeyParameters ::= SEQUENCE {
+//     publicKeyParamSet   OBJECT IDENTIFIER,
+//     digestParamSet      OBJECT IDENTIFIER,
+//     encryptionParamSet  OBJECT IDENTIFIER OPTIONAL }                    (RFC 4491 2.3)
+// The key itself is an OCTET STRING inside the BIT STRING.
+bool asn_read_gost_pubkey(const asn_pubkey_t& pk, asn_gost_pubkey_t& out) {
+    asn_element_t input{nullptr, pk.params, pk.params_len};
+    asn_element_t sets, set;
+    if (!asn_next_element(asn_tag_t::SEQUENCE, input, sets)) return false;
+    if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, sets, set)) return false;
+    store_element(set, out.public_key_param_set_len, out.public_key_param_set);
+    if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, sets, set)) return false;
+    store_element(set, out.digest_param_set_len, out.digest_param_set);
+    if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, sets, set)) set = {};
+    store_element(set, out.encryption_param_set_len, out.encryption_param_set);
+
+    asn_element_t key = key_bits(pk);
+    return read_contents(asn_tag_t::OCTET_STRING, key, out.key_len, out.key);
+}

@@ -1,0 +1,123 @@
+#include "tests/alg/spans.h"
+#include "tests/support/guarded.h"
+#include "tests/support/hex.h"
+
+#include <pkider/alg.h>
+
+#include <gtest/gtest.h>
+
+using namespace pkider_test;
+
+namespace {
+
+struct read_t {
+    bool read;
+    span_t r, s;
+};
+
+read_t read(const uint8_t* der, std::size_t size) {
+    asn_dsa_certsign_t out{unwritten.len, unwritten.data, unwritten.len, unwritten.data};
+    const bool read = asn_read_dsa_certsign(der, static_cast<uint32_t>(size), out);
+    return {read, {out.r_len, out.r}, {out.s_len, out.s}};
+}
+
+TEST(DsaCertsign, GivesBothNumbers) {
+    for_guarded("30 06 02 01 11 02 01 22"_hex, [](const uint8_t* der, std::size_t size) {
+        const read_t out = read(der, size);
+        EXPECT_TRUE(out.read);
+        EXPECT_EQ(out.r, (span_t{1, der + 4}));
+        EXPECT_EQ(out.s, (span_t{1, der + 7}));
+    });
+}
+
+TEST(DsaCertsign, KeepsLeadingZeros) {
+    for_guarded("30 0A 02 02 00 91 02 04 00 00 00 22"_hex, [](const uint8_t* der, std::size_t size) {
+        const read_t out = read(der, size);
+        EXPECT_TRUE(out.read);
+        EXPECT_EQ(out.r, (span_t{2, der + 4}));
+        EXPECT_EQ(out.s, (span_t{4, der + 8}));
+    });
+}
+
+TEST(DsaCertsign, TakesNumbersOfAnyLength) {
+    for_guarded("30 05 02 00 02 81 00"_hex, [](const uint8_t* der, std::size_t size) {
+        const read_t out = read(der, size);
+        EXPECT_TRUE(out.read);
+        EXPECT_EQ(out.r, (span_t{0, der + 4}));
+        EXPECT_EQ(out.s, (span_t{0, der + 7}));
+    });
+}
+
+TEST(DsaCertsign, IgnoresBytesBehindTheNumbers) {
+    for_guarded("30 08 02 01 11 02 01 22 05 00 AA BB"_hex, [](const uint8_t* der, std::size_t size) {
+        const read_t out = read(der, size);
+        EXPECT_TRUE(out.read);
+        EXPECT_EQ(out.s, (span_t{1, der + 7}));
+    });
+}
+
+TEST(DsaCertsign, TakesAnyBytesAtTheEndOfTheSequence) {
+    for_junk_in_each_constructed("30 06 02 01 11 02 01 22"_hex, "FF FF"_hex, [](const uint8_t* der, std::size_t size) {
+        const read_t out = read(der, size);
+        EXPECT_TRUE(out.read);
+        EXPECT_EQ(out.r, (span_t{1, der + 4}));
+        EXPECT_EQ(out.s, (span_t{1, der + 7}));
+    });
+}
+
+TEST(DsaCertsign, RequiredSecondNumberMayRunPastTheSequence) {
+    for_guarded("30 03 02 01 11 02 01 22"_hex, [](const uint8_t* der, std::size_t size) {
+        const read_t out = read(der, size);
+        EXPECT_TRUE(out.read);
+        EXPECT_EQ(out.s, (span_t{1, der + 7}));
+    });
+    for_guarded("30 05 02 01 11 02 03 22 33 44"_hex, [](const uint8_t* der, std::size_t size) {
+        const read_t out = read(der, size);
+        EXPECT_TRUE(out.read);
+        EXPECT_EQ(out.s, (span_t{3, der + 7}));
+    });
+}
+
+struct refused_row_t {
+    const char* name;
+    const char* der;
+    int r_at;     // of one byte; -1: 0 and null; -2: unwritten
+    bool s_reset; // to 0 and null
+};
+
+class DsaCertsignRefuses : public testing::TestWithParam<refused_row_t> {};
+
+TEST_P(DsaCertsignRefuses, AndStoresWhatItReached) {
+    const refused_row_t& row = GetParam();
+    for_guarded(from_hex(row.der), [&](const uint8_t* der, std::size_t size) {
+        const read_t out = read(der, size);
+        EXPECT_FALSE(out.read);
+        EXPECT_EQ(out.r, row.r_at == -2 ? unwritten : row.r_at == -1 ? none : (span_t{1, der + row.r_at}));
+        EXPECT_EQ(out.s, row.s_reset ? none : unwritten);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, DsaCertsignRefuses,
+    testing::Values(refused_row_t{"Nothing", "", -2, false}, refused_row_t{"Set", "31 06 02 01 11 02 01 22", -2, false},
+                    refused_row_t{"Indefinite", "30 80 02 01 11 02 01 22 00 00", -2, false},
+                    refused_row_t{"FiveLengthOctets", "30 85 00 00 00 00 06 02 01 11 02 01 22", -2, false},
+                    refused_row_t{"SequenceCut", "30 07 02 01 11 02 01 22", -2, false},
+                    refused_row_t{"EmptySequence", "30 00 02 01 11 02 01 22", -1, false},
+                    refused_row_t{"FirstNoInteger", "30 06 03 01 11 02 01 22", -1, false},
+                    refused_row_t{"FirstPastTheSequence", "30 02 02 01 11 02 01 22", -1, false},
+                    refused_row_t{"FirstIndefinite", "30 06 02 80 11 02 01 22", -1, false},
+                    refused_row_t{"FirstOfFiveLengthOctets", "30 07 02 85 00 00 00 00 01", -1, false},
+                    refused_row_t{"NoSecond", "30 03 02 01 11", 4, true},
+                    refused_row_t{"SecondNoInteger", "30 06 02 01 11 04 01 22", 4, true},
+                    refused_row_t{"SecondIndefinite", "30 06 02 01 11 02 80 22", 4, true},
+                    refused_row_t{"SecondPastTheInput", "30 06 02 01 05 02 05 01", 4, true}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(DsaCertsign, EveryCutIsRefused) {
+    for_every_prefix("30 81 08 02 02 00 91 02 02 00 92"_hex, [](const uint8_t* der, std::size_t size) {
+        EXPECT_FALSE(read(der, size).read) << size << " bytes";
+    });
+}
+
+} // namespace

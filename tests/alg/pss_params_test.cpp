@@ -1,0 +1,118 @@
+#include "alg/pss_params.h"
+
+#include "tests/alg/spans.h"
+#include "tests/support/guarded.h"
+#include "tests/support/hex.h"
+
+#include <gtest/gtest.h>
+
+using namespace pkider_test;
+
+namespace {
+
+struct params_row_t {
+    const char* name;
+    const char* der;
+    bool read;
+    int oid_at; // -1: 0 and null
+    uint32_t oid_len;
+};
+
+class PssParams : public testing::TestWithParam<params_row_t> {};
+
+TEST_P(PssParams, Reads) {
+    const params_row_t& row = GetParam();
+    for_guarded(from_hex(row.der), [&](const uint8_t* der, std::size_t size) {
+        asn_algorid_t hash{unwritten.len, unwritten.data};
+        EXPECT_EQ(pkider::asn_read_pss_params(der, static_cast<uint32_t>(size), hash), row.read);
+        EXPECT_EQ((span_t{hash.oid_len, hash.oid}), row.oid_at < 0 ? none : (span_t{row.oid_len, der + row.oid_at}));
+    });
+}
+
+#define SHA256_OID "06 09 60 86 48 01 65 03 04 02 01 "
+#define HASH "A0 0F 30 0D " SHA256_OID "05 00 "
+#define MGF "A1 02 30 00 "
+#define SALT "A2 03 02 01 14 "
+#define TRAILER "A3 03 02 01 01 "
+
+const auto row_name = [](const auto& row) { return row.param.name; };
+
+INSTANTIATE_TEST_SUITE_P(
+    WellFormed, PssParams,
+    testing::Values(params_row_t{"Empty", "30 00", true, -1, 0}, params_row_t{"HashOnly", "30 11 " HASH, true, 8, 9},
+                    params_row_t{"HashWithoutParameters", "30 0F A0 0D 30 0B " SHA256_OID, true, 8, 9},
+                    params_row_t{"HashWithOtherParameters", "30 11 A0 0F 30 0D " SHA256_OID "30 00", true, 8, 9},
+                    params_row_t{"EmptyHashOid", "30 08 A0 06 30 04 06 00 05 00", true, 8, 0},
+                    params_row_t{"SaltOnly", "30 05 " SALT, true, -1, 0},
+                    params_row_t{"MaskOnly", "30 04 " MGF, true, -1, 0},
+                    params_row_t{"TrailerOnly", "30 05 " TRAILER, true, -1, 0},
+                    params_row_t{"AllFields", "30 1F " HASH MGF SALT TRAILER, true, 8, 9},
+                    params_row_t{"HashAndTrailer", "30 16 " HASH TRAILER, true, 8, 9},
+                    params_row_t{"MaskContentsAreNotExamined", "30 06 A1 04 30 02 FF FF", true, -1, 0},
+                    params_row_t{"SaltValueIsNotExamined", "30 04 A2 02 02 00", true, -1, 0},
+                    params_row_t{"TrailerValueIsNotExamined", "30 05 A3 03 02 01 FF", true, -1, 0},
+                    params_row_t{"NonMinimalLengths", "30 81 05 A2 81 02 02 00", true, -1, 0}),
+    row_name);
+
+INSTANTIATE_TEST_SUITE_P(Tolerated, PssParams,
+                         testing::Values(params_row_t{"OtherElementEndsTheReading", "30 02 05 00", true, -1, 0},
+                                         params_row_t{"LoneByteOfAnotherTag", "30 01 05", true, -1, 0},
+                                         params_row_t{"MalformedElementOfAnotherTag", "30 03 04 80 00", true, -1, 0},
+                                         params_row_t{"TrailerThenHash", "30 16 " TRAILER HASH, true, -1, 0},
+                                         params_row_t{"SaltThenMalformedMask", "30 08 " SALT "A1 01 02", true, -1, 0},
+                                         params_row_t{"SecondHash", "30 22 " HASH HASH, true, 8, 9},
+                                         params_row_t{"ElementBehindTheTrailer", "30 07 " TRAILER "05 00", true, -1, 0},
+                                         params_row_t{"HighestTagNumber", "30 05 BF 03 02 01 14", true, -1, 0},
+                                         params_row_t{"BytesBehindTheParameters", "30 05 " SALT "A1 01", true, -1, 0},
+                                         params_row_t{"BytesBehindTheHashAlgorithm",
+                                                      "30 13 A0 11 30 0D " SHA256_OID "05 00 FF FF", true, 8, 9},
+                                         params_row_t{"BytesBehindTheHashParameters",
+                                                      "30 13 A0 11 30 0F " SHA256_OID "05 00 FF FF", true, 8, 9},
+                                         params_row_t{"BytesBehindTheMask", "30 06 A1 04 30 00 FF FF", true, -1, 0},
+                                         params_row_t{"BytesBehindTheSalt", "30 07 A2 05 02 01 14 FF FF", true, -1, 0}),
+                         row_name);
+
+INSTANTIATE_TEST_SUITE_P(
+    Refused, PssParams,
+    testing::Values(params_row_t{"Nothing", "", false, -1, 0}, params_row_t{"Null", "05 00", false, -1, 0},
+                    params_row_t{"Indefinite", "30 80 00 00", false, -1, 0},
+                    params_row_t{"FiveLengthOctets", "30 85 00 00 00 00 00", false, -1, 0},
+                    params_row_t{"SequenceCut", "30 06 " SALT, false, -1, 0},
+                    params_row_t{"LoneHashTag", "30 01 A0", false, -1, 0},
+                    params_row_t{"EmptyHash", "30 02 A0 00", false, -1, 0},
+                    params_row_t{"HashPastTheParameters", "30 10 " HASH, false, -1, 0},
+                    params_row_t{"HashNoSequence", "30 04 A0 02 31 00", false, -1, 0},
+                    params_row_t{"HashSequenceWithoutOid", "30 06 A0 04 30 02 05 00", false, -1, 0},
+                    params_row_t{"HashOidPastItsSequence", "30 08 A0 06 30 02 06 03 2A 03", false, -1, 0},
+                    params_row_t{"HashParametersCut", "30 0A A0 08 30 06 06 01 2A 04 05 00", false, 8, 1},
+                    params_row_t{"HashParametersIndefinite", "30 0B A0 09 30 07 06 01 2A 30 80 00 00", false, 8, 1},
+                    params_row_t{"LoneMaskTag", "30 01 A1", false, -1, 0},
+                    params_row_t{"MaskHoldsAnInteger", "30 05 A1 03 02 01 14", false, -1, 0},
+                    params_row_t{"EmptyMask", "30 02 A1 00", false, -1, 0},
+                    params_row_t{"MalformedMaskBehindAHash", "30 15 " HASH "A1 02 05 00", false, 8, 9},
+                    params_row_t{"LoneSaltTag", "30 01 A2", false, -1, 0},
+                    params_row_t{"SaltHoldsASequence", "30 04 A2 02 30 00", false, -1, 0},
+                    params_row_t{"SaltIntegerCut", "30 05 A2 03 02 02 14", false, -1, 0},
+                    params_row_t{"LoneTrailerTag", "30 01 A3", false, -1, 0},
+                    params_row_t{"TrailerHoldsASequence", "30 04 A3 02 30 00", false, -1, 0},
+                    params_row_t{"MalformedTrailerBehindTheOthers", "30 1D " HASH MGF SALT "A3 01 02", false, 8, 9}),
+    row_name);
+
+TEST(PssParams, EveryCutIsRefused) {
+    for_every_prefix("30 1F " HASH MGF SALT TRAILER ""_hex, [](const uint8_t* der, std::size_t size) {
+        asn_algorid_t hash{unwritten.len, unwritten.data};
+        EXPECT_FALSE(pkider::asn_read_pss_params(der, static_cast<uint32_t>(size), hash)) << size << " bytes";
+        EXPECT_EQ((span_t{hash.oid_len, hash.oid}), none);
+    });
+}
+
+TEST(PssParams, TakesAnElementAtTheEndOfEachConstructedElement) {
+    for_junk_in_each_constructed("30 1F " HASH MGF SALT TRAILER ""_hex, "04 01 AA"_hex,
+                                 [](const uint8_t* der, std::size_t size) {
+                                     asn_algorid_t hash;
+                                     EXPECT_TRUE(pkider::asn_read_pss_params(der, static_cast<uint32_t>(size), hash));
+                                     EXPECT_EQ((span_t{hash.oid_len, hash.oid}), (span_t{9, der + 8}));
+                                 });
+}
+
+} // namespace
