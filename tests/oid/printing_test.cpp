@@ -1,0 +1,156 @@
+#include "tests/support/alloc_failure.h"
+#include "tests/support/guarded.h"
+#include "tests/support/hex.h"
+
+#include <pkider/oid.h>
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <string_view>
+
+using namespace pkider_test;
+
+namespace {
+
+constexpr bool with_dotted = true;
+const oid_map_handle_t no_map;
+
+struct print_row_t {
+    const char* name;
+    const char* der;
+    oid_map_handle_t map;
+    const char* text;             // of what was "x"
+    const char* text_with_dotted; // likewise
+    bool printed;
+};
+
+class OidToPrintable : public testing::TestWithParam<print_row_t> {};
+
+TEST_P(OidToPrintable, PrintsBehindOrInPlaceOfX) {
+    const print_row_t& row = GetParam();
+    for_guarded(from_hex(row.der), [&](const uint8_t* der, std::size_t size) {
+        std::string plain = "x", dotted = "x";
+        EXPECT_EQ(asn_oid_to_printable(der, static_cast<uint32_t>(size), plain, !with_dotted, row.map), row.printed);
+        EXPECT_EQ(asn_oid_to_printable(der, static_cast<uint32_t>(size), dotted, with_dotted, row.map), row.printed);
+        EXPECT_EQ(plain, row.text);
+        EXPECT_EQ(dotted, row.text_with_dotted);
+    });
+}
+
+const auto row_name = [](const auto& row) { return row.param.name; };
+
+#define SHA256_OID "06 09 60 86 48 01 65 03 04 02 01"
+
+INSTANTIATE_TEST_SUITE_P(
+    ShortNames, OidToPrintable,
+    testing::Values(print_row_t{"FromTheMap", "06 03 55 04 03", OID_MAP_HANDLE_DEFAULT, "CN", "CN", true},
+                    print_row_t{"BytesBehindAreIgnored", "06 03 55 04 03 FF", OID_MAP_HANDLE_DEFAULT, "CN", "CN", true},
+                    print_row_t{"LongForm", "06 81 03 55 04 03", OID_MAP_HANDLE_DEFAULT, "CN", "CN", true},
+                    print_row_t{"NoMapNoName", "06 03 55 04 03", no_map, "x2.5.4.3", "x2.5.4.3", true}),
+    row_name);
+
+INSTANTIATE_TEST_SUITE_P(
+    Algorithms, OidToPrintable,
+    testing::Values(print_row_t{"Hash", SHA256_OID, no_map, "SHA256", "SHA256(2.16.840.1.101.3.4.2.1)", true},
+                    print_row_t{"BytesBehindAreIgnored", SHA256_OID "06 80", no_map, "SHA256",
+                                "SHA256(2.16.840.1.101.3.4.2.1)", true},
+                    print_row_t{"MapWithoutIt", SHA256_OID, OID_MAP_HANDLE_DEFAULT, "SHA256",
+                                "SHA256(2.16.840.1.101.3.4.2.1)", true},
+                    print_row_t{"Key", "06 09 2A 86 48 86 F7 0D 01 01 01", no_map, "RSA", "RSA(1.2.840.113549.1.1.1)",
+                                true},
+                    print_row_t{"Signature", "06 09 2A 86 48 86 F7 0D 01 01 0A", no_map, "RSASSA-PSS",
+                                "RSASSA-PSS(1.2.840.113549.1.1.10)", true},
+                    print_row_t{"StandardNotItsVariant", "06 06 2A 85 03 02 02 03", no_map, "GOST R 34.11/34.10-2001",
+                                "GOST R 34.11/34.10-2001(1.2.643.2.2.3)", true},
+                    print_row_t{"VariantWithItsOwnOid", "06 0A 2B 06 01 04 01 AD 59 01 03 02", no_map,
+                                "GOST R 34.11/34.10-2001 (SignalCOM)",
+                                "GOST R 34.11/34.10-2001 (SignalCOM)(1.3.6.1.4.1.5849.1.3.2)", true}),
+    row_name);
+
+INSTANTIATE_TEST_SUITE_P(
+    Refused, OidToPrintable,
+    testing::Values(print_row_t{"Nothing", "", no_map, "x", "x", false},
+                    print_row_t{"OneByte", "06", no_map, "x", "x", false},
+                    print_row_t{"Null", "05 00", no_map, "x", "x", false},
+                    print_row_t{"Indefinite", "06 80", no_map, "x", "x", false},
+                    print_row_t{"IndefiniteWithContents", "06 80 2A 03 00 00", no_map, "x", "x", false},
+                    print_row_t{"TooShort", "06 05 2A", no_map, "x", "x", false},
+                    print_row_t{"KnownButCut", "06 04 55 04 03", OID_MAP_HANDLE_DEFAULT, "x", "x", false},
+                    print_row_t{"FiveLengthOctets", "06 85 00 00 00 00 03 55 04 03", OID_MAP_HANDLE_DEFAULT, "x", "x",
+                                false},
+                    print_row_t{"EmptyContents", "06 00", no_map, "x", "x", false},
+                    print_row_t{"EmptyContentsWithAMap", "06 00", OID_MAP_HANDLE_DEFAULT, "x", "x", false},
+                    print_row_t{"LastArcCut", "06 02 2A 86", no_map, "x1.2.", "x1.2.", false}),
+    row_name);
+
+TEST(OidToPrintable, RequiredDottedTextIsAppended) {
+    const bytes_t unknown = "06 03 2A 03 04"_hex, known = "06 03 55 04 03"_hex;
+    std::string out = "x";
+    EXPECT_TRUE(asn_oid_to_printable(unknown.data(), 5, out, !with_dotted, OID_MAP_HANDLE_DEFAULT));
+    EXPECT_EQ(out, "x1.2.3.4");
+    EXPECT_TRUE(asn_oid_to_printable(unknown.data(), 5, out, with_dotted, OID_MAP_HANDLE_DEFAULT));
+    EXPECT_EQ(out, "x1.2.3.41.2.3.4");
+    EXPECT_TRUE(asn_oid_to_printable(known.data(), 5, out, with_dotted, OID_MAP_HANDLE_DEFAULT));
+    EXPECT_EQ(out, "CN");
+}
+
+TEST(OidToPrintable, ShortNameComesBeforeTheNameOfTheAlgorithm) {
+    constexpr std::string_view text = "2.16.840.1.101.3.4.2.1 = my-hash, My hash\n";
+    const oid_map_handle_t map = oid_map_parse(text.data(), text.size());
+    const bytes_t sha256 = from_hex(SHA256_OID);
+    std::string out = "x";
+    EXPECT_TRUE(asn_oid_to_printable(sha256.data(), static_cast<uint32_t>(sha256.size()), out, with_dotted, map));
+    EXPECT_EQ(out, "MY-HASH");
+    oid_map_release(map);
+}
+
+TEST(OidToPrintable, RequiredAnEmptyShortNameIsPrintedAsItIs) {
+    constexpr std::string_view text = "2.5.4.3 = ,x\n2.16.840.1.101.3.4.2.1 = ,y\n";
+    const oid_map_handle_t map = oid_map_parse(text.data(), text.size());
+    for (const bytes_t& der : {"06 03 55 04 03"_hex, from_hex(SHA256_OID)}) {
+        for (const bool dotted : {!with_dotted, with_dotted}) {
+            std::string out = "x";
+            EXPECT_TRUE(asn_oid_to_printable(der.data(), static_cast<uint32_t>(der.size()), out, dotted, map));
+            EXPECT_EQ(out, "");
+        }
+    }
+    oid_map_release(map);
+}
+
+TEST(OidToPrintable, TheObjectIdentifierMayStandInAReplacedText) {
+    const std::string der = from_hex(SHA256_OID).str();
+    const auto print = [&](bool dotted, oid_map_handle_t map) {
+        std::string out = der;
+        EXPECT_TRUE(asn_oid_to_printable(reinterpret_cast<const uint8_t*>(out.data()),
+                                         static_cast<uint32_t>(out.size()), out, dotted, map));
+        return out;
+    };
+    EXPECT_EQ(print(!with_dotted, no_map), "SHA256");
+    EXPECT_EQ(print(with_dotted, no_map), "SHA256(2.16.840.1.101.3.4.2.1)");
+}
+
+TEST(OidToPrintable, AFailedAllocationLeavesTheText) {
+    const bytes_t signalcom = "06 0A 2B 06 01 04 01 AD 59 01 03 02"_hex;
+    const auto print = [&](bool dotted) {
+        std::string out = "x";
+        try {
+            EXPECT_TRUE(asn_oid_to_printable(signalcom.data(), 12, out, dotted, no_map));
+        } catch (const std::bad_alloc&) {
+            EXPECT_EQ(out, "x");
+            throw;
+        }
+    };
+    EXPECT_EQ(for_each_failing_allocation([&] { print(with_dotted); }, [] {}), 1u);
+    EXPECT_EQ(for_each_failing_allocation([&] { print(!with_dotted); }, [] {}), 1u);
+}
+
+TEST(OidToPrintable, EveryCutIsRefused) {
+    for_every_prefix(from_hex(SHA256_OID), [](const uint8_t* der, std::size_t size) {
+        std::string out = "x";
+        EXPECT_FALSE(asn_oid_to_printable(der, static_cast<uint32_t>(size), out, with_dotted, OID_MAP_HANDLE_DEFAULT));
+        EXPECT_EQ(out, "x");
+    });
+}
+
+} // namespace
