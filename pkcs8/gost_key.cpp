@@ -1,0 +1,87 @@
+#include <pkider/pkcs8.h>
+
+#include "der/asn_block.h"
+#include "der/asn_constant.h"
+#include "der/element_steps.h"
+
+#include <span>
+
+using namespace pkider;
+
+namespace {
+
+constexpr auto version_0 = std::array<uint8_t, 3>{0x02, 0x01, 0x00};
+
+constexpr auto gost_2001 = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x13>;                 // 1.2.643.2.2.19
+constexpr auto gost_2012_256 = asn_oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x01, 0x01>; // 1.2.643.7.1.1.1.1
+constexpr auto gost_2012_512 = asn_oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x01, 0x02>; // 1.2.643.7.1.1.1.2
+
+constexpr auto params_2001 = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x23, 0x01>;                 // 1.2.643.2.2.35.1
+constexpr auto params_2012_256 = asn_oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x02, 0x01, 0x01, 0x01>; // 1.2.643.7.1.2.1.1.1
+constexpr auto params_2012_512 = asn_oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x02, 0x01, 0x02, 0x01>; // 1.2.643.7.1.2.1.2.1
+constexpr auto digest_params = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x1E, 0x01>;               // 1.2.643.2.2.30.1
+
+// version and privateKeyAlgorithm. The digest parameters are those of GOST R 34.11-94 for every kind of key.
+// Wanted: GostKey.RequiredDigestParamSetIsThatOf1994.
+template <typename Algorithm, typename Params>
+constexpr auto head_of(const Algorithm& algorithm, const Params& params) {
+    return asn_constant_join(version_0, asn_constant_sequence(algorithm, asn_constant_sequence(params, digest_params)));
+}
+
+constexpr auto head_2001 = head_of(gost_2001, params_2001);
+constexpr auto head_2012_256 = head_of(gost_2012_256, params_2012_256);
+constexpr auto head_2012_512 = head_of(gost_2012_512, params_2012_512);
+constexpr auto head_unknown = head_of(asn_oid<>, asn_oid<>);
+
+// An unknown kind is written all the same. Wanted: GostKey.RequiredUnknownKindHasEmptyIdentifiers.
+std::span<const uint8_t> head_of_kind(uint32_t key_type) {
+    switch (key_type) {
+    case 0:
+        return head_2001;
+    case 1:
+        return head_2012_256;
+    case 2:
+        return head_2012_512;
+    default:
+        return head_unknown;
+    }
+}
+
+bool read_kind(const asn_element_t& oid, uint32_t& key_type) {
+    if (asn_is_oid(oid, gost_2001)) {
+        key_type = 0;
+    } else if (asn_is_oid(oid, gost_2012_256)) {
+        key_type = 1;
+    } else if (asn_is_oid(oid, gost_2012_512)) {
+        key_type = 2;
+    } else {
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+bool asn_read_pkcs8_pki_gost(const uint8_t* der, uint64_t len, pkcs8_pki_gost_t& out) {
+    asn_pkcs8_priv_key_info_t info;
+    // Wanted: GostKey.RequiredLengthIsTakenAs32Bits.
+    if (!asn_read_pkcs8_priv_key_info(der, static_cast<uint32_t>(len), info)) return false;
+    if (!read_kind({nullptr, info.alg_oid, info.alg_oid_len}, out.key_type)) return false;
+
+    asn_element_t private_key{nullptr, info.private_key, info.private_key_len};
+    return asn_next_span(asn_tag_t::OCTET_STRING, private_key, out.key_len, out.key);
+}
+
+void asn_write_pkcs8_pki_gost(const pkcs8_pki_gost_t& key, std::string& out) {
+    const std::span<const uint8_t> head = head_of_kind(key.key_type);
+    const uint64_t inner_size = asn_checked_element_size(key.key_len);
+    const uint64_t info_size = head.size() + asn_checked_element_size(inner_size);
+
+    asn_replace_by_block(out, asn_checked_element_size(info_size), [&](uint8_t* at) {
+        at = asn_put_header(at, asn_tag_t::SEQUENCE, info_size);
+        at = asn_put_bytes(at, head.data(), head.size());
+        at = asn_put_header(at, asn_tag_t::OCTET_STRING, inner_size);
+        at = asn_put_header(at, asn_tag_t::OCTET_STRING, key.key_len);
+        asn_put_bytes(at, key.key, key.key_len);
+    });
+}

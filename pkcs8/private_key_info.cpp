@@ -1,0 +1,32 @@
+#include <pkider/pkcs8.h>
+
+#include "der/element_reader.h"
+
+// PrivateKeyInfo ::= SEQUENCE {                                                                       (RFC 5208 5)
+//     version              INTEGER,
+//     privateKeyAlgorithm  SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY },
+//     privateKey           OCTET STRING,
+//     attributes           [0] OPTIONAL }
+//
+// The parameters are not optional here, and nothing behind the privateKey is looked at.
+bool asn_read_pkcs8_priv_key_info(const uint8_t* der, uint32_t len, asn_pkcs8_priv_key_info_t& out) {
+    using namespace pkider;
+
+    asn_element_t input{nullptr, der, len};
+    asn_element_t info, version, algorithm;
+    if (!asn_next_element(asn_tag_t::SEQUENCE, input, info)) return false;
+    if (!asn_next_element(asn_tag_t::INTEGER, info, version)) return false;
+    if (!asn_next_element(asn_tag_t::SEQUENCE, info, algorithm)) return false;
+
+    asn_element_t oid, parameters;
+    if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, algorithm, oid)) return false;
+    out.alg_oid_len = static_cast<uint32_t>(oid.length); // inside `len` bytes
+    out.alg_oid = oid.content;
+    if (!asn_next_element(asn_tag_t::ANY, algorithm, parameters)) return false;
+
+    asn_element_t key;
+    if (!asn_next_element(asn_tag_t::OCTET_STRING, info, key)) return false;
+    out.private_key_len = static_cast<uint32_t>(key.length);
+    out.private_key = key.content;
+    return true;
+}

@@ -1,0 +1,1 @@
+set(pkcs8_sources private_key_info.cpp gost_key.cpp encrypted_gost_key.cpp)
