@@ -1,0 +1,186 @@
+// Simple PKCS#12 files (RFC 7292): private keys and certificates, all cryptography left to an object of the host.
+//
+//     class my_crypto_t final : public pbe_crypto_t { ... };                // holds the password
+//
+//     my_crypto_t crypto(password);
+//     pkcs12_easy_t safe;
+//     if (asn_read_pkcs12_easy(file.data(), file.size(), &crypto, safe))    // `file` must outlive `safe`
+//         for (const pkcs12_item_t& item : safe.protected_items) use(item);
+//
+//     std::string pfx;
+//     asn_write_pkcs12_easy(safe, &crypto, pfx);
+#pragma once
+
+#include <pkider/export.h>
+#include <pkider/pkcs8.h>
+
+#include <cstdint>
+#include <list>
+#include <string>
+
+/// The pieces of a MacData. The reader's spans point into its input; for writing they are the host's.
+struct pkcs12_mac_t {
+    uint64_t digest_alg_len = 0;         ///< Bytes at `digest_alg`.
+    const uint8_t* digest_alg = nullptr; ///< Contents of the digest's AlgorithmIdentifier: OID element, parameters.
+    uint64_t digest_len = 0;             ///< Bytes at `digest`.
+    const uint8_t* digest = nullptr;     ///< The MAC value.
+    uint64_t salt_len = 0;               ///< Bytes at `salt`.
+    const uint8_t* salt = nullptr;       ///< Salt of the MAC's key derivation.
+    uint32_t iterations = 0;             ///< Its iteration count.
+};
+
+/// What an item holds. Any other value may stand in a record to be written; see asn_write_pkcs12_easy.
+enum pkcs12_item_type_t : uint32_t {
+    PKCS12_ITEM_KEY = 0,  ///< A private key: the DER of a PrivateKeyInfo.
+    PKCS12_ITEM_CERT = 1, ///< A certificate: the octets inside a certBag, whatever type the bag names.
+};
+
+/// One key or certificate with its two attributes.
+struct pkcs12_item_t {
+    pkcs12_item_type_t type = PKCS12_ITEM_KEY;
+    uint64_t data_len = 0;                  ///< Bytes at `data`.
+    const uint8_t* data = nullptr;          ///< The key or the certificate.
+    uint64_t friendly_name_len = 0;         ///< Bytes (not characters) at `friendly_name`; 0: no name.
+    const uint8_t* friendly_name = nullptr; ///< Big-endian UTF-16 without terminator, neither checked nor converted.
+    uint64_t local_key_id_len = 0;          ///< Bytes at `local_key_id`; 0: no identifier.
+    const uint8_t* local_key_id = nullptr;  ///< Pairs a key with its certificate; the library does not look at it.
+};
+
+/// The contents of a PKCS#12 file. Moved, never copied: items point into `buffers`, and moving keeps their addresses.
+struct pkcs12_easy_t {
+    std::list<pkcs12_item_t> plain_items;     ///< Found in the clear; they point into the input.
+    std::list<pkcs12_item_t> protected_items; ///< Found encrypted, every shrouded key included; data in `buffers`.
+    pkcs12_mac_t mac;                         ///< The MacData; points into the input.
+    std::list<std::string> buffers;           ///< Decrypted plaintexts. Keep them as long as items are used.
+
+    pkcs12_easy_t() = default;
+    pkcs12_easy_t(pkcs12_easy_t&&) noexcept = default;
+    pkcs12_easy_t& operator=(pkcs12_easy_t&&) noexcept = default;
+    pkcs12_easy_t(const pkcs12_easy_t&) = delete;
+    pkcs12_easy_t& operator=(const pkcs12_easy_t&) = delete;
+};
+
+/// The cryptography of PKCS#12, implemented by the host. Password, algorithms, salts and counts are the object's own.
+///
+/// Declare the implementing class `final`: the destructor here is neither public nor virtual, so that the four
+/// operations are the first four entries of the table, and the object is destroyed by whoever made it.
+///
+/// An exception thrown by an operation passes through the reader and the writer to their caller. Pointers that an
+/// operation is given are valid during the call only.
+class PKIDER_API pbe_crypto_t {
+  public:
+    /// Reading, once, before any content is looked at: is the MAC right?
+    ///
+    /// @param mac   The MacData of the file.
+    /// @param data  All that stands in the authSafe's [0]: the OCTET STRING **with its identifier and length**, perhaps
+    ///              bytes behind it, and not yet checked to be one. RFC 7292 makes the MAC over the contents of that
+    ///              element alone: strip the header to verify what other programs wrote.
+    /// @param size  Bytes at `data`.
+    /// @return      False fails the read.
+    virtual bool check_mac(const pkcs12_mac_t& mac, const uint8_t* data, uint64_t size) = 0;
+
+    /// Writing, once, at the end: makes the MAC.
+    ///
+    /// @param data  The OCTET STRING that carries the AuthenticatedSafe, identifier and length included: the bytes that
+    ///              check_mac is given when the file is read.
+    /// @param size  Bytes at `data`.
+    /// @param mac   A zeroed record to fill. `digest`, `salt` and `iterations` are written; `digest_alg` is not, the
+    ///              file always names GOST R 34.11-94. What it points at must live until the writer returns. Choose a
+    ///              count without zero bytes: 2048 is written as 8, and nobody can verify the file.
+    /// @return      False makes the writer use the `mac` of the record being written, as it is.
+    virtual bool make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac) = 0;
+
+    /// Reading, once for each encryptedData and each shrouded key, in their order in the file.
+    ///
+    /// **`params.encrypted` tells the two apart.** For an encryptedData it is null, with a length of 0; the plaintext
+    /// must then begin with an OCTET STRING that holds the SafeContents, or the whole read fails. Other programs
+    /// encrypt the bare SafeContents SEQUENCE: put the header of an OCTET STRING in front of it. For a shrouded key
+    /// `params.encrypted` and its length equal `data` and `size`, and the plaintext is a PrivateKeyInfo.
+    ///
+    /// @param params  Salt, iteration count and IV; the rest is zero but for the above. The count is whatever the file
+    ///                says, 0 and 4294967295 included: limit it. A count without contents is seen as 0.
+    /// @param data    The ciphertext, in the caller's input or in an earlier plaintext.
+    /// @param size    Bytes at `data`.
+    /// @param plain   An empty string that receives the plaintext.
+    /// @return        False skips the content, and the read goes on; `plain` is dropped. Answer false to a plaintext
+    ///                that cannot be right: a wrong password may show in no other way.
+    virtual bool decrypt(const pkcs8_encrypted_pki_gost_t& params, const uint8_t* data, uint64_t size,
+                         std::string& plain) = 0;
+
+    /// Writing, once, only when there are protected items.
+    ///
+    /// @param data     An OCTET STRING, identifier and length included, around the SafeContents. Encrypt it whole, and
+    ///                 decrypt gets it back whole. Encrypt its contents only, and other programs can read the file;
+    ///                 decrypt then puts the header back.
+    /// @param size     Bytes at `data`.
+    /// @param params   A zeroed record to fill with the salt, IV and iteration count used (a count without zero bytes,
+    ///                 as above). What it points at must live until the writer returns.
+    /// @param storage  An empty string that receives the ciphertext.
+    /// @return         **Not looked at.** Whatever stands in `storage` goes into the file. After a failure leave it
+    ///                 empty, or throw; never leave the plaintext in it.
+    virtual bool encrypt(const uint8_t* data, uint64_t size, pkcs8_encrypted_pki_gost_t& params,
+                         std::string& storage) = 0;
+
+  protected:
+    ~pbe_crypto_t() = default;
+};
+
+/// Reads the contents of a MacData. The MAC is not checked.
+///
+/// @param data  First byte inside the MacData SEQUENCE, where the DigestInfo begins; not the SEQUENCE element itself.
+///              May be null when `size` is 0.
+/// @param size  Bytes available from `data`; those behind the last element are ignored.
+/// @param mac   Receives the pieces, as spans into `data`. `iterations` is 1 when the INTEGER is absent or has no
+///              contents; one of five significant bytes loses its high byte; a negative or longer one is refused. After
+///              a failure the record may be partly written and is not to be used.
+/// @return      True when the pieces were found. Neither the algorithm nor any length nor the count is checked.
+/// @throws      Nothing.
+/// @par Threads   Touches only its arguments; calls on different records may overlap.
+/// @par Standard  RFC 7292 4.
+PKIDER_API bool asn_read_pkcs12_MacData(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac);
+
+/// Reads the keys and certificates of a PKCS#12 file.
+///
+/// A file without a MacData is refused. Every key and certificate is kept, in the file's order; nothing is paired, and
+/// nothing left out because it occurs twice. A keyBag in the clear gives a plain item; a shrouded key gives a protected
+/// one wherever it stands.
+///
+/// Malformed DER fails the read. Skipped without a word are: contents and shrouded keys of other algorithms or with
+/// malformed parameters, contents and keys for which `decrypt` answers false, other content types, and bags of other
+/// kinds (CRLs, secrets, nested SafeContents), though the attributes of a skipped bag must be well formed.
+///
+/// @param data    First byte of the PFX; bytes behind it are ignored. Must live as long as `out` is used: plain items,
+///                `mac` and the attributes of shrouded keys point into it. May be null when `size` is 0.
+/// @param size    Bytes available from `data`.
+/// @param crypto  Checks the MAC and decrypts; must not be null.
+/// @param out     Items, and the plaintexts they point into, are **appended**: reading twice gives every item twice.
+///                `mac` is replaced. After a failure or an exception everything appended until then stays, and all of
+///                it points at live bytes. In `buffers` a plaintext follows the keys that were found inside it.
+/// @return        True when the whole file was walked.
+/// @throws        std::bad_alloc, and whatever the operations of `crypto` throw.
+/// @par Threads   Calls with different records and crypto objects may overlap.
+/// @par Standard  RFC 7292; PKCS#7 types of RFC 2315.
+PKIDER_API bool asn_read_pkcs12_easy(const uint8_t* data, uint64_t size, pbe_crypto_t* crypto, pkcs12_easy_t& out);
+
+/// Writes a PKCS#12 file: the plain items in the clear, then the protected ones encrypted, then the MAC.
+///
+/// Keys are always written as plain keyBags, inside the encrypted contents too. An item of a type other than the two
+/// named becomes a bag that holds nothing but its attributes, and no reader accepts it. Friendly names are written as
+/// they are and must be big-endian UTF-16; an attribute of length 0 is left out.
+///
+/// The writer always makes a file. The answer of `encrypt` is ignored, and when `make_mac` answers false the MAC in
+/// `in` is written, empty in a fresh record. A length of 65,536 or more with a zero byte above its lowest byte is
+/// written cut, and so is an iteration count with a zero byte: read back what was written before relying on it.
+///
+/// Memory beyond the output: the plaintext of the protected items while they are encrypted, then the ciphertext while
+/// the output is put together. The plaintext is not wiped before its memory is freed.
+///
+/// @param in      Items, and the MAC that stands in when none can be made. A null pointer with a length is written as
+///                zeros. Spans may point into `out`. `buffers` is not looked at.
+/// @param crypto  Called for `encrypt` (only when there are protected items), then `make_mac`; must not be null.
+/// @param out     Replaced by the PFX; as it was when an exception is thrown.
+/// @throws        std::bad_alloc, std::length_error when an element would exceed 0xFFFFFFFF bytes, and whatever the
+///                operations of `crypto` throw.
+/// @par Threads   Reads `in`; calls with different strings and crypto objects may overlap.
+/// @par Standard  RFC 7292; PKCS#7 types of RFC 2315.
+PKIDER_API void asn_write_pkcs12_easy(const pkcs12_easy_t& in, pbe_crypto_t* crypto, std::string& out);

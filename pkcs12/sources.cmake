@@ -1,0 +1,1 @@
+set(pkcs12_sources attributes_reader.cpp mac_data.cpp reader.cpp safe_contents_reader.cpp safe_contents_writer.cpp writer.cpp)

@@ -1,0 +1,184 @@
+#include <pkider/pkcs12.h>
+
+#include "der/asn_block.h"
+#include "pkcs12/identifiers.h"
+#include "pkcs12/mac_data.h"
+#include "pkcs12/safe_contents_writer.h"
+#include "pkcs12/tags.h"
+#include "pkcs8/encrypted_gost_key.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+using namespace pkider;
+
+namespace {
+
+constexpr auto version_0 = std::array<uint8_t, 3>{0x02, 0x01, 0x00};
+constexpr auto version_3 = std::array<uint8_t, 3>{0x02, 0x01, 0x03};
+
+// ContentInfo ::= SEQUENCE { contentType OBJECT IDENTIFIER, content [0] }                              (RFC 2315 7)
+//
+// Its header is what stands in front of the content: everything but the content element itself.
+using content_type_t = decltype(pkcs12_oid::data);
+constexpr std::size_t max_content_info_head_size = 2 * asn_max_header_size + std::tuple_size_v<content_type_t>;
+
+uint64_t content_info_size(uint64_t element_size) {
+    return asn_checked_element_size(std::tuple_size_v<content_type_t> + asn_checked_element_size(element_size));
+}
+
+uint8_t* put_content_info_head(uint8_t* at, const content_type_t& type, uint64_t element_size) {
+    at = asn_put_header(at, asn_tag_t::SEQUENCE, type.size() + asn_element_size(element_size));
+    at = asn_put_constant(at, type);
+    return asn_put_header(at, asn_tag_t::CONTEXT_0, element_size);
+}
+
+// EncryptedData ::= SEQUENCE { version 0, SEQUENCE { data, algorithm, [0] IMPLICIT OCTET STRING } }    (RFC 2315 13)
+class encrypted_data_writer_t {
+  public:
+    // Has the host's object encrypt the SafeContents. Its answer is not looked at.
+    // Wanted: Pkcs12Writer.RequiredResultOfEncryptIsIgnored.
+    //
+    // `block` is empty before and after; the plaintext stands in it meanwhile.
+    encrypted_data_writer_t(const safe_contents_writer_t& safe, pbe_crypto_t& crypto, std::string& block) {
+        asn_appender_t plain(block);
+        safe.append_to(plain);
+        plain.flush();
+        pkcs8_encrypted_pki_gost_t params;
+        crypto.encrypt(reinterpret_cast<const uint8_t*>(block.data()), block.size(), params, m_encrypted);
+        asn_write_pkcs8_encrypted_alg(params, m_algorithm); // `params` may point into m_encrypted and `block`
+        block.clear();
+
+        m_info_size = pkcs12_oid::data.size() + m_algorithm.size() + asn_checked_element_size(m_encrypted.size());
+        m_content_size = version_0.size() + asn_checked_element_size(m_info_size);
+        m_size = asn_checked_element_size(m_content_size);
+    }
+
+    uint64_t size() const { return m_size; }
+
+    void append_to(asn_appender_t& out) const {
+        uint8_t* at = out.begin_piece(2 * asn_max_header_size + version_0.size() + pkcs12_oid::data.size());
+        at = asn_put_header(at, asn_tag_t::SEQUENCE, m_content_size);
+        at = asn_put_constant(at, version_0);
+        at = asn_put_header(at, asn_tag_t::SEQUENCE, m_info_size);
+        out.end_piece(asn_put_constant(at, pkcs12_oid::data));
+        out.bytes(m_algorithm);
+
+        at = out.begin_piece(asn_max_header_size);
+        out.end_piece(asn_put_header(at, pkcs12_tag::primitive_0, m_encrypted.size()));
+        out.bytes(m_encrypted);
+    }
+
+  private:
+    std::string m_encrypted;
+    std::string m_algorithm;
+    uint64_t m_info_size = 0;
+    uint64_t m_content_size = 0;
+    uint64_t m_size = 0;
+};
+
+// PFX ::= SEQUENCE { version 3, authSafe ContentInfo, macData MacData }                                 (RFC 7292 4)
+//
+// Its head is what stands in front of the OCTET STRING that carries the AuthenticatedSafe.
+constexpr std::size_t max_pfx_head_size = asn_max_header_size + version_3.size() + max_content_info_head_size;
+
+uint64_t pfx_content_size(uint64_t safe_size, uint64_t mac_data_size) {
+    return version_3.size() + content_info_size(safe_size) + mac_data_size;
+}
+
+uint8_t* put_pfx_head(uint8_t* at, uint64_t safe_size, uint64_t mac_data_size) {
+    at = asn_put_header(at, asn_tag_t::SEQUENCE, pfx_content_size(safe_size, mac_data_size));
+    at = asn_put_constant(at, version_3);
+    return put_content_info_head(at, pkcs12_oid::data, safe_size);
+}
+
+// A PFX up to its MacData.
+struct unfinished_pfx_t {
+    std::string bytes;
+    std::size_t head_size = 0;
+    std::size_t safe_size = 0; // the OCTET STRING, header included
+
+    const uint8_t* safe() const { return reinterpret_cast<const uint8_t*>(bytes.data()) + head_size; }
+};
+
+// The MAC can only be made over the finished AuthenticatedSafe, which stands between a header that counts the MacData
+// and the MacData. So its size is foreseen: a digest of 32 bytes, a salt of 8, a count of 3. A larger one that still
+// fits the room, and does not change the size of the first header, costs nothing either.
+constexpr uint64_t usual_mac_data_size = 65;
+constexpr uint64_t mac_data_room = 256;
+
+// Headers, algorithm and MacData around encrypted contents, so that one block serves for their plaintext and the file.
+constexpr uint64_t usual_overhead = 1024;
+
+// Gives an empty string room for exactly `size` bytes: to enlarge the room it has would double it.
+void reserve_room(std::string& empty, uint64_t size) {
+    if (empty.capacity() >= size) return;
+    std::string().swap(empty);
+    empty.reserve(static_cast<std::size_t>(size));
+}
+
+unfinished_pfx_t begin_pfx(const pkcs12_easy_t& in, pbe_crypto_t& crypto) {
+    unfinished_pfx_t pfx;
+    std::optional<safe_contents_writer_t> plain;
+    std::optional<encrypted_data_writer_t> encrypted;
+    uint64_t infos_size = 0;
+    if (!in.plain_items.empty()) infos_size += content_info_size(plain.emplace(in.plain_items).size());
+    if (!in.protected_items.empty()) {
+        const safe_contents_writer_t safe(in.protected_items);
+        reserve_room(pfx.bytes, infos_size + safe.size() + usual_overhead);
+        infos_size += content_info_size(encrypted.emplace(safe, crypto, pfx.bytes).size());
+    }
+    const uint64_t octets_size = asn_checked_element_size(infos_size);
+    pfx.safe_size = static_cast<std::size_t>(asn_checked_element_size(octets_size));
+    reserve_room(pfx.bytes, max_pfx_head_size + pfx.safe_size + mac_data_room);
+
+    asn_appender_t out(pfx.bytes);
+    uint8_t* const head = out.begin_piece(max_pfx_head_size + 2 * asn_max_header_size);
+    uint8_t* at = put_pfx_head(head, pfx.safe_size, usual_mac_data_size);
+    pfx.head_size = static_cast<std::size_t>(at - head);
+    at = asn_put_header(at, asn_tag_t::OCTET_STRING, octets_size);
+    out.end_piece(asn_put_header(at, asn_tag_t::SEQUENCE, infos_size));
+    if (plain) {
+        at = out.begin_piece(max_content_info_head_size);
+        out.end_piece(put_content_info_head(at, pkcs12_oid::data, plain->size()));
+        plain->append_to(out);
+    }
+    if (encrypted) {
+        at = out.begin_piece(max_content_info_head_size);
+        out.end_piece(put_content_info_head(at, pkcs12_oid::encrypted_data, encrypted->size()));
+        encrypted->append_to(out);
+    }
+    out.flush();
+    return pfx;
+}
+
+std::string finish_pfx(unfinished_pfx_t pfx, const pkcs12_mac_t& mac) {
+    const mac_data_writer_t mac_data(mac);
+    const uint64_t size = asn_checked_element_size(pfx_content_size(pfx.safe_size, mac_data.size()));
+    uint8_t head[max_pfx_head_size];
+    const auto head_size = static_cast<std::size_t>(put_pfx_head(head, pfx.safe_size, mac_data.size()) - head);
+
+    std::string bytes;
+    if (head_size == pfx.head_size && size <= pfx.bytes.capacity()) { // as foreseen
+        bytes.swap(pfx.bytes);
+        std::copy_n(head, head_size, bytes.begin());
+    } else {
+        bytes.reserve(static_cast<std::size_t>(size));
+        bytes.append(reinterpret_cast<const char*>(head), head_size);
+        bytes.append(pfx.bytes, pfx.head_size, pfx.safe_size);
+    }
+    asn_appender_t out(bytes);
+    mac_data.append_to(out);
+    out.flush();
+    return bytes;
+}
+
+} // namespace
+
+void asn_write_pkcs12_easy(const pkcs12_easy_t& in, pbe_crypto_t* crypto, std::string& out) {
+    unfinished_pfx_t pfx = begin_pfx(in, *crypto);
+    pkcs12_mac_t mac;
+    const bool made = crypto->make_mac(pfx.safe(), pfx.safe_size, mac);
+    out = finish_pfx(std::move(pfx), made ? mac : in.mac);
+}

@@ -1,0 +1,269 @@
+#include "pkcs12/mac_data.h"
+
+#include "tests/pkcs12/bottom_up_pfx.h"
+#include "tests/support/der_builder.h"
+#include "tests/support/guarded.h"
+#include "tests/support/hex.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+#include <string>
+
+using namespace pkider;
+using namespace pkider_test;
+
+namespace {
+
+constexpr uint32_t unwritten32 = 0x5A5A5A5A;
+
+const bytes_t algorithm = "06 06 2A 85 03 02 02 09 05 00"_hex;
+const bytes_t digest = "D1 D2 D3 D4"_hex;
+const bytes_t salt = "51 52 53"_hex;
+
+// The contents of a MacData, any piece of which a test can replace.
+struct pieces_t {
+    bytes_t digest_info = der(0x30, {der(0x30, algorithm), der(0x04, digest)});
+    bytes_t salt_element = der(0x04, salt);
+    bytes_t count = "02 02 07 D0"_hex;
+
+    bytes_t content() const { return join({digest_info, salt_element, count}); }
+};
+
+bytes_t span(const uint8_t* data, uint64_t len) {
+    return {data, data + len};
+}
+
+TEST(MacData, GivesItsPiecesInPlace) {
+    for_guarded(pieces_t().content(), [](const uint8_t* data, std::size_t size) {
+        pkcs12_mac_t mac;
+        ASSERT_TRUE(asn_read_pkcs12_MacData(data, size, mac));
+        EXPECT_EQ(span(mac.digest_alg, mac.digest_alg_len), algorithm);
+        EXPECT_EQ(span(mac.digest, mac.digest_len), digest);
+        EXPECT_EQ(span(mac.salt, mac.salt_len), salt);
+        EXPECT_EQ(mac.iterations, 2000u);
+        EXPECT_EQ(mac.digest_alg, data + 4);
+        EXPECT_EQ(mac.salt, data + 24 - 2);
+    });
+}
+
+struct count_row_t {
+    const char* name;
+    const char* der;
+    bool accepted;
+    uint32_t iterations;
+};
+
+class MacDataCount : public testing::TestWithParam<count_row_t> {};
+
+TEST_P(MacDataCount, IsRead) {
+    pieces_t pieces;
+    pieces.count = from_hex(GetParam().der);
+    for_guarded(pieces.content(), [](const uint8_t* data, std::size_t size) {
+        pkcs12_mac_t mac;
+        mac.iterations = unwritten32;
+        EXPECT_EQ(asn_read_pkcs12_MacData(data, size, mac), GetParam().accepted);
+        EXPECT_EQ(mac.iterations, GetParam().accepted ? GetParam().iterations : mac.iterations);
+        EXPECT_EQ(span(mac.salt, mac.salt_len), salt);
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Counts, MacDataCount,
+                         testing::Values(count_row_t{"Absent", "", true, 1}, count_row_t{"Empty", "02 00", true, 1},
+                                         count_row_t{"Zero", "02 01 00", true, 0},
+                                         count_row_t{"LeadingZero", "02 02 00 80", true, 128},
+                                         count_row_t{"Largest", "02 05 00 FF FF FF FF", true, 4294967295},
+                                         count_row_t{"JunkBehind", "02 01 07 05 00", true, 7},
+                                         count_row_t{"OtherElementInstead", "04 01 07", true, 1},
+                                         count_row_t{"LoneByteInstead", "30", true, 1},
+                                         count_row_t{"CountBehindAnother", "05 00 02 01 07", true, 1},
+                                         count_row_t{"Negative", "02 01 FF", false, 0},
+                                         count_row_t{"SixSignificantBytes", "02 06 01 00 00 00 00 00", false, 0},
+                                         count_row_t{"IdentifierAlone", "02", false, 0},
+                                         count_row_t{"Cut", "02 02 07", false, 0},
+                                         count_row_t{"Indefinite", "02 80 00 00", false, 0}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(MacData, RequiredFiveByteCountLosesItsHighByte) {
+    pieces_t pieces;
+    pieces.count = "02 05 01 00 00 00 00"_hex;
+    const bytes_t content = pieces.content();
+    pkcs12_mac_t mac;
+    EXPECT_TRUE(asn_read_pkcs12_MacData(content.data(), content.size(), mac));
+    EXPECT_EQ(mac.iterations, 0u);
+}
+
+TEST(MacData, AlgorithmIsKeptAsItIs) {
+    for (const bytes_t& contents : {""_hex, "05 00"_hex, "06 05 2B 0E 03 02 1A"_hex, "FF"_hex}) {
+        pieces_t pieces;
+        pieces.digest_info = der(0x30, {der(0x30, contents), der(0x04, digest)});
+        const bytes_t content = pieces.content();
+        pkcs12_mac_t mac;
+        ASSERT_TRUE(asn_read_pkcs12_MacData(content.data(), content.size(), mac));
+        EXPECT_EQ(span(mac.digest_alg, mac.digest_alg_len), contents);
+    }
+}
+
+TEST(MacData, BytesBehindTheDigestAreIgnored) {
+    pieces_t pieces;
+    pieces.digest_info = der(0x30, {der(0x30, algorithm), der(0x04, digest), "30"_hex});
+    const bytes_t content = pieces.content();
+    pkcs12_mac_t mac;
+    ASSERT_TRUE(asn_read_pkcs12_MacData(content.data(), content.size(), mac));
+    EXPECT_EQ(span(mac.digest, mac.digest_len), digest);
+    EXPECT_EQ(mac.iterations, 2000u);
+}
+
+struct refused_row_t {
+    const char* name;
+    const char* der;
+};
+
+class MacDataRefused : public testing::TestWithParam<refused_row_t> {};
+
+TEST_P(MacDataRefused, IsFalse) {
+    for_guarded(from_hex(GetParam().der), [](const uint8_t* data, std::size_t size) {
+        pkcs12_mac_t mac;
+        EXPECT_FALSE(asn_read_pkcs12_MacData(data, size, mac));
+    });
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, MacDataRefused,
+                         testing::Values(refused_row_t{"Nothing", ""}, refused_row_t{"OneByte", "30"},
+                                         refused_row_t{"DigestInfoIsASet", "31 06 30 02 06 00 04 00 04 00"},
+                                         refused_row_t{"DigestInfoIsIndefinite", "30 80 30 02 06 00 04 00 04 00"},
+                                         refused_row_t{"DigestInfoHasFiveLengthOctets",
+                                                       "30 85 00 00 00 00 06 30 02 06 00 04 00 04 00"},
+                                         refused_row_t{"DigestInfoPastTheEnd", "30 0B 30 02 06 00 04 00 04 00"},
+                                         refused_row_t{"EmptyDigestInfo", "30 00 04 00"},
+                                         refused_row_t{"AlgorithmIsAnOid", "30 04 06 00 04 00 04 00"},
+                                         refused_row_t{"NoDigest", "30 04 30 02 06 00 04 00"},
+                                         refused_row_t{"DigestIsABitString", "30 07 30 02 06 00 03 01 00 04 00"},
+                                         refused_row_t{"DigestPastTheDigestInfo", "30 06 30 02 06 00 04 01 04 00"},
+                                         refused_row_t{"NoSalt", "30 06 30 02 06 00 04 00"},
+                                         refused_row_t{"SaltIsAnInteger", "30 06 30 02 06 00 04 00 02 01 07"},
+                                         refused_row_t{"SaltCut", "30 06 30 02 06 00 04 00 04 03 51 52"}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(MacData, TheWholeElementInsteadOfItsContentsIsRefused) {
+    const bytes_t whole = der(0x30, pieces_t().content());
+    pkcs12_mac_t mac;
+    EXPECT_FALSE(asn_read_pkcs12_MacData(whole.data(), whole.size(), mac));
+
+    // With an OCTET STRING behind it, it is taken for what it is not.
+    const bytes_t with_more = join({whole, "04 01 77"_hex});
+    ASSERT_TRUE(asn_read_pkcs12_MacData(with_more.data(), with_more.size(), mac));
+    EXPECT_EQ(span(mac.digest, mac.digest_len), salt);
+    EXPECT_EQ(span(mac.salt, mac.salt_len), "77"_hex);
+    EXPECT_EQ(mac.iterations, 1u);
+}
+
+// The cut between salt and count is a MacData with the default count.
+TEST(MacData, EveryOtherCutIsRefused) {
+    const bytes_t content = pieces_t().content();
+    const std::size_t without_count = content.size() - 4;
+    for_every_prefix(content, [&](const uint8_t* data, std::size_t size) {
+        pkcs12_mac_t mac;
+        EXPECT_EQ(asn_read_pkcs12_MacData(data, size, mac), size == without_count) << size << " bytes";
+    });
+}
+
+TEST(MacData, JunkAtTheEndOfAnyElementIsIgnored) {
+    for_junk_in_each_constructed(pieces_t().content(), "05 00"_hex, [](const uint8_t* data, std::size_t size) {
+        pkcs12_mac_t mac;
+        ASSERT_TRUE(asn_read_pkcs12_MacData(data, size, mac));
+        EXPECT_EQ(span(mac.digest, mac.digest_len), digest);
+        EXPECT_EQ(mac.iterations, 2000u);
+    });
+}
+
+TEST(MacData, TakesNullForNoBytes) {
+    pkcs12_mac_t mac;
+    EXPECT_FALSE(asn_read_pkcs12_MacData(nullptr, 0, mac));
+}
+
+std::string written(const pkcs12_mac_t& mac) {
+    const mac_data_writer_t writer(mac);
+    std::string out = "before ";
+    asn_appender_t appender(out);
+    writer.append_to(appender);
+    appender.flush();
+    EXPECT_EQ(out.size(), 7 + writer.size());
+    EXPECT_EQ(out.substr(0, 7), "before ");
+    return out.substr(7);
+}
+
+pkcs12_mac_t sample_mac() {
+    pkcs12_mac_t mac;
+    mac.digest_len = digest.size();
+    mac.digest = digest.data();
+    mac.salt_len = salt.size();
+    mac.salt = salt.data();
+    mac.iterations = 2000;
+    return mac;
+}
+
+TEST(MacDataWriter, WhatIsWrittenIsReadBack) {
+    EXPECT_EQ(to_hex(written(sample_mac())), to_hex(der(0x30, pieces_t().content())));
+}
+
+TEST(MacDataWriter, RequiredDigestAlgorithmIsAlwaysThatOf1994) {
+    pkcs12_mac_t mac = sample_mac();
+    const std::string expected = written(mac);
+    const bytes_t other = "06 05 2B 0E 03 02 1A 05 00"_hex;
+    mac.digest_alg_len = other.size();
+    mac.digest_alg = other.data();
+    EXPECT_EQ(written(mac), expected);
+    EXPECT_EQ(to_hex(expected.substr(4, 12)), "30 0A 06 06 2A 85 03 02 02 09 05 00");
+}
+
+TEST(MacDataWriter, ACountOfOneIsWritten) {
+    pkcs12_mac_t mac = sample_mac();
+    mac.iterations = 1;
+    const std::string out = written(mac);
+    EXPECT_EQ(to_hex(out.substr(out.size() - 3)), "02 01 01");
+}
+
+TEST(MacDataWriter, AnEmptyRecordIsWritten) {
+    EXPECT_EQ(to_hex(written({})), "30 15 30 0E 30 0A 06 06 2A 85 03 02 02 09 05 00 04 00 04 00 02 01 00");
+}
+
+TEST(MacDataWriter, RequiredZeroBytesOfTheCountAreDropped) {
+    pkcs12_mac_t mac = sample_mac();
+    mac.iterations = 2048;
+    const std::string out = written(mac);
+    EXPECT_EQ(to_hex(out.substr(out.size() - 3)), "02 01 08");
+}
+
+TEST(MacDataWriter, IsWrittenAsNestedElementsWouldBe) {
+    const bytes_t bytes(0x10200, 0xA5);
+    for (uint64_t pkcs12_mac_t::*const len : {&pkcs12_mac_t::digest_len, &pkcs12_mac_t::salt_len}) {
+        for (const std::size_t near : {0x80u, 0x100u, 0x10000u, 0x10100u}) {
+            for (std::size_t size = near - 0x40; size < near + 4; ++size) {
+                pkcs12_mac_t mac = sample_mac();
+                mac.digest = mac.salt = bytes.data();
+                mac.*len = size;
+                ASSERT_EQ(written(mac), bottom_up_mac_data(mac)) << size;
+            }
+        }
+    }
+}
+
+TEST(MacDataWriter, NullSpansAreWrittenAsZeros) {
+    pkcs12_mac_t mac;
+    mac.digest_len = 4;
+    mac.salt_len = 2;
+    EXPECT_EQ(written(mac), bottom_up_mac_data(mac));
+}
+
+TEST(MacDataWriter, TooLongASpanIsALengthError) {
+    for (uint64_t pkcs12_mac_t::*const len : {&pkcs12_mac_t::digest_len, &pkcs12_mac_t::salt_len}) {
+        for (const uint64_t size : {0xFFFFFFFFull, 0x100000000ull, 0xFFFFFFFFFFFFFFFFull}) {
+            pkcs12_mac_t mac;
+            mac.*len = size;
+            EXPECT_THROW(mac_data_writer_t{mac}, std::length_error) << size;
+        }
+    }
+}
+
+} // namespace
