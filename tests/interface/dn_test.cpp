@@ -1,0 +1,77 @@
+#include <pkider/dn.h>
+
+#include "tests/support/hex.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+using namespace pkider_test;
+
+namespace {
+
+const oid_map_handle_t& map = OID_MAP_HANDLE_DEFAULT;
+
+std::string encode(const char* line) {
+    std::string der;
+    EXPECT_TRUE(printable_to_asn_dn(line, der, map)) << line;
+    return der;
+}
+
+std::string print(const std::string& der, PrintableDnOrder order) {
+    std::string out;
+    EXPECT_TRUE(asn_dn_to_printable(reinterpret_cast<const uint8_t*>(der.data()), static_cast<uint32_t>(der.size()),
+                                    out, order, map));
+    return out;
+}
+
+} // namespace
+
+TEST(InterfaceDn, SplitsALineIntoRecords) {
+    const char* const line = "CN=a,O=b+OU=c";
+    std::vector<RDNdescr_t> records;
+    ASSERT_TRUE(printable_dn_parse(line, records));
+    ASSERT_EQ(records.size(), 3U);
+    EXPECT_EQ(std::string(records[2].type_begin, records[2].type_end), "OU");
+    EXPECT_EQ(records[2].value_begin, line + 12);
+    EXPECT_TRUE(records[2].joined_to_previous);
+}
+
+TEST(InterfaceDn, EncodesAndPrintsInBothOrders) {
+    const std::string der = encode("CN=Server 1,O=Example,C=RU");
+    EXPECT_EQ(to_bytes(der), "30 32 31 11 30 0F 06 03 55 04 03 13 08 53 65 72 76 65 72 20 31"
+                             "31 10 30 0E 06 03 55 04 0A 13 07 45 78 61 6D 70 6C 65"
+                             "31 0B 30 09 06 03 55 04 06 13 02 52 55"_hex);
+    EXPECT_EQ(print(der, DN_ORDER_AS_ENCODED), "CN=Server 1,O=Example,C=RU");
+    EXPECT_EQ(print(der, DN_ORDER_REVERSED), "C=RU,O=Example,CN=Server 1");
+}
+
+TEST(InterfaceDn, NormalizesAndReportsFaultsWithTheirPosition) {
+    std::string out;
+    std::string der;
+    EXPECT_EQ(printable_dn_normalize_r("cn=a, O=\"b,c\"", out, &der, map).code, 0);
+    EXPECT_EQ(out, "CN=a,O=b\\,c");
+    EXPECT_EQ(der, encode("CN=a,O=b\\,c"));
+
+    const asn_dn_result_t fault = printable_dn_normalize_r("CN=a;b", out, nullptr, map);
+    EXPECT_EQ(fault.code, 10);
+    EXPECT_EQ(fault.position, 4);
+    EXPECT_FALSE(printable_dn_normalize("CN=a;b", out, nullptr, map));
+    EXPECT_EQ(out, "CN=a,O=b\\,c");
+}
+
+TEST(InterfaceDn, WorksOnLinesAsText) {
+    char line[] = "C=RU,O=x,CN=a";
+    EXPECT_EQ(printable_dn_reverse(line), line);
+    EXPECT_STREQ(line, "CN=a,O=x,C=RU");
+
+    EXPECT_TRUE(printable_dn_contain_attrs(line, "CN=a,C=RU"));
+    EXPECT_FALSE(printable_dn_contain_attrs(line, "C=RU,CN=a"));
+    EXPECT_FALSE(printable_dn_C_before_CN(line));
+
+    std::string value;
+    EXPECT_TRUE(printable_dn_get_attr(line, "O", value, DN_GET_ATTR_VALUE));
+    EXPECT_TRUE(printable_dn_get_attr(line, "C", value, DN_GET_ATTR_PAIR));
+    EXPECT_EQ(value, "xC=RU");
+}
