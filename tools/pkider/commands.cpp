@@ -1,0 +1,17 @@
+#include "tools/pkider/commands.h"
+
+namespace tool {
+namespace {
+
+// In the order of --help.
+constexpr void (*command_table[])(CLI::App&, chosen_command_t&) = {
+    register_dn,
+};
+
+} // namespace
+
+void register_commands(CLI::App& app, chosen_command_t& chosen) {
+    for (const auto register_command : command_table) register_command(app, chosen);
+}
+
+} // namespace tool

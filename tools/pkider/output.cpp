@@ -1,0 +1,76 @@
+#include "tools/pkider/output.h"
+
+#include "tools/pkider/encodings.h"
+#include "tools/pkider/failure.h"
+#include "tools/pkider/terminal_text.h"
+
+#include <CLI/CLI.hpp>
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+namespace tool {
+namespace {
+
+[[noreturn]] void fail_to_write() {
+    throw file_trouble_t("standard output", std::strerror(errno));
+}
+
+} // namespace
+
+void add_output_options(CLI::App& command, output_form_t& form, bool bytes) {
+    CLI::Option_group& group = *command.add_option_group("Output");
+    const auto add = [&](const char* flag, output_form_t value, const char* what) {
+        group.add_flag_callback(
+            flag, [&form, value] { form = value; }, what);
+    };
+    if (bytes) {
+        add("--der", output_form_t::der, "Print the bytes (not on a terminal)");
+        add("--hex", output_form_t::hex, "Print the bytes as hex digits");
+        add("--base64", output_form_t::base64, "Print the bytes in base64");
+    }
+    add("--json", output_form_t::json, "Print one JSON array, an element a result");
+    group.require_option(0, 1);
+}
+
+void print(std::string_view text) {
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) fail_to_write();
+}
+
+void print_bytes(std::string_view bytes, output_form_t form) {
+    switch (form) {
+    case output_form_t::hex:
+        return print(to_hex(bytes) + "\n");
+    case output_form_t::base64:
+        return print(to_base64(bytes) + "\n");
+    default:
+        if (isatty(STDOUT_FILENO) != 0)
+            throw usage_fault_t("DER is not written to a terminal: redirect it, or use --hex");
+        return print(bytes);
+    }
+}
+
+void flush_output() {
+    if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) fail_to_write();
+}
+
+json_t json_text(std::string_view text) {
+    return valid_utf8(text);
+}
+
+void json_array_t::add(const json_t& element) {
+    if (!wanted) return;
+    print(empty ? "[\n" : ",\n");
+    empty = false;
+    constexpr int compact = -1;
+    print(element.dump(compact, ' ', true));
+}
+
+void json_array_t::end() {
+    if (wanted) print(empty ? "[]\n" : "\n]\n");
+}
+
+} // namespace tool

@@ -1,0 +1,106 @@
+#include "tools/pkider/pem.h"
+
+#include "tools/pkider/encodings.h"
+
+#include <optional>
+
+namespace tool {
+namespace {
+
+constexpr std::string_view begin_mark = "-----BEGIN ";
+constexpr std::string_view end_mark = "-----END ";
+constexpr std::string_view dashes = "-----";
+
+std::string_view without_byte_order_mark(std::string_view text) {
+    constexpr std::string_view mark = "\xEF\xBB\xBF";
+    if (text.starts_with(mark)) text.remove_prefix(mark.size());
+    return text;
+}
+
+std::string_view trim_end(std::string_view line) {
+    while (!line.empty() && (line.back() == '\r' || line.back() == ' ' || line.back() == '\t')) line.remove_suffix(1);
+    return line;
+}
+
+// Lines of a text, one after another, without their ends.
+class lines_t {
+  public:
+    explicit lines_t(std::string_view text) : rest(text) {}
+
+    bool next(std::string_view& line) {
+        if (rest.empty()) return false;
+        before = rest;
+        const std::size_t size = rest.find('\n');
+        line = trim_end(rest.substr(0, size));
+        rest.remove_prefix(size == std::string_view::npos ? rest.size() : size + 1);
+        ++number;
+        return true;
+    }
+
+    // The line that was given last comes again.
+    void back() {
+        rest = before;
+        --number;
+    }
+
+    std::size_t number = 0; // of the line that was given last
+
+  private:
+    std::string_view rest;
+    std::string_view before;
+};
+
+std::optional<std::string_view> label_in(std::string_view line, std::string_view mark) {
+    if (!line.starts_with(mark) || !line.ends_with(dashes)) return std::nullopt;
+    if (line.size() < mark.size() + dashes.size()) return std::nullopt;
+    return line.substr(mark.size(), line.size() - mark.size() - dashes.size());
+}
+
+// Everything up to the END line, or up to the next block when there is none. Headers in the manner of RFC 1421
+// (`Proc-Type: ...`) are stepped over.
+block_t read_block(std::string_view label, lines_t& lines) {
+    block_t block{std::string(label), lines.number, {}, {}};
+    std::string digits;
+    std::string_view line;
+    bool in_headers = true;
+    while (lines.next(line)) {
+        if (const auto end_label = label_in(line, end_mark)) {
+            if (*end_label != label) {
+                block.fault = "END line " + std::to_string(lines.number) + " names another label";
+            } else if (auto der = from_base64(digits)) {
+                block.der = std::move(*der);
+            } else {
+                block.fault = "the base64 digits are faulty";
+            }
+            return block;
+        }
+        if (label_in(line, begin_mark)) {
+            lines.back();
+            break;
+        }
+        if (in_headers && (line.empty() || line.find(':') != std::string_view::npos)) continue;
+        in_headers = false;
+        digits += line;
+    }
+    block.fault = "no END line";
+    return block;
+}
+
+} // namespace
+
+bool looks_like_pem(std::string_view text) {
+    text = without_byte_order_mark(text);
+    return text.starts_with(begin_mark) || text.find("\n-----BEGIN ") != std::string_view::npos;
+}
+
+std::vector<block_t> read_pem(std::string_view text) {
+    std::vector<block_t> blocks;
+    lines_t lines(without_byte_order_mark(text));
+    std::string_view line;
+    while (lines.next(line)) {
+        if (const auto label = label_in(line, begin_mark)) blocks.push_back(read_block(*label, lines));
+    }
+    return blocks;
+}
+
+} // namespace tool

@@ -1,0 +1,60 @@
+#include "tools/pkider/program.h"
+
+#include "tools/pkider/commands.h"
+#include "tools/pkider/failure.h"
+#include "tools/pkider/output.h"
+#include "tools/pkider/report.h"
+
+#include <new>
+
+namespace tool {
+namespace {
+
+constexpr const char* description = "Reads and writes the DER of public keys, names and containers.";
+
+constexpr const char* exit_codes =
+    "Exit codes: 0 done, 1 the answer is no, 2 fault in the data, 3 wrong password or MAC,\n"
+    "64 wrong command line, 70 internal fault, 74 file trouble.";
+
+exit_code_t run_chosen(const chosen_command_t& chosen) {
+    try {
+        const exit_code_t code = chosen();
+        flush_output();
+        return code;
+    } catch (const failure_t& failure) {
+        report_error(failure.what());
+        return failure.exit_code;
+    } catch (const std::bad_alloc&) {
+        report_error("out of memory");
+    } catch (const std::exception& other) {
+        report_error(other.what());
+    }
+    return exit_code_t::internal;
+}
+
+} // namespace
+
+exit_code_t run_program(int argc, char** argv) {
+    CLI::App app{description, "pkider"};
+    app.footer(exit_codes);
+    app.set_version_flag("--version", "pkider " PKIDER_VERSION);
+    app.require_subcommand(1);
+    app.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return format_error(error.what()) + "Run with --help for more information.\n";
+    });
+
+    chosen_command_t chosen;
+    register_commands(app, chosen);
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::Success& help_or_version) {
+        app.exit(help_or_version);
+        return exit_code_t::done;
+    } catch (const CLI::ParseError& error) {
+        app.exit(error);
+        return exit_code_t::usage;
+    }
+    return run_chosen(chosen);
+}
+
+} // namespace tool
