@@ -6,6 +6,7 @@ namespace {
 // In the order of --help.
 constexpr void (*command_table[])(CLI::App&, chosen_command_t&) = {
     register_dn,
+    register_oid,
 };
 
 } // namespace
