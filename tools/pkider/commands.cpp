@@ -7,6 +7,7 @@ namespace {
 constexpr void (*command_table[])(CLI::App&, chosen_command_t&) = {
     register_dn,
     register_oid,
+    register_map,
 };
 
 } // namespace

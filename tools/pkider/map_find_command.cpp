@@ -1,0 +1,87 @@
+// pkider map find: asks the map in force for a short name, a dotted text or the contents of an OID.
+#include "tools/pkider/der_cursor.h"
+#include "tools/pkider/encodings.h"
+#include "tools/pkider/map_command.h"
+#include "tools/pkider/map_options.h"
+#include "tools/pkider/oid_text.h"
+#include "tools/pkider/output.h"
+#include "tools/pkider/terminal_text.h"
+
+#include <pkider/oid.h>
+
+#include <memory>
+
+namespace tool {
+namespace {
+
+struct options_t {
+    std::vector<std::string> values;
+    output_form_t form = output_form_t::text;
+    map_options_t map;
+};
+
+struct answer_t {
+    const OIDdescr_t* entry = nullptr;
+    const char* found_by = nullptr;
+};
+
+const OIDdescr_t* find_contents(oid_map_handle_t map, const std::optional<std::string>& contents) {
+    if (!contents) return nullptr;
+    const bytes_t bytes = as_bytes(*contents);
+    return oid_map_find_asn(map, bytes.data(), bytes.size());
+}
+
+answer_t find(oid_map_handle_t map, const std::string& value) {
+    if (const OIDdescr_t* const entry = oid_map_find_sn(map, value.data(), value.size())) return {entry, "short name"};
+    if (const OIDdescr_t* const entry = oid_map_find_str(map, value.data(), value.size()))
+        return {entry, "dotted text"};
+    if (const OIDdescr_t* const entry = find_contents(map, oid_contents(value))) return {entry, "contents"};
+    if (const OIDdescr_t* const entry = find_contents(map, from_hex(value))) return {entry, "contents"};
+    return {};
+}
+
+exit_code_t run(const options_t& options) {
+    const map_in_force_t map(options.map);
+    json_array_t json(options.form);
+    exit_code_t code = exit_code_t::done;
+    for (const std::string& value : options.values) {
+        const auto [entry, found_by] = find(map.handle(), value);
+        json_t result = {{"input", json_text(value)}, {"found", entry != nullptr}};
+        if (entry == nullptr) {
+            code = exit_code_t::answer_is_no;
+            json.add(result);
+            continue;
+        }
+        const std::string_view oid(entry->str, entry->str_len);
+        const std::string_view short_name(entry->sn, entry->sn_len);
+        const std::string_view long_name(entry->ln, entry->ln_len);
+        result["found_by"] = found_by;
+        result["oid"] = json_text(oid);
+        result["short_name"] = json_text(short_name);
+        result["long_name"] = json_text(long_name);
+        result["contents"] = to_hex(as_text({entry->asn, entry->asn_len}));
+        json.add(result);
+        if (options.form == output_form_t::text) {
+            print(printable(oid) + "  " + printable(short_name) + "  " + printable(long_name) + "\n");
+        }
+    }
+    json.end();
+    return code;
+}
+
+} // namespace
+
+void register_map_find(CLI::App& map, chosen_command_t& chosen) {
+    CLI::App& command = add_command(map, "find", "Finds entries of the map in force; exit 1 when there is none",
+                                    "  pkider map find CN\n"
+                                    "  pkider map find 2.5.4.3 550403 --json\n");
+    const auto options = std::make_shared<options_t>();
+    command.add_option("VALUE", options->values, "Short name, dotted text, or contents in hex")
+        ->required()
+        ->type_name("");
+    add_output_options(command, options->form, false);
+    add_map_options(command, options->map);
+    when_chosen(command, chosen, [options] { return run(*options); });
+}
+
+} // namespace tool
