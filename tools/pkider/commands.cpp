@@ -5,6 +5,7 @@ namespace {
 
 // In the order of --help.
 constexpr void (*command_table[])(CLI::App&, chosen_command_t&) = {
+    register_cert,
     register_dn,
     register_oid,
     register_map,
