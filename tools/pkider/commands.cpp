@@ -9,6 +9,7 @@ constexpr void (*command_table[])(CLI::App&, chosen_command_t&) = {
     register_dn,
     register_oid,
     register_map,
+    register_der,
 };
 
 } // namespace
