@@ -10,6 +10,9 @@ constexpr void (*command_table[])(CLI::App&, chosen_command_t&) = {
     register_oid,
     register_map,
     register_der,
+    register_alg,
+    register_digestinfo,
+    register_sig,
 };
 
 } // namespace

@@ -1,0 +1,89 @@
+#include "tests/tools/program.h"
+
+#include "tests/support/hex.h"
+
+namespace pkider_test {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr const char* empty_sha1 = "DA39A3EE5E6B4B0D3255BFEF95601890AFD80709";
+constexpr const char* empty_sha1_info = "3021300906052B0E03021A05000414DA39A3EE5E6B4B0D3255BFEF95601890AFD80709";
+
+TEST(DigestinfoWrap, PutsADigestIntoDer) {
+    const run_result_t result = run_pkider({"digestinfo", "wrap", "SHA1", "--digest", empty_sha1});
+    EXPECT_EQ(result.exit_code, 0) << result;
+    EXPECT_EQ(result.out, std::string(empty_sha1_info) + "\n");
+    EXPECT_EQ(run_pkider({"digestinfo", "wrap", "sha1"}, {.input = empty_sha1}).out, result.out) << "hex text";
+    EXPECT_EQ(run_pkider({"digestinfo", "wrap", "sha1"}, {.input = from_hex(empty_sha1).str()}).out, result.out)
+        << "bytes";
+    EXPECT_EQ(run_pkider({"digestinfo", "wrap", "SHA1", "--digest", empty_sha1, "--der"}).out,
+              from_hex(empty_sha1_info).str());
+}
+
+TEST(DigestinfoWrap, RefusesADigestOfAnotherSize) {
+    const run_result_t result = run_pkider({"digestinfo", "wrap", "SHA256", "--digest", "00"});
+    EXPECT_EQ(result.exit_code, 2) << result;
+    EXPECT_EQ(result.err, "pkider: the digest has 1 byte, SHA256 has 32 (--any-size wraps it all the same)\n");
+    EXPECT_EQ(run_pkider({"digestinfo", "wrap", "SHA256", "--digest", "00", "--any-size"}).out,
+              "3012300D06096086480165030402010500040100\n");
+}
+
+TEST(DigestinfoWrap, WantsAHashThatHasAnOid) {
+    for (const char* const name : {"rot13", "sha256RSA", "RSA", "GOST 34.11-94 (SignalCOM)"}) {
+        EXPECT_EQ(run_pkider({"digestinfo", "wrap", name, "--digest", "00"}).exit_code, 64) << name;
+    }
+    EXPECT_EQ(run_pkider({"digestinfo", "wrap", "SHA1", "--digest", "0G"}).exit_code, 64);
+    EXPECT_EQ(run_pkider({"digestinfo", "wrap"}).exit_code, 64);
+    EXPECT_EQ(run_pkider({"digestinfo"}).exit_code, 64);
+    EXPECT_EQ(run_pkider({"digestinfo", "wrap", "SHA1", "/nonexistent/file"}).exit_code, 74);
+}
+
+TEST(DigestinfoRead, ShowsHashAndDigest) {
+    const run_result_t result = run_pkider({"digestinfo", "read"}, {.input = empty_sha1_info});
+    EXPECT_EQ(result.exit_code, 0) << result;
+    EXPECT_EQ(result.out, std::string("hash    SHA1 (1.3.14.3.2.26)\ndigest  ") + empty_sha1 + "\n");
+    EXPECT_EQ(result.err, "");
+    EXPECT_EQ(run_pkider({"digestinfo", "read", "--json"}, {.input = empty_sha1_info}).out, std::string(R"([
+{"file":"standard input","hash":{"name":"SHA1","oid":"1.3.14.3.2.26"},"digest":")") + empty_sha1 +
+                                                                                                "\"}\n]\n");
+}
+
+TEST(DigestinfoRead, NotesADigestOfAnotherSize) {
+    const run_result_t result =
+        run_pkider({"digestinfo", "read"}, {.input = "3012300D06096086480165030402010500040100"});
+    EXPECT_EQ(result.exit_code, 0) << result;
+    EXPECT_THAT(result.err, HasSubstr("the digest has 1 byte, SHA256 has 32"));
+}
+
+struct fault_row_t {
+    const char* name;
+    const char* hex;
+    const char* fault;
+};
+
+class DigestinfoFault : public testing::TestWithParam<fault_row_t> {};
+
+TEST_P(DigestinfoFault, IsToldWithItsOffset) {
+    const run_result_t result = run_pkider({"digestinfo", "read"}, {.input = GetParam().hex});
+    EXPECT_EQ(result.exit_code, 2) << result;
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, std::string("pkider: standard input: ") + GetParam().fault + "\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Faults, DigestinfoFault,
+    testing::Values(
+        fault_row_t{"NoSequence", "0500", "offset 0: expected a SEQUENCE, the DigestInfo, found 05 00"},
+        fault_row_t{"Indefinite", "30800000",
+                    "offset 0: expected a SEQUENCE, the DigestInfo, found 30 80 00 00, whose length is bad"},
+        fault_row_t{"NoAlgorithm", "30020500", "offset 2: expected a SEQUENCE, the hash algorithm, found 05 00"},
+        fault_row_t{"NoOid", "300430020500", "offset 4: expected an OBJECT IDENTIFIER, the hash, found 05 00"},
+        fault_row_t{"NoParameters", "300930070605 2B0E03021A",
+                    "offset 11: expected the parameters of the hash, a NULL, found the end"},
+        fault_row_t{"NoDigest", "300B300906052B0E03021A0500",
+                    "offset 13: expected an OCTET STRING, the digest, found the end"}),
+    [](const auto& row) { return row.param.name; });
+
+} // namespace
+} // namespace pkider_test
