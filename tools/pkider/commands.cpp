@@ -11,6 +11,8 @@ constexpr void (*command_table[])(CLI::App&, chosen_command_t&) = {
     register_map,
     register_der,
     register_alg,
+    register_key,
+    register_p12,
     register_digestinfo,
     register_sig,
 };

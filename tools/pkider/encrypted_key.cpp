@@ -1,0 +1,37 @@
+#include "tools/pkider/encrypted_key.h"
+
+#include "tools/pkider/failure.h"
+#include "tools/pkider/pbe_algorithm.h"
+#include "tools/pkider/pbe_setup.h"
+
+namespace tool {
+
+encrypted_key_t read_encrypted_key(bytes_t der) {
+    der_cursor_t input(der);
+    der_cursor_t info(input.next(asn_tag_t::SEQUENCE, "SEQUENCE (EncryptedPrivateKeyInfo)"));
+    encrypted_key_t key;
+    key.algorithm = info.next(asn_tag_t::SEQUENCE, "SEQUENCE (encryption algorithm)").contents;
+    info.next(asn_tag_t::OCTET_STRING, "OCTET STRING (encrypted key)");
+    if (!input.at_end()) input.fail("the end of the encrypted key");
+    if (!asn_read_pkcs8_encrypted_pki_gost(der.data(), der.size(), key.record))
+        throw data_fault_t("cannot be decrypted here: " + why_refused(key.algorithm));
+    return key;
+}
+
+std::string decrypt_key(const encrypted_key_t& key, bytes_t der, gost_pbe_t& crypto) {
+    std::string plain;
+    crypto.set_input(der);
+    const bool done = crypto.decrypt(key.record, key.record.encrypted, key.record.encrypted_len, plain);
+    crypto.set_input({});
+    if (done) return plain;
+    switch (crypto.fault()) {
+    case pbe_fault_t::wrong_plaintext:
+        throw failure_t(exit_code_t::wrong_password, "wrong password");
+    case pbe_fault_t::too_many_iterations:
+        throw data_fault_t("the key asks for " + too_many_iterations_text(crypto));
+    default:
+        throw data_fault_t(std::string("cannot be decrypted here: ") + pbe_fault_text(crypto.fault()));
+    }
+}
+
+} // namespace tool

@@ -1,0 +1,92 @@
+#include "tools/pkider/key_show_private.h"
+
+#include "tools/pkider/encodings.h"
+#include "tools/pkider/encrypted_key.h"
+#include "tools/pkider/pbe_algorithm.h"
+#include "tools/pkider/pbe_setup.h"
+#include "tools/pkider/private_key.h"
+#include "tools/pkider/terminal_text.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <optional>
+
+namespace tool {
+namespace {
+
+/// What there is to show: a key, how it is encrypted, or both when it was opened.
+class shown_key_t {
+  public:
+    shown_key_t(const der_input_t& input, const private_show_options_t& options) {
+        if (recognise(input.der) == file_kind_t::private_key) {
+            key_ = read_private_key(input.der);
+            return;
+        }
+        const encrypted_key_t encrypted = read_encrypted_key(input.der);
+        protection_ = protection_text(encrypted.algorithm, encrypted.record.iterations);
+        if (!options.reveal) return;
+        gost_pbe_t crypto = make_pbe(options.password, read_password(options.password, "Password of " + input.name));
+        plain_ = decrypt_key(encrypted, input.der, crypto);
+        key_ = read_private_key(as_bytes(plain_));
+    }
+    shown_key_t(const shown_key_t&) = delete;
+    shown_key_t& operator=(const shown_key_t&) = delete;
+    ~shown_key_t() { wipe(plain_); }
+
+    const std::string& protection() const { return protection_; }
+    const std::optional<private_key_t>& key() const { return key_; }
+    bytes_t octets() const { return key_->gost ? bytes_t(key_->gost->key, key_->gost->key_len) : key_->octets; }
+
+  private:
+    std::string protection_, plain_;
+    std::optional<private_key_t> key_;
+};
+
+std::string field(const std::string& label, const std::string& value) {
+    constexpr std::size_t label_width = 16;
+    return "  " + label + std::string(label_width - label.size(), ' ') + printable(value) + "\n";
+}
+
+} // namespace
+
+void add_private_show_options(CLI::App& command, private_show_options_t& options) {
+    command.add_flag("--reveal", options.reveal,
+                     "Show the octets of private keys too; encrypted ones are opened for it");
+    add_password_options(command, options.password);
+}
+
+bool is_private_key(file_kind_t kind) {
+    return kind == file_kind_t::private_key || kind == file_kind_t::encrypted_private_key;
+}
+
+std::string private_key_text(const der_input_t& input, const private_show_options_t& options) {
+    const shown_key_t shown(input, options);
+    std::string text =
+        printable(input.name) + (shown.protection().empty() ? ": private key" : ": encrypted private key");
+    if (shown.key()) text += ", " + printable(private_key_line(*shown.key()));
+    text += "\n";
+    if (!shown.protection().empty()) text += field("encrypted by", shown.protection());
+    if (!shown.key()) return text + field("private key", "encrypted; --reveal opens it");
+
+    for (const auto& [label, value] : private_key_details(*shown.key())) text += field(label, value);
+    return text + field("private key", options.reveal ? to_hex(as_text(shown.octets())) : "not shown without --reveal");
+}
+
+json_t private_key_json(const der_input_t& input, const private_show_options_t& options) {
+    const shown_key_t shown(input, options);
+    json_t json = {{"file", json_text(input.file)}};
+    if (input.line != 0) json["line"] = input.line;
+    if (!shown.protection().empty()) json["encrypted_by"] = json_text(shown.protection());
+    if (!shown.key()) return json;
+    json["algorithm"] = oid_json(shown.key()->algorithm);
+    json["size"] = shown.octets().size();
+    for (auto [label, value] : private_key_details(*shown.key())) {
+        std::ranges::replace(label, ' ', '_');
+        json[label] = json_text(value);
+    }
+    if (options.reveal) json["private_key"] = to_hex(as_text(shown.octets()));
+    return json;
+}
+
+} // namespace tool

@@ -1,0 +1,32 @@
+// What the p12 commands have in common.
+#pragma once
+
+#include "tools/pkider/command.h"
+#include "tools/pkider/p12_reading.h"
+#include "tools/pkider/pbe_setup.h"
+
+#include <optional>
+
+namespace tool {
+
+/// A password that is asked for when it is first needed, and then serves all files of the command.
+class password_once_t {
+  public:
+    explicit password_once_t(const password_options_t& options) : options_(options) {}
+
+    secret_t get(const std::string& name) {
+        if (!password_) password_ = read_password(options_, "Password of " + name);
+        return secret_t(password_->view());
+    }
+
+  private:
+    const password_options_t& options_;
+    std::optional<secret_t> password_;
+};
+
+void register_p12_list(CLI::App& p12, chosen_command_t& chosen);
+void register_p12_verify(CLI::App& p12, chosen_command_t& chosen);
+void register_p12_extract(CLI::App& p12, chosen_command_t& chosen);
+void register_p12_create(CLI::App& p12, chosen_command_t& chosen);
+
+} // namespace tool
