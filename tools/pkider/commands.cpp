@@ -5,16 +5,8 @@ namespace {
 
 // In the order of --help.
 constexpr void (*command_table[])(CLI::App&, chosen_command_t&) = {
-    register_cert,
-    register_dn,
-    register_oid,
-    register_map,
-    register_der,
-    register_alg,
-    register_key,
-    register_p12,
-    register_digestinfo,
-    register_sig,
+    register_what, register_cert, register_dn,  register_oid,        register_map, register_der,
+    register_alg,  register_key,  register_p12, register_digestinfo, register_sig,
 };
 
 } // namespace

@@ -1,0 +1,261 @@
+// The manners of the program: what holds for every command.
+#include "tests/tools/program.h"
+
+#include "tests/support/temp_dir.h"
+
+#include <nlohmann/json.hpp>
+
+namespace pkider_test {
+namespace {
+
+using nlohmann::json;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::Not;
+using testing::StartsWith;
+
+// CN=abc
+constexpr const char* name_in_hex = "300E310C300A06035504031303616263";
+
+TEST(Program, TellsItsVersion) {
+    const run_result_t result = run_pkider({"--version"});
+    EXPECT_EQ(result.exit_code, 0) << result;
+    EXPECT_THAT(result.out, testing::MatchesRegex("pkider [0-9]+\\.[0-9]+\\.[0-9]+\n"));
+    EXPECT_EQ(result.err, "");
+}
+
+TEST(Program, HelpNamesCommandsAndExitCodes) {
+    const run_result_t result = run_pkider({"--help"});
+    EXPECT_EQ(result.exit_code, 0) << result;
+    for (const char* command : {"cert", "dn", "oid", "map"}) EXPECT_THAT(result.out, HasSubstr(command));
+    EXPECT_THAT(result.out, HasSubstr("Exit codes: 0 done, 1 the answer is no, 2 fault in the data"));
+    EXPECT_EQ(result.err, "");
+}
+
+struct command_row_t {
+    const char* name;
+    std::vector<std::string> command;
+};
+
+void PrintTo(const command_row_t& row, std::ostream* stream) {
+    *stream << row.name;
+}
+
+class ProgramHelp : public testing::TestWithParam<command_row_t> {};
+
+TEST_P(ProgramHelp, HasExamples) {
+    std::vector<std::string> arguments = GetParam().command;
+    std::string example = "  pkider";
+    for (const std::string& word : arguments) example += " " + word;
+    arguments.push_back("--help");
+    const run_result_t result = run_pkider(arguments);
+    EXPECT_EQ(result.exit_code, 0) << result;
+    EXPECT_THAT(result.out, HasSubstr("Examples:\n"));
+    EXPECT_THAT(result.out, HasSubstr(example));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Commands, ProgramHelp,
+    testing::Values(command_row_t{"Cert", {"cert"}}, command_row_t{"Dn", {"dn"}},
+                    command_row_t{"DnEncode", {"dn", "encode"}}, command_row_t{"DnDecode", {"dn", "decode"}},
+                    command_row_t{"DnNormalize", {"dn", "normalize"}}, command_row_t{"DnReverse", {"dn", "reverse"}},
+                    command_row_t{"DnGet", {"dn", "get"}}, command_row_t{"DnHas", {"dn", "has"}},
+                    command_row_t{"DnOrder", {"dn", "order"}}, command_row_t{"Oid", {"oid"}},
+                    command_row_t{"Map", {"map"}}, command_row_t{"MapList", {"map", "list"}},
+                    command_row_t{"MapFind", {"map", "find"}}, command_row_t{"MapCheck", {"map", "check"}}),
+    row_name);
+
+class ProgramUsage : public testing::TestWithParam<command_row_t> {};
+
+TEST_P(ProgramUsage, IsRefused) {
+    const run_result_t result = run_pkider(GetParam().command);
+    EXPECT_EQ(result.exit_code, 64) << result;
+    EXPECT_EQ(result.out, "");
+    EXPECT_THAT(result.err, StartsWith("pkider: "));
+    EXPECT_THAT(result.err, EndsWith("\nRun with --help for more information.\n"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CommandLines, ProgramUsage,
+    testing::Values(command_row_t{"NoCommand", {}}, command_row_t{"UnknownCommand", {"frob"}},
+                    command_row_t{"NoSubcommand", {"dn"}}, command_row_t{"UnknownSubcommand", {"dn", "frob"}},
+                    command_row_t{"UnknownOption", {"dn", "encode", "--frob", "CN=a"}},
+                    command_row_t{"UnknownInputForm", {"dn", "decode", "--in", "xml"}},
+                    command_row_t{"TwoOutputForms", {"dn", "encode", "--hex", "--json", "CN=a"}},
+                    command_row_t{"TwoMaps", {"dn", "encode", "--no-map", "--config-dir", "/", "CN=a"}},
+                    command_row_t{"NoOid", {"oid"}}, command_row_t{"NoAttributeType", {"dn", "get"}}),
+    row_name);
+
+TEST(Program, NamesAMissingFileInOneLine) {
+    for (const char* command : {"cert", "dn"}) {
+        std::vector<std::string> arguments{command, "/no/such/file"};
+        if (std::string(command) == "dn") arguments.insert(arguments.begin() + 1, "decode");
+        const run_result_t result = run_pkider(arguments);
+        EXPECT_EQ(result.exit_code, 74) << result;
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.err, "pkider: /no/such/file: No such file or directory\n");
+    }
+}
+
+TEST(Program, NamesADirectoryThatIsNoFile) {
+    const run_result_t result = run_pkider({"cert", "/"});
+    EXPECT_EQ(result.exit_code, 74) << result;
+    EXPECT_EQ(result.err, "pkider: /: Is a directory\n");
+}
+
+TEST(Program, NamesAMissingMap) {
+    for (const char* command : {"encode", "decode", "normalize"}) {
+        const run_result_t result = run_pkider({"dn", command, "--map", "/no/map", name_in_hex});
+        EXPECT_EQ(result.exit_code, 74) << result;
+        EXPECT_EQ(result.err, "pkider: /no/map: No such file or directory\n");
+    }
+}
+
+TEST(Program, NamesAMissingConfigurationFile) {
+    const run_result_t result = run_pkider({"oid", "--config-dir", "/no/dir", "CN"});
+    EXPECT_EQ(result.exit_code, 74) << result;
+    EXPECT_EQ(result.err, "pkider: /no/dir/vpnoids.cfg: No such file or directory\n");
+}
+
+TEST(Program, TakesNamesOfTheConfigurationFile) {
+    const temp_dir_t dir;
+    dir.write(u8"vpnoids.cfg", "1.2.643.3.131.1.1 = INN, taxpayerNumber\n");
+    for (const std::string& path : {dir.utf8(u8""), dir.path().string()}) { // with a separator at the end and without
+        const run_result_t result = run_pkider({"dn", "normalize", "--config-dir", path, "1.2.643.3.131.1.1=7,cn=a"});
+        EXPECT_EQ(result.exit_code, 0) << result;
+        EXPECT_EQ(result.out, "INN=7,CN=a\n");
+    }
+}
+
+TEST(Program, TakesTheNamesOfAMapAlone) {
+    const temp_dir_t dir;
+    dir.write(u8"names", "2.5.4.3 = NAME\n");
+    const std::string map = dir.utf8(u8"names");
+    EXPECT_EQ(run_pkider({"dn", "decode", "--map", map, name_in_hex}).out, "NAME=abc\n");
+    EXPECT_EQ(run_pkider({"dn", "encode", "--map", map, "NAME=abc"}).out, std::string(name_in_hex) + "\n");
+    EXPECT_EQ(run_pkider({"dn", "encode", "--map", map, "CN=abc"}).exit_code, 2);
+}
+
+TEST(Program, TakesNoNamesWithoutAMap) {
+    EXPECT_EQ(run_pkider({"dn", "decode", "--no-map", name_in_hex}).out, "2.5.4.3=abc\n");
+    EXPECT_EQ(run_pkider({"dn", "encode", "--no-map", "CN=abc"}).exit_code, 2);
+}
+
+TEST(Program, WorksOnTheOtherFilesAndTellsTheWorst) {
+    const temp_dir_t dir;
+    dir.write(u8"good", name_in_hex);
+    dir.write(u8"bad", "0500");
+    const std::string good = dir.utf8(u8"good");
+    const std::string bad = dir.utf8(u8"bad");
+
+    const run_result_t faulty = run_pkider({"dn", "decode", bad, good});
+    EXPECT_EQ(faulty.exit_code, 2) << faulty;
+    EXPECT_EQ(faulty.out, "CN=abc\n");
+    EXPECT_EQ(faulty.err, "pkider: " + bad + ": offset 0: expected a Name (a SEQUENCE), found 05 00 [code 11]\n");
+
+    const run_result_t missing = run_pkider({"dn", "decode", bad, "/no/such/file", good});
+    EXPECT_EQ(missing.exit_code, 74) << missing;
+    EXPECT_EQ(missing.out, "CN=abc\n");
+}
+
+TEST(Program, ReadsStandardInput) {
+    EXPECT_EQ(run_pkider({"dn", "decode", "-"}, {.input = name_in_hex}).out, "CN=abc\n");
+    EXPECT_EQ(run_pkider({"dn", "decode"}, {.input = name_in_hex}).out, "CN=abc\n");
+    EXPECT_EQ(run_pkider({"dn", "normalize", "-"}, {.input = "cn=abc\n"}).out, "CN=abc\n");
+    EXPECT_EQ(run_pkider({"dn", "normalize"}, {.input = "cn=abc"}).out, "CN=abc\n");
+    EXPECT_EQ(run_pkider({"map", "check", "-"}, {.input = "1.2.3 = A\n"}).exit_code, 0);
+}
+
+TEST(Program, TellsThatStandardInputIsFaulty) {
+    const run_result_t result = run_pkider({"dn", "decode"}, {.input = "0500"});
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_THAT(result.err, StartsWith("pkider: standard input: offset 0: "));
+}
+
+TEST(Program, TellsThatStandardOutputIsFull) {
+    const run_result_t result = run_pkider({"dn", "normalize", "CN=a"}, {.output_file = "/dev/full"});
+    EXPECT_EQ(result.exit_code, 74) << result;
+    EXPECT_EQ(result.err, "pkider: standard output: No space left on device\n");
+}
+
+// CN= with an escape sequence, a C1 control, a mark that turns the direction, a NUL and a byte that is no UTF-8.
+constexpr const char* hostile_name = "3020311E301C06035504030C15"
+                                     "1B5B33316D"
+                                     "61"
+                                     "C29B"
+                                     "62"
+                                     "E280AE"
+                                     "63"
+                                     "00"
+                                     "64"
+                                     "FF"
+                                     "65"
+                                     "EFBBBF"
+                                     "66";
+
+TEST(Program, WritesNoControlCharacterOfAName) {
+    const run_result_t result = run_pkider({"dn", "decode", hostile_name});
+    EXPECT_EQ(result.exit_code, 0) << result;
+    EXPECT_EQ(result.out, "CN=\\1B[31ma\\C2\\9Bb\\E2\\80\\AEc\\00d\\FFe\\EF\\BB\\BFf\n");
+}
+
+TEST(Program, PrintedNamesWithControlCharactersEncodeToTheSameBytes) {
+    const std::string printed = run_pkider({"dn", "decode", hostile_name}).out;
+    EXPECT_EQ(run_pkider({"dn", "encode"}, {.input = printed}).out, std::string(hostile_name) + "\n");
+}
+
+TEST(Program, JsonIsAsciiForAnyBytes) {
+    const run_result_t result = run_pkider({"dn", "decode", "--json", hostile_name});
+    EXPECT_EQ(result.exit_code, 0) << result;
+    for (const char c : result.out) EXPECT_TRUE((c >= 0x20 && c < 0x7F) || c == '\n') << static_cast<int>(c);
+    const json answer = json::parse(result.out).at(0);
+    EXPECT_EQ(answer["name"], std::string("CN=\x1B[31ma\xC2\x9B"
+                                          "b\xE2\x80\xAE"
+                                          "c\0d\\FFe\xEF\xBB\xBF"
+                                          "f",
+                                          26));
+    EXPECT_EQ(answer["der"], hostile_name);
+}
+
+TEST(Program, WritesNoControlCharacterOfAnArgument) {
+    const run_result_t file = run_pkider({"cert", "no\x1B[31mfile"});
+    EXPECT_EQ(file.err, "pkider: no\\1B[31mfile: No such file or directory\n");
+    const run_result_t usage = run_pkider({"dn", "encode", "--\x1B[31m"});
+    EXPECT_THAT(usage.err, Not(HasSubstr("\x1B")));
+    const run_result_t line = run_pkider({"dn", "get", "CN", "CN=\x1B[31mred"});
+    EXPECT_EQ(line.out, "\\1B[31mred\n");
+}
+
+const run_options_t on_xterm{.environment = {{"TERM", "xterm"}}};
+
+TEST(Program, UsesColourOnlyOnATerminal) {
+    const std::string red = "\x1B[1;31mpkider:\x1B[0m ";
+    EXPECT_THAT(run_pkider_on_terminal({"oid", "3.1"}, on_xterm).out, StartsWith(red));
+    EXPECT_THAT(run_pkider({"oid", "3.1"}, on_xterm).err, StartsWith("pkider: "));
+}
+
+TEST(Program, HonoursNoColor) {
+    const auto run = [](std::vector<std::pair<std::string, std::string>> environment) {
+        return run_pkider_on_terminal({"oid", "3.1"}, {.environment = std::move(environment)}).out;
+    };
+    EXPECT_THAT(run({{"TERM", "xterm"}, {"NO_COLOR", "1"}}), StartsWith("pkider: "));
+    EXPECT_THAT(run({{"TERM", "xterm"}, {"NO_COLOR", ""}}), StartsWith("\x1B[")); // empty is not set
+    EXPECT_THAT(run({{"TERM", "dumb"}}), StartsWith("pkider: "));
+    EXPECT_THAT(run({}), StartsWith("pkider: "));
+}
+
+TEST(Program, ShowsResultsBeforeALaterFaultOnOneTerminal) {
+    const run_result_t result = run_pkider_on_terminal({"dn", "normalize", "CN=a", "FOO=b"});
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_THAT(result.out, StartsWith("CN=a\r\npkider: argument:2:1: "));
+}
+
+TEST(Program, WritesNoDerToATerminal) {
+    const run_result_t result = run_pkider_on_terminal({"dn", "encode", "--der", "CN=abc"});
+    EXPECT_EQ(result.exit_code, 64) << result;
+    EXPECT_THAT(result.out, HasSubstr("DER is not written to a terminal"));
+    EXPECT_EQ(run_pkider({"dn", "encode", "--der", "CN=abc"}).out.substr(0, 2), "0\x0E");
+}
+
+} // namespace
+} // namespace pkider_test
