@@ -36,8 +36,8 @@ class oid_map_t {
     void clear() noexcept;
 
     const OIDdescr_t* find_asn(const uint8_t* asn, uint64_t length) const {
-        const OIDdescr_t* const row = m_has_builtin ? builtin_by_contents.find(asn, length) : nullptr;
-        return row != nullptr || m_added == nullptr ? row : m_added->find_asn(asn, length);
+        const OIDdescr_t* const row = m_has_builtin ? builtin_by_x520_contents.find(asn, length) : nullptr;
+        return row != nullptr ? row : find_asn_anywhere(asn, length);
     }
     const OIDdescr_t* find_str(const char* str, uint64_t length) const {
         const OIDdescr_t* const row = m_has_builtin ? builtin_by_dotted_text.find(str, length) : nullptr;
@@ -45,10 +45,14 @@ class oid_map_t {
     }
     const OIDdescr_t* find_sn(const char* sn, uint64_t length) const {
         const OIDdescr_t* const row = m_has_builtin ? builtin_by_short_name.find(sn, length) : nullptr;
-        return row != nullptr || m_added == nullptr ? row : m_added->find_sn(sn, length);
+        return row != nullptr ? row : find_added_sn(sn, length);
     }
 
   private:
+    // Not inline: what is found at once is to pay for nothing else.
+    [[gnu::noinline]] const OIDdescr_t* find_asn_anywhere(const uint8_t* asn, uint64_t length) const;
+    [[gnu::noinline]] const OIDdescr_t* find_added_sn(const char* sn, uint64_t length) const;
+
     bool m_has_builtin;
     const oid_map_entries_t* m_added = nullptr; // owned
 };
