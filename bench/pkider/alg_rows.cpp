@@ -12,8 +12,8 @@ constexpr auto sha256 = static_cast<pki_alg_t>(0x00040000);
 
 uint64_t read_public_keys(std::size_t cut) {
     uint64_t sum = 0;
+    asn_pubkey_t out;
     for (const bytes_t& key : rsa_public_keys()) {
-        asn_pubkey_t out;
         if (asn_read_pubkey(key.data(), static_cast<int32_t>(key.size() - cut), out)) sum += out.key_len;
     }
     return sum;
@@ -33,9 +33,9 @@ void register_alg_rows() {
     add_row(row_name::public_key_refused, rsa_public_keys().size(), [] { return read_public_keys(1); });
     add_row(row_name::rsa_public_key, rsa_public_keys().size(), [] {
         uint64_t sum = 0;
+        asn_pubkey_t key;
+        asn_rsa_pubkey_t rsa;
         for (const bytes_t& der : rsa_public_keys()) {
-            asn_pubkey_t key;
-            asn_rsa_pubkey_t rsa;
             if (!asn_read_pubkey(der.data(), static_cast<int32_t>(der.size()), key)) continue;
             if (asn_read_rsa_pubkey(key, rsa)) sum += rsa.modulus_len + rsa.exponent_len;
         }
@@ -43,8 +43,8 @@ void register_alg_rows() {
     });
     add_row(row_name::dsa_value, dsa_values().size(), [] {
         uint64_t sum = 0;
+        asn_dsa_certsign_t out;
         for (const bytes_t& value : dsa_values()) {
-            asn_dsa_certsign_t out;
             if (asn_read_dsa_certsign(value.data(), static_cast<uint32_t>(value.size()), out)) {
                 sum += answer_of(out.r, out.r_len) + answer_of(out.s, out.s_len);
             }
@@ -53,8 +53,8 @@ void register_alg_rows() {
     });
     add_row(row_name::ike_algorithm, signature_algorithms().size(), [] {
         uint64_t known = 0;
+        asn_ike_signalg_t out;
         for (const bytes_t& algorithm : signature_algorithms()) {
-            asn_ike_signalg_t out;
             if (asn_read_ike_signalg(algorithm.data(), static_cast<uint32_t>(algorithm.size()), out)) {
                 known += out.to_pki_alg() != 0;
             }
@@ -74,8 +74,8 @@ void register_alg_rows() {
     });
     add_row(row_name::digest_info_read, digest_infos().size(), [] {
         uint64_t sum = 0;
+        asn_algorid_t out;
         for (const std::string& info : digest_infos()) {
-            asn_algorid_t out;
             if (asn_read_alg_from_digest(&out, info)) sum += answer_of(out.oid, out.oid_len);
         }
         return sum;

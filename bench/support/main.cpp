@@ -60,6 +60,12 @@ void count_row(const row_t& row) {
 
 } // namespace
 
+uint64_t checksum_of(const void* data, std::size_t size) {
+    uint64_t sum = size;
+    for (std::size_t i = 0; i < size; ++i) sum = sum * 31 + static_cast<const uint8_t*>(data)[i];
+    return sum;
+}
+
 void add_row(std::string name, std::size_t items, pass_t pass) {
     add_made_row(std::move(name), items, [pass = std::move(pass)] { return pass; });
 }

@@ -34,15 +34,15 @@ inline void keep(const T& value) {
 /// True in the pass whose answers are compared; in the timed ones answer_of does next to nothing.
 inline bool answers_wanted = false;
 
+/// Equal for equal bytes.
+uint64_t checksum_of(const void* data, std::size_t size);
+
 /// A number that is equal for equal results.
 inline uint64_t answer_of(const void* data, std::size_t size) {
-    if (!answers_wanted) {
-        keep(data);
-        return size;
-    }
-    uint64_t sum = size;
-    for (std::size_t i = 0; i < size; ++i) sum = sum * 31 + static_cast<const uint8_t*>(data)[i];
-    return sum;
+    if (answers_wanted) [[unlikely]]
+        return checksum_of(data, size);
+    asm volatile("" : : "r"(data) : "memory"); // nothing is stored, as keep would
+    return size;
 }
 
 /// A pass that does one job on one input so often that the calls around it do not count.
