@@ -21,27 +21,39 @@ struct asn_element_t {
     uint64_t length = 0;              ///< Bytes of contents not yet walked.
 };
 
+/// The `num` octets at `octets` as a number, the highest first; `num` is 1 to 4.
+///
+/// @param available  Bytes that may be read; at least `num`. Where there are four, which is nearly everywhere, they are
+///                   read at once, without a loop.
+inline uint32_t asn_read_length_octets(const uint8_t* octets, uint64_t num, uint64_t available) {
+    if (available >= 4) [[likely]] {
+        const uint32_t word =
+            uint32_t{octets[0]} << 24 | uint32_t{octets[1]} << 16 | uint32_t{octets[2]} << 8 | octets[3];
+        return word >> (32 - 8 * num);
+    }
+    uint32_t length = 0;
+    for (uint64_t i = 0; i < num; ++i) length = length << 8 | octets[i];
+    return length;
+}
+
 /// asn1_read_tag_, whose contract it keeps.
 inline const uint8_t* asn_decode_header(asn_tag_t::Type tag, const uint8_t* data, uint64_t size, uint64_t* out_len) {
-    constexpr uint8_t indefinite_length = 0x80; // X.690 8.1.3.6
-    constexpr uint8_t max_length_octets = 4;
+    constexpr uint64_t max_length_octets = 4;
 
     if (size < 2) return nullptr;
     if (tag != asn_tag_t::ANY && static_cast<uint8_t>(tag) != data[0]) return nullptr;
 
-    const uint8_t first = data[1];
+    const uint64_t available = size - 2;
+    const uint64_t first = data[1];
     if (first < 0x80) [[likely]] { // short form, X.690 8.1.3.4
         *out_len = first;
-        return size - 2 >= first ? data + 2 : nullptr;
+        return available >= first ? data + 2 : nullptr;
     }
-    if (first == indefinite_length) return nullptr;
-
-    const uint8_t num_octets = first & 0x7F; // long form, X.690 8.1.3.5
-    if (num_octets > max_length_octets || size - 2 < num_octets) return nullptr;
-    uint32_t length = 0;
-    for (uint8_t i = 0; i < num_octets; ++i) length = length << 8 | data[2 + i];
+    const uint64_t num_octets = first & 0x7F; // long form, X.690 8.1.3.5; none: the indefinite form, 8.1.3.6
+    if (num_octets == 0 || num_octets > max_length_octets || num_octets > available) return nullptr;
+    const uint32_t length = asn_read_length_octets(data + 2, num_octets, available);
     *out_len = length;
-    return size - 2 - num_octets >= length ? data + 2 + num_octets : nullptr;
+    return available - num_octets >= length ? data + 2 + num_octets : nullptr;
 }
 
 /// asn_decode_header with 32-bit sizes. Unlike it, always writes `*out_len`: 0 when the header cannot be decoded, the
