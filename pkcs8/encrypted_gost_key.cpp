@@ -26,20 +26,21 @@ constexpr auto param_set_a = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x1F, 0x01>; 
 
 constexpr auto prf = asn_constant_sequence(hmac_gost94, asn_null);
 
-// The contents sizes of the AlgorithmIdentifier, counted from the inside out.
+// The contents sizes of the AlgorithmIdentifier, counted from the inside out. None is larger than the last one, which
+// is checked for all of them.
 //
 // The count loses its zero bytes. Wanted: EncryptedGostKey.RequiredZeroBytesOfTheCountAreDropped.
 class algorithm_writer_t {
   public:
     explicit algorithm_writer_t(const pkcs8_encrypted_pki_gost_t& key)
         : m_key(key),
-          m_count_size(static_cast<uint64_t>(asn_put_uint32_content(m_count, key.iterations) - m_count)),
+          m_count_size(static_cast<uint64_t>(asn_put_uint32_content(m_count.data(), key.iterations) - m_count.data())),
           m_pbkdf2_params_size(asn_checked_element_size(key.salt_len) + asn_element_size(m_count_size) + prf.size()),
-          m_derivation_size(pbkdf2.size() + asn_checked_element_size(m_pbkdf2_params_size)),
+          m_derivation_size(pbkdf2.size() + asn_element_size(m_pbkdf2_params_size)),
           m_cipher_params_size(asn_checked_element_size(key.iv_len) + param_set_a.size()),
-          m_scheme_size(gost_28147.size() + asn_checked_element_size(m_cipher_params_size)),
-          m_pbes2_params_size(asn_checked_element_size(m_derivation_size) + asn_checked_element_size(m_scheme_size)),
-          m_algorithm_size(pbes2.size() + asn_checked_element_size(m_pbes2_params_size)),
+          m_scheme_size(gost_28147.size() + asn_element_size(m_cipher_params_size)),
+          m_pbes2_params_size(asn_element_size(m_derivation_size) + asn_element_size(m_scheme_size)),
+          m_algorithm_size(pbes2.size() + asn_element_size(m_pbes2_params_size)),
           m_size(asn_checked_element_size(m_algorithm_size)) {}
 
     uint64_t size() const { return m_size; }
@@ -61,8 +62,9 @@ class algorithm_writer_t {
         at = asn_put_header(at, asn_tag_t::OCTET_STRING, m_key.salt_len);
         at = asn_put_bytes(at, m_key.salt, m_key.salt_len);
         at = asn_put_header(at, asn_tag_t::INTEGER, m_count_size);
-        at = asn_put_bytes(at, m_count, m_count_size);
-        return asn_put_constant(at, prf);
+        asn_put_constant(at,
+                         m_count); // always all of it, which is quicker than just its size; prf stands over the rest
+        return asn_put_constant(at + m_count_size, prf);
     }
 
     uint8_t* put_scheme(uint8_t* at) const {
@@ -75,7 +77,7 @@ class algorithm_writer_t {
     }
 
     const pkcs8_encrypted_pki_gost_t& m_key;
-    uint8_t m_count[asn_max_uint32_content_size];
+    std::array<uint8_t, asn_max_uint32_content_size> m_count{};
     uint64_t m_count_size;
     uint64_t m_pbkdf2_params_size;
     uint64_t m_derivation_size;
@@ -137,7 +139,7 @@ bool asn_read_pkcs8_encrypted_alg(const uint8_t* content, uint64_t length, pkcs8
 
 void asn_write_pkcs8_encrypted_alg(const pkcs8_encrypted_pki_gost_t& key, std::string& out) {
     const algorithm_writer_t algorithm(key);
-    asn_replace_by_block(out, algorithm.size(), [&](uint8_t* at) { algorithm.put(at); });
+    asn_replace_by_block(out, algorithm.size(), {key.salt, key.iv}, [&](uint8_t* at) { algorithm.put(at); });
 }
 
 } // namespace pkider
@@ -158,7 +160,8 @@ void asn_write_pkcs8_encrypted_pki_gost(const pkcs8_encrypted_pki_gost_t& key, s
 
     const algorithm_writer_t algorithm(key);
     const uint64_t info_size = algorithm.size() + asn_checked_element_size(key.encrypted_len);
-    asn_replace_by_block(out, asn_checked_element_size(info_size), [&](uint8_t* at) {
+    const std::initializer_list<const uint8_t*> inputs = {key.salt, key.iv, key.encrypted};
+    asn_replace_by_block(out, asn_checked_element_size(info_size), inputs, [&](uint8_t* at) {
         at = asn_put_header(at, asn_tag_t::SEQUENCE, info_size);
         at = algorithm.put(at);
         at = asn_put_header(at, asn_tag_t::OCTET_STRING, key.encrypted_len);

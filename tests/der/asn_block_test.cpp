@@ -56,23 +56,36 @@ TEST(AsnAppender, AppendsEverythingInOrder) {
     }
 }
 
-// On both sides of the size up to which the stack is used.
 TEST(AsnBlock, ReplacesTheOutputByWhatWasFilled) {
-    for (const std::size_t size : {0u, 1u, 511u, 512u, 513u, 100'000u}) {
+    for (const std::size_t size : {0u, 1u, 15u, 16u, 100'000u}) {
         std::string out = "before";
-        asn_replace_by_block(out, size, [&](uint8_t* at) {
-            EXPECT_EQ(out, "before");
-            std::fill_n(at, size, uint8_t{'f'});
-        });
+        asn_replace_by_block(out, size, {}, [&](uint8_t* at) { std::fill_n(at, size, uint8_t{'f'}); });
         EXPECT_EQ(out, std::string(size, 'f'));
     }
 }
 
-TEST(AsnBlock, SmallBlocksNeedNoAllocationWhereThereIsRoom) {
+TEST(AsnBlock, FillsInPlaceWhereThereIsRoom) {
     std::string out(512, 'x');
-    const auto fill = [](uint8_t* at) { std::fill_n(at, 512, uint8_t{'f'}); };
-    EXPECT_EQ(count_allocations([&] { asn_replace_by_block(out, 512, fill); }), 0u);
-    EXPECT_EQ(out, std::string(512, 'f'));
+    const char* const place = out.data();
+    for (const std::size_t size : {512u, 511u, 0u, 512u}) {
+        const auto fill = [&](uint8_t* at) { std::fill_n(at, size, uint8_t{'f'}); };
+        EXPECT_EQ(count_allocations([&] { asn_replace_by_block(out, size, {nullptr}, fill); }), 0u);
+        EXPECT_EQ(out, std::string(size, 'f'));
+        EXPECT_EQ(out.data(), place);
+    }
+}
+
+// The first byte of the storage, and its last.
+TEST(AsnBlock, KeepsAnOutputThatHoldsAnInputUntilAllIsWritten) {
+    for (const std::size_t place : {0u, 99u}) {
+        std::string out(100, 'x');
+        const auto* const input = reinterpret_cast<const uint8_t*>(out.data()) + place;
+        asn_replace_by_block(out, 100, {nullptr, input}, [&](uint8_t* at) {
+            std::fill_n(at, 100, uint8_t{'f'});
+            at[50] = *input;
+        });
+        EXPECT_EQ(out, std::string(50, 'f') + 'x' + std::string(49, 'f'));
+    }
 }
 
 TEST(AsnBlock, FailedAllocationLeavesTheOutput) {
@@ -80,7 +93,7 @@ TEST(AsnBlock, FailedAllocationLeavesTheOutput) {
         const auto replace = [&] {
             std::string out = "before";
             try {
-                asn_replace_by_block(out, size, [&](uint8_t* at) { std::fill_n(at, size, uint8_t{'f'}); });
+                asn_replace_by_block(out, size, {}, [&](uint8_t* at) { std::fill_n(at, size, uint8_t{'f'}); });
             } catch (...) {
                 EXPECT_EQ(out, "before");
                 throw;
