@@ -1,6 +1,6 @@
 #include <pkider/pkcs8.h>
 
-#include "der/element_reader.h"
+#include "pkcs8/private_key_info.h"
 
 // PrivateKeyInfo ::= SEQUENCE {                                                                       (RFC 5208 5)
 //     version              INTEGER,
@@ -13,13 +13,9 @@ bool asn_read_pkcs8_priv_key_info(const uint8_t* der, uint32_t len, asn_pkcs8_pr
     using namespace pkider;
 
     asn_element_t input{nullptr, der, len};
-    asn_element_t info, version, algorithm;
+    asn_element_t info, algorithm, oid, parameters;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, info)) return false;
-    if (!asn_next_element(asn_tag_t::INTEGER, info, version)) return false;
-    if (!asn_next_element(asn_tag_t::SEQUENCE, info, algorithm)) return false;
-
-    asn_element_t oid, parameters;
-    if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, algorithm, oid)) return false;
+    if (!next_key_algorithm(info, algorithm, oid)) return false;
     out.alg_oid_len = static_cast<uint32_t>(oid.length); // inside `len` bytes
     out.alg_oid = oid.content;
     if (!asn_next_element(asn_tag_t::ANY, algorithm, parameters)) return false;
