@@ -1,8 +1,6 @@
 // The DER of a Name (X.501 RDNSequence) to a line of text.
 #pragma once
 
-#include "dn/text_sink.h"
-
 #include <pkider/dn.h>
 
 #include <cstdint>
@@ -13,10 +11,5 @@ namespace pkider {
 /// asn_dn_to_printable, with the fault it found: DN_FAULT_NOT_A_NAME to DN_FAULT_NUMERIC_STRING, at a byte of the DER.
 asn_dn_result_t asn_dn_to_printable_r(const uint8_t* der, uint32_t length, std::string& out, PrintableDnOrder order,
                                       oid_map_handle_t map);
-
-/// Prints an attribute type and "=": the short name where `map` has one, else dotted text.
-///
-/// @return  False when neither can be had; the arcs that could be read have then been printed.
-bool dn_attr_type_to_printable(const uint8_t* oid, uint64_t length, text_sink_t& out, oid_map_handle_t map);
 
 } // namespace pkider

@@ -1,20 +1,17 @@
 #include "dn/text_sink.h"
 
+#include <algorithm>
+
 namespace pkider {
 
-std::string& text_sink_t::spill() {
-    m_text.append(m_block, m_used);
-    m_used = 0;
-    return m_text;
-}
-
-std::string_view text_sink_t::text() {
-    if (m_text.empty()) return {m_block, m_used};
-    return spill();
-}
-
-void text_sink_t::put_past_block(const void* text, std::size_t size) {
-    spill().append(static_cast<const char*>(text), size);
+void text_sink_t::grow(std::size_t size) {
+    const auto old_room = static_cast<std::size_t>(m_room_end - m_begin);
+    const std::size_t new_room = std::max(2 * old_room, this->size() + size);
+    std::unique_ptr<char[]> block(new char[new_room]); // not zeroed
+    m_end = std::copy(m_begin, m_end, block.get());
+    m_begin = block.get();
+    m_room_end = m_begin + new_room;
+    m_heap_block = std::move(block);
 }
 
 } // namespace pkider

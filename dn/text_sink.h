@@ -1,12 +1,16 @@
-// Text while it is put together: short pieces gather in a block on the stack, and only what outgrows it takes a string.
-// Printing a Name takes some twenty pieces, and the book-keeping of std::string for each would cost more than all the
-// rest. The output is written once, at the end, so that it may hold the input and stays as it was when memory runs out.
+// Text while it is put together: in a block on the stack, and what outgrows it in one on the heap. Printing a Name
+// takes some twenty pieces, and the book-keeping of std::string for each would cost more than all the rest. The output
+// is written once, at the end, so that it may hold the input and stays as it was when memory runs out.
+//
+//     char* at = sink.room(3);    // one look at the room for a group of pieces
+//     at[0] = 'C', at[1] = 'N', at[2] = '=';
+//     sink.take(3);
 #pragma once
 
 #include "platform/short_bytes.h"
 
 #include <cstddef>
-#include <string>
+#include <memory>
 #include <string_view>
 
 namespace pkider {
@@ -17,35 +21,46 @@ class text_sink_t {
 
     /// @param expected_size  Room for so much is taken at once if it exceeds the block.
     explicit text_sink_t(std::size_t expected_size = 0) {
-        if (expected_size > block_size) m_text.reserve(expected_size);
+        if (expected_size > block_size) grow(expected_size);
     }
     text_sink_t(const text_sink_t&) = delete;
     text_sink_t& operator=(const text_sink_t&) = delete;
 
+    /// A place behind the text for `size` more characters.
+    ///
+    /// @throws std::bad_alloc; the text is then as it was.
+    char* room(std::size_t size) {
+        if (size > static_cast<std::size_t>(m_room_end - m_end)) [[unlikely]]
+            grow(size);
+        return m_end;
+    }
+    /// Takes the first `size` characters of it, which were written.
+    void take(std::size_t size) { m_end += size; }
+
     void put(char c) {
-        if (m_used == block_size) spill();
-        m_block[m_used++] = c;
+        *room(1) = c;
+        take(1);
     }
 
     void put(const void* text, std::size_t size) {
-        if (size > block_size - m_used) return put_past_block(text, size);
-        copy_short(m_block + m_used, text, size);
-        m_used += size;
+        copy_short(room(size), text, size);
+        take(size);
     }
 
-    /// All text so far as a string, to which the caller may append.
-    std::string& spill();
+    void clear() { m_end = m_begin; }
+
+    std::size_t size() const { return static_cast<std::size_t>(m_end - m_begin); }
 
     /// All text so far, until more is put.
-    std::string_view text();
-
-    std::size_t size() const { return m_text.size() + m_used; }
+    std::string_view text() const { return {m_begin, size()}; }
 
   private:
-    void put_past_block(const void* text, std::size_t size);
+    void grow(std::size_t size);
 
-    std::string m_text; // in front of what the block holds
-    std::size_t m_used = 0;
+    char* m_begin = m_block;
+    char* m_end = m_block;
+    char* m_room_end = m_block + block_size;
+    std::unique_ptr<char[]> m_heap_block;
     char m_block[block_size];
 };
 

@@ -487,19 +487,4 @@ TEST(DnDecoder, LeavesTheOutputWhenAllocationFails) {
     }
 }
 
-TEST(DnAttrTypeToPrintable, PrintsNameOrArcsAndAnEqualsSign) {
-    const auto printed = [](const char* oid, oid_map_handle_t map, bool expected) {
-        const bytes_t bytes = from_hex(oid);
-        text_sink_t sink;
-        sink.put('>');
-        EXPECT_EQ(dn_attr_type_to_printable(bytes.data(), bytes.size(), sink, map), expected);
-        return std::string(sink.text());
-    };
-    EXPECT_EQ(printed("55 04 03", OID_MAP_HANDLE_DEFAULT, true), ">CN=");
-    EXPECT_EQ(printed("55 04 03", no_map, true), ">2.5.4.3=");
-    EXPECT_EQ(printed("2A 03 04", OID_MAP_HANDLE_DEFAULT, true), ">1.2.3.4=");
-    EXPECT_EQ(printed("2A 86", OID_MAP_HANDLE_DEFAULT, false), ">1.2.");
-    EXPECT_EQ(printed("", OID_MAP_HANDLE_DEFAULT, false), ">");
-}
-
 } // namespace

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <new>
 #include <string>
 
 using namespace pkider;
@@ -33,12 +34,39 @@ TEST(TextSink, KeepsPiecesInOrder) {
     sink.put(nullptr, 0);
     EXPECT_EQ(sink.text(), "123");
     EXPECT_EQ(sink.size(), 3u);
-    sink.spill() += "4";
+    sink.room(2)[0] = '4'; // not all of the room is taken
+    sink.take(1);
     sink.put('5');
     EXPECT_EQ(sink.size(), 5u);
     EXPECT_EQ(sink.text(), "12345");
     sink.put('6');
     EXPECT_EQ(sink.text(), "123456");
+}
+
+TEST(TextSink, BeginsAgainWhenCleared) {
+    text_sink_t sink;
+    sink.put(std::string(2'000, 'a').data(), 2'000);
+    sink.clear();
+    EXPECT_EQ(sink.text(), "");
+    sink.put('b');
+    EXPECT_EQ(sink.text(), "b");
+}
+
+TEST(TextSink, StaysAsItWasWhenAllocationFails) {
+    const std::size_t num_failures = for_each_failing_allocation(
+        [] {
+            text_sink_t sink;
+            std::size_t size = 0;
+            try {
+                for (; size < 2'000; ++size) sink.put('a');
+            } catch (const std::bad_alloc&) {
+                EXPECT_EQ(sink.text().size(), size);
+                EXPECT_EQ(sink.text().find_first_not_of('a'), std::string_view::npos);
+                throw;
+            }
+        },
+        [] {});
+    EXPECT_EQ(num_failures, 2u); // at 512 and 1,024 characters
 }
 
 TEST(TextSink, PiecesOfEverySizeMeetTheEndOfTheBlock) {
