@@ -35,6 +35,9 @@ class oid_map_t {
     /// Back to what the map started with. Entries added by a text end their life.
     void clear() noexcept;
 
+    /// Whether the built-in rows answer first.
+    bool begins_with_builtin() const { return m_has_builtin; }
+
     const OIDdescr_t* find_asn(const uint8_t* asn, uint64_t length) const {
         const OIDdescr_t* const row = m_has_builtin ? builtin_by_x520_contents.find(asn, length) : nullptr;
         return row != nullptr ? row : find_asn_anywhere(asn, length);
