@@ -38,7 +38,7 @@ class reversed_line_t {
     void take(std::size_t size) { m_text.take(size); }
 
     text_sink_t& begin() {
-        m_rdn.clear();
+        m_rdn.cut(0);
         return m_rdn;
     }
     void end() {

@@ -47,7 +47,10 @@ class text_sink_t {
         take(size);
     }
 
-    void clear() { m_end = m_begin; }
+    /// Drops all but the first `size` characters.
+    void cut(std::size_t size) { m_end = m_begin + size; }
+
+    char* data() { return m_begin; }
 
     std::size_t size() const { return static_cast<std::size_t>(m_end - m_begin); }
 

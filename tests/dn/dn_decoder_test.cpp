@@ -422,6 +422,22 @@ TEST(DnDecoder, TypicalNameTakesOneAllocation) {
     }
 }
 
+TEST(DnDecoder, NeedsAtMostThreeTimesItsOutput) {
+    bytes_t contents;
+    for (int i = 0; i < 10'000; ++i) {
+        const bytes_t rdn = "31 0E 30 0C 06 03 55 04 03 13 05 61 62 63 64 65"_hex;
+        contents.insert(contents.end(), rdn.begin(), rdn.end());
+    }
+    const bytes_t der = element(0x30, contents);
+    for (const PrintableDnOrder order : {DN_ORDER_AS_ENCODED, DN_ORDER_REVERSED}) {
+        std::string out;
+        const std::size_t peak = peak_allocated_bytes([&] {
+            asn_dn_to_printable(der.data(), static_cast<uint32_t>(der.size()), out, order, OID_MAP_HANDLE_DEFAULT);
+        });
+        EXPECT_LE(peak, 3 * out.size()) << order;
+    }
+}
+
 TEST(DnDecoder, Prints200000RdnsInBothOrders) {
     constexpr std::size_t num_rdns = 200'000;
     bytes_t contents;

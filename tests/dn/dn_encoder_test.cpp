@@ -302,7 +302,18 @@ TEST(DnEncoder, LeavesTheOutputWhenAllocationFails) {
             EXPECT_TRUE(encoding == expected);
         },
         [] {});
-    EXPECT_GE(num_failures, 3u); // pairs, scratch, output
+    EXPECT_GE(num_failures, 3u); // DER aside, values, output
+}
+
+TEST(DnEncoder, NeedsAtMostThreeTimesItsOutput) {
+    for (const char separator : {',', '+'}) {
+        std::string line;
+        for (int i = 0; i < 10'000; ++i) line += "OU=Example Unit" + std::string(i < 9'999, separator);
+        std::string der;
+        const std::size_t peak =
+            peak_allocated_bytes([&] { printable_to_asn_dn(line.c_str(), der, OID_MAP_HANDLE_DEFAULT); });
+        EXPECT_LE(peak, 3 * der.size()) << separator;
+    }
 }
 
 TEST(DnEncoder, TypicalNameTakesOneAllocation) {

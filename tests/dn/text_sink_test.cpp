@@ -43,10 +43,10 @@ TEST(TextSink, KeepsPiecesInOrder) {
     EXPECT_EQ(sink.text(), "123456");
 }
 
-TEST(TextSink, BeginsAgainWhenCleared) {
+TEST(TextSink, DropsWhatIsCutOff) {
     text_sink_t sink;
     sink.put(std::string(2'000, 'a').data(), 2'000);
-    sink.clear();
+    sink.cut(0);
     EXPECT_EQ(sink.text(), "");
     sink.put('b');
     EXPECT_EQ(sink.text(), "b");
