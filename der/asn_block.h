@@ -17,7 +17,6 @@
 #include <cstdint>
 #include <cstring>
 #include <initializer_list>
-#include <iterator>
 #include <string>
 #include <utility>
 
@@ -52,57 +51,24 @@ uint8_t* asn_put_constant(uint8_t* at, const std::array<uint8_t, Size>& bytes) {
     return at + Size;
 }
 
-/// Appends to a string whose room was reserved. Pieces of a few bytes are gathered first: a header at a time would cost
-/// more in calls than in bytes, and filling the string in place would mean to write its zeros before.
+/// Lengthens `out` by `size` bytes, which the caller fills, and returns the first of them.
 ///
-///     uint8_t* at = out.begin_piece(2 * asn_max_header_size);
-///     at = asn_put_header(at, asn_tag_t::SEQUENCE, size);
-///     out.end_piece(asn_put_header(at, asn_tag_t::OCTET_STRING, key_len));
-///     out.bytes(key, key_len);
-///     out.flush();
-class asn_appender_t {
-  public:
-    static constexpr std::size_t max_piece_size = 256;
+/// For a string whose room was reserved: what stands between large spans is put there, the spans are appended. To write
+/// the zeros before costs less than to gather the pieces elsewhere and copy them (1,000 certificates: 36 ns each
+/// instead of 40).
+inline uint8_t* asn_append_room(std::string& out, uint64_t size) {
+    out.append(static_cast<std::size_t>(size), '\0');
+    return reinterpret_cast<uint8_t*>(out.data()) + out.size() - size;
+}
 
-    explicit asn_appender_t(std::string& out) : m_out(out), m_at(m_gathered) {}
-    asn_appender_t(const asn_appender_t&) = delete;
-    asn_appender_t& operator=(const asn_appender_t&) = delete;
-
-    /// A place for a piece of at most `max_size` bytes, max_piece_size or less.
-    uint8_t* begin_piece(std::size_t max_size) {
-        if (static_cast<std::size_t>(std::end(m_gathered) - m_at) < max_size) flush();
-        return m_at;
+/// Appends `count` bytes; a null `bytes` stands for zeros.
+inline void asn_append_bytes(std::string& out, const uint8_t* bytes, uint64_t count) {
+    if (bytes == nullptr) {
+        out.append(static_cast<std::size_t>(count), '\0');
+    } else {
+        out.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count));
     }
-    /// Takes the piece up to `end`.
-    void end_piece(uint8_t* end) { m_at = end; }
-
-    /// Takes `count` bytes; a null `bytes` stands for zeros.
-    void bytes(const uint8_t* bytes, uint64_t count) {
-        constexpr uint64_t few = 64;
-        if (count <= few) {
-            end_piece(asn_put_bytes(begin_piece(few), bytes, count));
-            return;
-        }
-        flush();
-        if (bytes == nullptr) {
-            m_out.append(static_cast<std::size_t>(count), '\0');
-        } else {
-            m_out.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count));
-        }
-    }
-    void bytes(const std::string& text) { bytes(reinterpret_cast<const uint8_t*>(text.data()), text.size()); }
-
-    /// Appends what was gathered. The last call of every user.
-    void flush() {
-        m_out.append(reinterpret_cast<const char*>(m_gathered), static_cast<std::size_t>(m_at - m_gathered));
-        m_at = m_gathered;
-    }
-
-  private:
-    std::string& m_out;
-    uint8_t* m_at;
-    uint8_t m_gathered[max_piece_size];
-};
+}
 
 /// True when `bytes` stand in the storage of `out`, as those of a record that was read from it.
 inline bool asn_stand_in(const std::string& out, const uint8_t* bytes) {

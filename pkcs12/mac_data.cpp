@@ -45,21 +45,17 @@ mac_data_writer_t::mac_data_writer_t(const pkcs12_mac_t& mac)
                      asn_element_size(m_count_size)),
       m_size(asn_checked_element_size(m_content_size)) {}
 
-void mac_data_writer_t::append_to(asn_appender_t& out) const {
-    uint8_t* at = out.begin_piece(3 * asn_max_header_size + digest_algorithm.size());
+void mac_data_writer_t::append_to(std::string& out) const {
+    uint8_t* at = asn_append_room(out, m_size);
     at = asn_put_header(at, asn_tag_t::SEQUENCE, m_content_size);
     at = asn_put_header(at, asn_tag_t::SEQUENCE, m_digest_info_size);
     at = asn_put_constant(at, digest_algorithm);
-    out.end_piece(asn_put_header(at, asn_tag_t::OCTET_STRING, m_mac.digest_len));
-    out.bytes(m_mac.digest, m_mac.digest_len);
-
-    at = out.begin_piece(asn_max_header_size);
-    out.end_piece(asn_put_header(at, asn_tag_t::OCTET_STRING, m_mac.salt_len));
-    out.bytes(m_mac.salt, m_mac.salt_len);
-
-    at = out.begin_piece(asn_max_header_size);
-    out.end_piece(asn_put_header(at, asn_tag_t::INTEGER, m_count_size));
-    out.bytes(m_count, m_count_size);
+    at = asn_put_header(at, asn_tag_t::OCTET_STRING, m_mac.digest_len);
+    at = asn_put_bytes(at, m_mac.digest, m_mac.digest_len);
+    at = asn_put_header(at, asn_tag_t::OCTET_STRING, m_mac.salt_len);
+    at = asn_put_bytes(at, m_mac.salt, m_mac.salt_len);
+    at = asn_put_header(at, asn_tag_t::INTEGER, m_count_size);
+    asn_put_bytes(at, m_count, m_count_size);
 }
 
 } // namespace pkider

@@ -7,6 +7,7 @@
 #include "der/uint32_content.h"
 
 #include <cstdint>
+#include <string>
 
 namespace pkider {
 
@@ -20,7 +21,7 @@ class mac_data_writer_t {
     uint64_t size() const { return m_size; }
 
     /// Appends size() bytes to `out`.
-    void append_to(asn_appender_t& out) const;
+    void append_to(std::string& out) const;
 
   private:
     const pkcs12_mac_t& m_mac;

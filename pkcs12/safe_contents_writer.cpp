@@ -21,15 +21,13 @@ uint64_t attribute_size(uint64_t value_len) {
     return value_len == 0 ? 0 : asn_checked_element_size(attribute_content_size(value_len));
 }
 
-void append_attribute(const attribute_oid_t& oid, uint8_t tag, const uint8_t* value, uint64_t value_len,
-                      asn_appender_t& out) {
-    if (value_len == 0) return;
-    uint8_t* at = out.begin_piece(3 * asn_max_header_size + oid.size());
+uint8_t* put_attribute(uint8_t* at, const attribute_oid_t& oid, uint8_t tag, const uint8_t* value, uint64_t value_len) {
+    if (value_len == 0) return at;
     at = asn_put_header(at, asn_tag_t::SEQUENCE, attribute_content_size(value_len));
     at = asn_put_constant(at, oid);
     at = asn_put_header(at, asn_tag_t::SET, asn_element_size(value_len));
-    out.end_piece(asn_put_header(at, tag, value_len));
-    out.bytes(value, value_len);
+    at = asn_put_header(at, tag, value_len);
+    return asn_put_bytes(at, value, value_len);
 }
 
 // SafeBag ::= SEQUENCE { bagId OBJECT IDENTIFIER, bagValue [0], bagAttributes SET OPTIONAL }          (RFC 7292 4.2)
@@ -60,38 +58,49 @@ bag_sizes_t count_bag(const pkcs12_item_t& item) {
     return sizes;
 }
 
-constexpr std::size_t max_bag_head_size =
-    5 * asn_max_header_size + pkcs12_oid::cert_bag.size() + pkcs12_oid::x509_certificate.size();
+bool has_value(const pkcs12_item_t& item) {
+    return item.type == PKCS12_ITEM_KEY || item.type == PKCS12_ITEM_CERT;
+}
+
+uint64_t attributes_size(const bag_sizes_t& sizes) {
+    return sizes.attributes == 0 ? 0 : asn_element_size(sizes.attributes);
+}
+
+uint64_t bag_head_size(const pkcs12_item_t& item, const bag_sizes_t& sizes) {
+    return asn_element_size(sizes.bag) - attributes_size(sizes) - (has_value(item) ? item.data_len : 0);
+}
 
 // All that stands in front of the item's data. Keys go into keyBags even when the whole is encrypted afterwards.
 // Wanted: Pkcs12Writer.RequiredKeysAreNeverShrouded.
 // An item of an unknown type has no bag type and no value.
 // Wanted: Pkcs12Writer.RequiredItemOfUnknownTypeIsABagOfAttributesOnly.
-uint8_t* put_bag_head(uint8_t* at, const pkcs12_item_t& item, const bag_sizes_t& sizes) {
+void put_bag_head(uint8_t* at, const pkcs12_item_t& item, const bag_sizes_t& sizes) {
     at = asn_put_header(at, asn_tag_t::SEQUENCE, sizes.bag);
     if (item.type == PKCS12_ITEM_KEY) {
         at = asn_put_constant(at, pkcs12_oid::key_bag);
-        return asn_put_header(at, asn_tag_t::CONTEXT_0, sizes.value);
+        asn_put_header(at, asn_tag_t::CONTEXT_0, sizes.value);
+    } else if (item.type == PKCS12_ITEM_CERT) {
+        at = asn_put_constant(at, pkcs12_oid::cert_bag);
+        at = asn_put_header(at, asn_tag_t::CONTEXT_0, sizes.value);
+        at = asn_put_header(at, asn_tag_t::SEQUENCE, sizes.cert_bag);
+        at = asn_put_constant(at, pkcs12_oid::x509_certificate);
+        at = asn_put_header(at, asn_tag_t::CONTEXT_0, sizes.cert_value);
+        asn_put_header(at, asn_tag_t::OCTET_STRING, item.data_len);
     }
-    if (item.type != PKCS12_ITEM_CERT) return at;
-    at = asn_put_constant(at, pkcs12_oid::cert_bag);
-    at = asn_put_header(at, asn_tag_t::CONTEXT_0, sizes.value);
-    at = asn_put_header(at, asn_tag_t::SEQUENCE, sizes.cert_bag);
-    at = asn_put_constant(at, pkcs12_oid::x509_certificate);
-    at = asn_put_header(at, asn_tag_t::CONTEXT_0, sizes.cert_value);
-    return asn_put_header(at, asn_tag_t::OCTET_STRING, item.data_len);
 }
 
-void append_bag(const pkcs12_item_t& item, asn_appender_t& out) {
-    const bag_sizes_t sizes = count_bag(item);
-    out.end_piece(put_bag_head(out.begin_piece(max_bag_head_size), item, sizes));
-    if (item.type <= PKCS12_ITEM_CERT) out.bytes(item.data, item.data_len);
-    if (sizes.attributes == 0) return;
+void put_attributes(uint8_t* at, const pkcs12_item_t& item, const bag_sizes_t& sizes) {
+    at = asn_put_header(at, asn_tag_t::SET, sizes.attributes);
+    at = put_attribute(at, pkcs12_oid::friendly_name, pkcs12_tag::bmp_string, item.friendly_name,
+                       item.friendly_name_len);
+    put_attribute(at, pkcs12_oid::local_key_id, asn_tag_t::OCTET_STRING, item.local_key_id, item.local_key_id_len);
+}
 
-    out.end_piece(asn_put_header(out.begin_piece(asn_max_header_size), asn_tag_t::SET, sizes.attributes));
-    append_attribute(pkcs12_oid::friendly_name, pkcs12_tag::bmp_string, item.friendly_name, item.friendly_name_len,
-                     out);
-    append_attribute(pkcs12_oid::local_key_id, asn_tag_t::OCTET_STRING, item.local_key_id, item.local_key_id_len, out);
+void append_bag(const pkcs12_item_t& item, std::string& out) {
+    const bag_sizes_t sizes = count_bag(item);
+    put_bag_head(asn_append_room(out, bag_head_size(item, sizes)), item, sizes);
+    if (has_value(item)) asn_append_bytes(out, item.data, item.data_len);
+    if (sizes.attributes != 0) put_attributes(asn_append_room(out, attributes_size(sizes)), item, sizes);
 }
 
 uint64_t count_bags(const std::list<pkcs12_item_t>& items) {
@@ -111,9 +120,10 @@ safe_contents_writer_t::safe_contents_writer_t(const std::list<pkcs12_item_t>& i
       m_safe_size(asn_checked_element_size(m_bags_size)),
       m_size(asn_checked_element_size(m_safe_size)) {}
 
-void safe_contents_writer_t::append_to(asn_appender_t& out) const {
-    uint8_t* const at = asn_put_header(out.begin_piece(2 * asn_max_header_size), asn_tag_t::OCTET_STRING, m_safe_size);
-    out.end_piece(asn_put_header(at, asn_tag_t::SEQUENCE, m_bags_size));
+void safe_contents_writer_t::append_to(std::string& out) const {
+    uint8_t* const at =
+        asn_put_header(asn_append_room(out, m_size - m_bags_size), asn_tag_t::OCTET_STRING, m_safe_size);
+    asn_put_header(at, asn_tag_t::SEQUENCE, m_bags_size);
     for (const pkcs12_item_t& item : m_items) append_bag(item, out);
 }
 

@@ -3,10 +3,9 @@
 
 #include <pkider/pkcs12.h>
 
-#include "der/asn_block.h"
-
 #include <cstdint>
 #include <list>
+#include <string>
 
 namespace pkider {
 
@@ -20,7 +19,7 @@ class safe_contents_writer_t {
     uint64_t size() const { return m_size; }
 
     /// Appends size() bytes to `out`.
-    void append_to(asn_appender_t& out) const;
+    void append_to(std::string& out) const;
 
   private:
     const std::list<pkcs12_item_t>& m_items;

@@ -20,9 +20,8 @@ constexpr auto version_3 = std::array<uint8_t, 3>{0x02, 0x01, 0x03};
 
 // ContentInfo ::= SEQUENCE { contentType OBJECT IDENTIFIER, content [0] }                              (RFC 2315 7)
 //
-// Its header is what stands in front of the content: everything but the content element itself.
+// Its head is what stands in front of the content: everything but the content element itself.
 using content_type_t = decltype(pkcs12_oid::data);
-constexpr std::size_t max_content_info_head_size = 2 * asn_max_header_size + std::tuple_size_v<content_type_t>;
 
 uint64_t content_info_size(uint64_t element_size) {
     return asn_checked_element_size(std::tuple_size_v<content_type_t> + asn_checked_element_size(element_size));
@@ -34,6 +33,10 @@ uint8_t* put_content_info_head(uint8_t* at, const content_type_t& type, uint64_t
     return asn_put_header(at, asn_tag_t::CONTEXT_0, element_size);
 }
 
+void append_content_info_head(const content_type_t& type, uint64_t element_size, std::string& out) {
+    put_content_info_head(asn_append_room(out, content_info_size(element_size) - element_size), type, element_size);
+}
+
 // EncryptedData ::= SEQUENCE { version 0, SEQUENCE { data, algorithm, [0] IMPLICIT OCTET STRING } }    (RFC 2315 13)
 class encrypted_data_writer_t {
   public:
@@ -42,9 +45,7 @@ class encrypted_data_writer_t {
     //
     // `block` is empty before and after; the plaintext stands in it meanwhile.
     encrypted_data_writer_t(const safe_contents_writer_t& safe, pbe_crypto_t& crypto, std::string& block) {
-        asn_appender_t plain(block);
-        safe.append_to(plain);
-        plain.flush();
+        safe.append_to(block);
         pkcs8_encrypted_pki_gost_t params;
         crypto.encrypt(reinterpret_cast<const uint8_t*>(block.data()), block.size(), params, m_encrypted);
         asn_write_pkcs8_encrypted_alg(params, m_algorithm); // `params` may point into m_encrypted and `block`
@@ -57,17 +58,15 @@ class encrypted_data_writer_t {
 
     uint64_t size() const { return m_size; }
 
-    void append_to(asn_appender_t& out) const {
-        uint8_t* at = out.begin_piece(2 * asn_max_header_size + version_0.size() + pkcs12_oid::data.size());
+    void append_to(std::string& out) const {
+        uint8_t* at = asn_append_room(out, m_size - m_encrypted.size());
         at = asn_put_header(at, asn_tag_t::SEQUENCE, m_content_size);
         at = asn_put_constant(at, version_0);
         at = asn_put_header(at, asn_tag_t::SEQUENCE, m_info_size);
-        out.end_piece(asn_put_constant(at, pkcs12_oid::data));
-        out.bytes(m_algorithm);
-
-        at = out.begin_piece(asn_max_header_size);
-        out.end_piece(asn_put_header(at, pkcs12_tag::primitive_0, m_encrypted.size()));
-        out.bytes(m_encrypted);
+        at = asn_put_constant(at, pkcs12_oid::data);
+        at = std::copy(m_algorithm.begin(), m_algorithm.end(), at);
+        asn_put_header(at, pkcs12_tag::primitive_0, m_encrypted.size());
+        out.append(m_encrypted);
     }
 
   private:
@@ -81,10 +80,12 @@ class encrypted_data_writer_t {
 // PFX ::= SEQUENCE { version 3, authSafe ContentInfo, macData MacData }                                 (RFC 7292 4)
 //
 // Its head is what stands in front of the OCTET STRING that carries the AuthenticatedSafe.
-constexpr std::size_t max_pfx_head_size = asn_max_header_size + version_3.size() + max_content_info_head_size;
-
 uint64_t pfx_content_size(uint64_t safe_size, uint64_t mac_data_size) {
     return version_3.size() + content_info_size(safe_size) + mac_data_size;
+}
+
+uint64_t pfx_head_size(uint64_t safe_size, uint64_t mac_data_size) {
+    return asn_checked_element_size(pfx_content_size(safe_size, mac_data_size)) - safe_size - mac_data_size;
 }
 
 uint8_t* put_pfx_head(uint8_t* at, uint64_t safe_size, uint64_t mac_data_size) {
@@ -131,46 +132,39 @@ unfinished_pfx_t begin_pfx(const pkcs12_easy_t& in, pbe_crypto_t& crypto) {
     }
     const uint64_t octets_size = asn_checked_element_size(infos_size);
     pfx.safe_size = static_cast<std::size_t>(asn_checked_element_size(octets_size));
-    reserve_room(pfx.bytes, max_pfx_head_size + pfx.safe_size + mac_data_room);
+    pfx.head_size = static_cast<std::size_t>(pfx_head_size(pfx.safe_size, usual_mac_data_size));
+    reserve_room(pfx.bytes, pfx.head_size + pfx.safe_size + mac_data_room);
 
-    asn_appender_t out(pfx.bytes);
-    uint8_t* const head = out.begin_piece(max_pfx_head_size + 2 * asn_max_header_size);
-    uint8_t* at = put_pfx_head(head, pfx.safe_size, usual_mac_data_size);
-    pfx.head_size = static_cast<std::size_t>(at - head);
+    uint8_t* at = asn_append_room(pfx.bytes, pfx.head_size + pfx.safe_size - infos_size);
+    at = put_pfx_head(at, pfx.safe_size, usual_mac_data_size);
     at = asn_put_header(at, asn_tag_t::OCTET_STRING, octets_size);
-    out.end_piece(asn_put_header(at, asn_tag_t::SEQUENCE, infos_size));
+    asn_put_header(at, asn_tag_t::SEQUENCE, infos_size);
     if (plain) {
-        at = out.begin_piece(max_content_info_head_size);
-        out.end_piece(put_content_info_head(at, pkcs12_oid::data, plain->size()));
-        plain->append_to(out);
+        append_content_info_head(pkcs12_oid::data, plain->size(), pfx.bytes);
+        plain->append_to(pfx.bytes);
     }
     if (encrypted) {
-        at = out.begin_piece(max_content_info_head_size);
-        out.end_piece(put_content_info_head(at, pkcs12_oid::encrypted_data, encrypted->size()));
-        encrypted->append_to(out);
+        append_content_info_head(pkcs12_oid::encrypted_data, encrypted->size(), pfx.bytes);
+        encrypted->append_to(pfx.bytes);
     }
-    out.flush();
     return pfx;
 }
 
 std::string finish_pfx(unfinished_pfx_t pfx, const pkcs12_mac_t& mac) {
     const mac_data_writer_t mac_data(mac);
-    const uint64_t size = asn_checked_element_size(pfx_content_size(pfx.safe_size, mac_data.size()));
-    uint8_t head[max_pfx_head_size];
-    const auto head_size = static_cast<std::size_t>(put_pfx_head(head, pfx.safe_size, mac_data.size()) - head);
+    const auto head_size = static_cast<std::size_t>(pfx_head_size(pfx.safe_size, mac_data.size()));
+    const uint64_t size = head_size + pfx.safe_size + mac_data.size();
 
     std::string bytes;
     if (head_size == pfx.head_size && size <= pfx.bytes.capacity()) { // as foreseen
         bytes.swap(pfx.bytes);
-        std::copy_n(head, head_size, bytes.begin());
     } else {
         bytes.reserve(static_cast<std::size_t>(size));
-        bytes.append(reinterpret_cast<const char*>(head), head_size);
+        bytes.append(head_size, '\0');
         bytes.append(pfx.bytes, pfx.head_size, pfx.safe_size);
     }
-    asn_appender_t out(bytes);
-    mac_data.append_to(out);
-    out.flush();
+    put_pfx_head(reinterpret_cast<uint8_t*>(bytes.data()), pfx.safe_size, mac_data.size());
+    mac_data.append_to(bytes);
     return bytes;
 }
 

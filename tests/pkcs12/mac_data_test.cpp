@@ -185,9 +185,7 @@ TEST(MacData, TakesNullForNoBytes) {
 std::string written(const pkcs12_mac_t& mac) {
     const mac_data_writer_t writer(mac);
     std::string out = "before ";
-    asn_appender_t appender(out);
-    writer.append_to(appender);
-    appender.flush();
+    writer.append_to(out);
     EXPECT_EQ(out.size(), 7 + writer.size());
     EXPECT_EQ(out.substr(0, 7), "before ");
     return out.substr(7);
