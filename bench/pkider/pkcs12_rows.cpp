@@ -59,7 +59,8 @@ pass_t make_writing(std::size_t num_certificates) {
     const auto items = std::make_shared<std::vector<made_item_t>>(made_items(num_certificates));
     const auto record = std::make_shared<pkcs12_easy_t>();
     fill(*items, *record);
-    return [items, record, out = std::string()]() mutable -> uint64_t {
+    return [items, record]() -> uint64_t {
+        std::string out;
         asn_write_pkcs12_easy(*record, &crypto, out);
         return out.size();
     };
