@@ -55,16 +55,16 @@ bool oid_asn_to_str_(const uint8_t* begin, const uint8_t* end, std::string& out)
     while (at != end) {
         text_end = put_arc(text_end, value);
         if (text_end > last_place) {
-            out.append(scratch, text_end);
+            out.append(scratch, static_cast<std::size_t>(text_end - scratch));
             text_end = scratch;
         }
         at = read_subidentifier(at, end, value);
         if (at == nullptr) { // Wanted: OidAsnToStr.RequiredTextBeforeTheFaultStays.
-            out.append(scratch, text_end);
+            out.append(scratch, static_cast<std::size_t>(text_end - scratch));
             return false;
         }
     }
     text_end = put_number(text_end, value);
-    out.append(scratch, text_end);
+    out.append(scratch, static_cast<std::size_t>(text_end - scratch));
     return true;
 }
