@@ -224,6 +224,19 @@ TEST(DnEncoder, EqualsTheWritersForEveryValueLengthUpTo700) {
     }
 }
 
+TEST(DnEncoder, EqualsTheWritersAtTheEndOfTheShortForms) {
+    for (const char* type : {"C", "CN", "DC", "2.5.4.3", "1.2.840.113549.1.9.1"}) {
+        for (std::size_t length = 95; length <= 140; ++length) {
+            const std::string pair = std::string(type) + "=" + std::string(length, 'a');
+            for (const std::string& line : {pair, pair + ",C=RU", pair + "+C=RU", "C=RU+" + pair}) {
+                std::string der;
+                ASSERT_TRUE(printable_to_asn_dn(line.c_str(), der, OID_MAP_HANDLE_DEFAULT));
+                ASSERT_EQ(der, encode_naively(line.c_str(), OID_MAP_HANDLE_DEFAULT)) << line;
+            }
+        }
+    }
+}
+
 // Around 65,536 a length loses octets, at each level for another value length.
 TEST(DnEncoder, EqualsTheWritersAroundLength0x10000) {
     for (std::size_t length = 65'500; length <= 65'540; ++length) {
