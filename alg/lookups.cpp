@@ -6,17 +6,10 @@
 namespace pkider {
 namespace {
 
-constexpr oid_index_t oid_index;
-
 template <const auto& Rows>
 const PKI_OID& find_oid(pki_alg_t alg) {
     const alg_row_t* const row = find_row<Rows>(alg);
     return row != nullptr ? row->oid : empty_oid;
-}
-
-pki_alg_t find_alg(const uint8_t* oid, uint32_t len, pki_alg_t known_oid_t::*kind) {
-    const known_oid_t* const known = oid_index.find(oid, len);
-    return known != nullptr ? known->*kind : PKI_ALG_NONE;
 }
 
 } // namespace

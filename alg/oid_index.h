@@ -95,4 +95,12 @@ class oid_index_t {
     perfect_hash_t<num_slots> m_hash{};
 };
 
+inline constexpr oid_index_t oid_index;
+
+/// The algorithm of one kind for an object identifier, or PKI_ALG_NONE.
+inline pki_alg_t find_alg(const uint8_t* oid, uint32_t len, pki_alg_t known_oid_t::*kind) {
+    const known_oid_t* const known = oid_index.find(oid, len);
+    return known != nullptr ? known->*kind : PKI_ALG_NONE;
+}
+
 } // namespace pkider
