@@ -1,4 +1,5 @@
 #include "alg/element_span.h"
+#include "der/asn_constant.h"
 
 #include <pkider/alg.h>
 
@@ -13,6 +14,21 @@ constexpr uint32_t no_key_bits = 0xFFFFFFFF;
 const uint8_t* next_address(const uint8_t* at) {
     // NOLINTNEXTLINE(performance-no-int-to-ptr)
     return reinterpret_cast<const uint8_t*>(reinterpret_cast<uintptr_t>(at) + 1);
+}
+
+constexpr auto rsa_encryption = asn_oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x01, 0x01>; // 1.2.840.113549.1.1.1
+constexpr auto rsa_algorithm = asn_constant_sequence(rsa_encryption, asn_null);
+
+// SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY DEFINED BY algorithm OPTIONAL }
+bool read_algorithm(asn_element_t& info, asn_element_t& oid, asn_element_t& params) {
+    const uint8_t* const start = info.content;
+    if (asn_skip_constant(info, rsa_algorithm)) { // most keys; 3.6 ns become 3.1
+        oid = {nullptr, start + 4, rsa_encryption.size() - 2};
+        params = {nullptr, start + 2 + rsa_encryption.size(), asn_null.size()};
+        return true;
+    }
+    return asn_next_element(asn_tag_t::SEQUENCE, info, params) &&
+           asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, params, oid);
 }
 
 // The key bits as input of a reader; nothing at all when the BIT STRING was empty, since its key must not be read.
@@ -36,12 +52,11 @@ void drop_leading_zeros(uint32_t& len, const uint8_t*& number) {
 bool asn_read_pubkey(const uint8_t* der, int32_t len, asn_pubkey_t& out) {
     // A negative length is a very large bound. Wanted: Pubkey.RequiredNegativeLengthIsALargeBound.
     const asn_element_t input{nullptr, der, static_cast<uint32_t>(len)};
-    asn_element_t rest = input, info, algorithm, oid, bits;
+    asn_element_t rest = input, info, oid, params, bits;
     if (!asn_next_element(asn_tag_t::SEQUENCE, rest, info)) return false;
-    if (!asn_next_element(asn_tag_t::SEQUENCE, info, algorithm)) return false;
-    if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, algorithm, oid)) return false;
+    if (!read_algorithm(info, oid, params)) return false;
     store_contents(oid, out.alg_oid_len, out.alg_oid);
-    store_contents(algorithm, out.params_len, out.params);
+    store_contents(params, out.params_len, out.params);
 
     // Bounded by the input, not by the SEQUENCE. Wanted: Pubkey.RequiredBitStringMayRunPastTheSequence.
     rest = from_place(input, info.content);

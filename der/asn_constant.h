@@ -38,6 +38,15 @@ constexpr auto asn_constant_sequence(const std::array<uint8_t, Sizes>&... pieces
     return asn_constant_join(std::array<uint8_t, 2>{0x30, static_cast<uint8_t>(content_size)}, pieces...);
 }
 
+/// Steps over `bytes` where they are next in `parent`: one comparison for all the headers in them.
+template <std::size_t Size>
+bool asn_skip_constant(asn_element_t& parent, const std::array<uint8_t, Size>& bytes) {
+    if (parent.length < Size || std::memcmp(parent.content, bytes.data(), Size) != 0) return false;
+    parent.content += Size;
+    parent.length -= Size;
+    return true;
+}
+
 /// True when the contents of `element` are those of `oid`, an asn_oid; how its header was written does not matter.
 template <std::size_t Size>
 bool asn_is_oid(const asn_element_t& element, const std::array<uint8_t, Size>& oid) {

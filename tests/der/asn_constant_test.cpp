@@ -40,4 +40,24 @@ TEST(AsnConstant, IdentifiersAreComparedByContents) {
     EXPECT_FALSE(is_oid(""));
 }
 
+TEST(AsnConstant, IsSteppedOverWhereItIsNext) {
+    constexpr auto oid = asn_oid<0x2A, 0x85, 0x03>;
+    const auto bytes_left = [&](const char* contents) {
+        uint64_t left = 0;
+        for_guarded(from_hex(contents), [&](const uint8_t* data, std::size_t size) {
+            asn_element_t parent{nullptr, data, size};
+            const bool skipped = asn_skip_constant(parent, oid);
+            EXPECT_EQ(parent.content, data + (skipped ? oid.size() : 0)) << contents;
+            left = parent.length;
+        });
+        return left;
+    };
+    EXPECT_EQ(bytes_left("06 03 2A 85 03"), 0u);
+    EXPECT_EQ(bytes_left("06 03 2A 85 03 05 00"), 2u);
+    EXPECT_EQ(bytes_left("06 03 2A 85 04"), 5u);
+    EXPECT_EQ(bytes_left("05 03 2A 85 03"), 5u);
+    EXPECT_EQ(bytes_left("06 03 2A 85"), 4u);
+    EXPECT_EQ(bytes_left(""), 0u);
+}
+
 } // namespace
