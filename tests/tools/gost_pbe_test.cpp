@@ -223,6 +223,21 @@ TEST_F(GostPbeMac, RefusesAnotherPassword) {
     EXPECT_EQ(reader->fault(), pbe_fault_t::wrong_mac);
 }
 
+// Two forms of the key are tried, and count once: the limit must not hide that the password is wrong.
+TEST_F(GostPbeMac, RefusesAnotherPasswordAtTheLimitToo) {
+    gost_pbe_t limited(password("Secret"), {.iterations = 1, .max_iterations = few_iterations, .on_progress = {}});
+    EXPECT_FALSE(limited.check_mac(mac, element.data(), element.size()));
+    EXPECT_EQ(limited.fault(), pbe_fault_t::wrong_mac);
+}
+
+TEST(GostPbeOlderMac, CountsItsIterationsOnce) {
+    const bytes_t file = fixture("older_mac.p12");
+    gost_pbe_t limited(password(), {.iterations = 1, .max_iterations = 2048, .on_progress = {}});
+    pkcs12_easy_t content;
+    EXPECT_TRUE(asn_read_pkcs12_easy(file.data(), file.size(), &limited, content));
+    EXPECT_EQ(limited.mac_form(), tool::mac_form_t::pkcs12);
+}
+
 TEST_F(GostPbeMac, RefusesWhatItDoesNotKnow) {
     EXPECT_FALSE(check("30 00"_hex));
     EXPECT_EQ(reader->fault(), pbe_fault_t::malformed);

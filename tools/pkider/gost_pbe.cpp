@@ -133,6 +133,11 @@ bool equal_in_constant_time(bytes_view_t left, bytes_view_t right) {
     return difference == 0;
 }
 
+bool is_mac(bytes_view_t stored, int hash, bytes_view_t key, bytes_view_t data) {
+    const std::vector<uint8_t> made = hmac(hash, key, data);
+    return !made.empty() && equal_in_constant_time(made, stored);
+}
+
 std::span<uint8_t> writable(std::string& text, std::size_t offset) {
     return {reinterpret_cast<uint8_t*>(text.data()) + offset, text.size() - offset};
 }
@@ -232,15 +237,16 @@ bool gost_pbe_t::check_mac(const pkcs12_mac_t& mac, const uint8_t* data, uint64_
         const bytes_view_t key = pbkdf2_mac_key(digest->hash, salt, mac.iterations);
         if (key.empty()) return false;
         mac_form_ = mac_form_t::pbkdf2;
-        if (equal_in_constant_time(hmac(digest->hash, key, authenticated.contents), stored)) return true;
+        if (is_mac(stored, digest->hash, key, authenticated.contents)) return true;
+    } else if (!may_iterate(mac.iterations)) {
+        return false;
     }
 
-    if (!may_iterate(mac.iterations)) return false;
+    // Not counted as well where PBKDF2 was: a wrong password is to be called that, and not too many iterations.
     const secret_t key =
         pkcs12_mac_key(digest->hash, digest->block_size, password_.text(), salt, mac.iterations, options_.on_progress);
     mac_form_ = mac_form_t::pkcs12;
-    if (!key.empty() && equal_in_constant_time(hmac(digest->hash, key.view(), authenticated.contents), stored))
-        return true;
+    if (!key.empty() && is_mac(stored, digest->hash, key.view(), authenticated.contents)) return true;
     return fail(pbe_fault_t::wrong_mac);
 }
 
@@ -254,6 +260,7 @@ bool gost_pbe_t::make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac)
     const bytes_view_t key = pbkdf2_mac_key(digest.hash, mac_salt_, options_.iterations);
     if (key.empty()) throw pbe_error(fault_);
     digest_ = hmac(digest.hash, key, authenticated.contents);
+    if (digest_.empty()) throw pbe_error(pbe_fault_t::no_cipher);
 
     static constexpr bytes_view_t algorithm = oid<0x06, 0x06, 0x2A, 0x85, 0x03, 0x02, 0x02, 0x09>;
     mac = {algorithm.size(), algorithm.data(), digest_.size(),     digest_.data(),

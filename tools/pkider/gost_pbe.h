@@ -59,7 +59,8 @@ struct pbe_error : std::runtime_error {
 
 struct gost_pbe_options_t {
     uint32_t iterations = 600'000;        ///< For what is written, MAC and cipher alike. See is_storable_count.
-    uint64_t max_iterations = 10'000'000; ///< For all keys that are derived in the life of the object together.
+    uint64_t max_iterations = 10'000'000; ///< For all keys that are derived in the life of the object together; a MAC's
+                                          ///< counts once, although two forms of it are tried.
     progress_t on_progress;               ///< Called during a derivation.
 };
 
