@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <utility>
 
 namespace tool {
 namespace {
@@ -111,7 +112,7 @@ std::optional<std::string> from_base64(std::string_view text) {
         bits = 0;
         digits = 0;
     }
-    if (digits == 0) return padding == 0 ? std::optional(out) : std::nullopt;
+    if (digits == 0) return padding == 0 ? std::optional(std::move(out)) : std::nullopt;
     if (digits + padding != 4 || digits == 1) return std::nullopt;
     if (digits == 2) {
         if ((bits & 0x0F) != 0) return std::nullopt;

@@ -84,6 +84,7 @@ void add_source(const source_t& source, const options_t& options, items_t& items
     const wipe_guard_t wipe_bytes(bytes);
     std::size_t added = 0;
     for (block_t& block : read_blocks(bytes, input_form_t::guess)) {
+        const wipe_guard_t wipe_der(block.der);
         if (!is_of_type(source.type, block)) continue;
         check_item(source.type, block);
         add_item(source, added++ == 0, std::move(block.der), options, items);

@@ -21,8 +21,9 @@ inline void wipe(void* data, std::size_t size) noexcept {
     asm volatile("" : : "r"(data) : "memory"); // the memory counts as read here, so the stores above must happen
 }
 
-/// Overwrites what `text` holds and leaves it empty.
+/// Overwrites all that `text` has room for, because what was erased from it still stands there, and leaves it empty.
 inline void wipe(std::string& text) noexcept {
+    text.resize(text.capacity());
     wipe(text.data(), text.size());
     text.clear();
 }
