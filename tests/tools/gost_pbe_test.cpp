@@ -10,6 +10,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <ostream>
 
 namespace {
 
@@ -277,6 +278,10 @@ struct file_row_t {
     const char* password;
     tool::mac_form_t mac_form;
 };
+
+void PrintTo(const file_row_t& row, std::ostream* stream) {
+    *stream << row.name; // not its bytes: some of them are padding
+}
 
 class GostPbeFile : public testing::TestWithParam<file_row_t> {};
 

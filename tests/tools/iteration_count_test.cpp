@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 using tool::is_storable_count;
@@ -13,6 +15,10 @@ struct count_row_t {
     bool storable;
     uint32_t below, above; // 0: there is none
 };
+
+void PrintTo(const count_row_t& row, std::ostream* stream) {
+    *stream << row.name; // not its bytes: some of them are padding
+}
 
 class IterationCount : public testing::TestWithParam<count_row_t> {};
 

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 namespace {
 
 using namespace pkider_test::literals;
@@ -23,6 +25,10 @@ struct pbkdf2_row_t {
     const char* password;
     uint32_t iterations;
 };
+
+void PrintTo(const pbkdf2_row_t& row, std::ostream* stream) {
+    *stream << row.name; // not its bytes: some of them are padding
+}
 
 class PbkdfTwo : public testing::TestWithParam<pbkdf2_row_t> {};
 
@@ -95,6 +101,10 @@ struct pkcs12_row_t {
     uint32_t iterations;
     bytes_t key;
 };
+
+void PrintTo(const pkcs12_row_t& row, std::ostream* stream) {
+    *stream << row.name; // not its bytes: some of them are padding
+}
 
 class PkcsTwelveMacKey : public testing::TestWithParam<pkcs12_row_t> {};
 
