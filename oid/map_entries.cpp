@@ -69,7 +69,11 @@ void oid_map_entries_t::read_lines(std::string_view text) {
         const uint64_t contents_len = encode_oid(line.oid.data(), line.oid.data() + line.oid.size(), contents);
         if (contents_len == 0) continue;
         m_entries.push_back(nullptr); // first, so that nothing fails between making an entry and owning it
-        m_entries.back() = make_entry(line, contents, contents_len);
+        const OIDdescr_t* const entry = make_entry(line, contents, contents_len);
+        m_entries.back() = entry;
+        m_by_contents.add(*entry);
+        m_by_dotted_text.add(*entry);
+        m_by_short_name.add(*entry);
     }
 }
 

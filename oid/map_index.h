@@ -12,6 +12,9 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <span>
+#include <stdexcept>
 #include <string_view>
 #include <vector>
 
@@ -21,34 +24,44 @@ namespace pkider {
 template <typename Key>
 class oid_map_index_t {
   public:
-    /// Replaces what was indexed. The entries must stay where they are.
-    void build(const std::vector<const OIDdescr_t*>& entries) {
-        const std::size_t num_buckets = std::max<std::size_t>(2, std::bit_ceil(entries.size()));
-        m_shift = 64 - std::countr_zero(num_buckets);
-        m_first.assign(num_buckets + 1, 0);
-        m_slots.clear();
-        m_slots.reserve(entries.size());
+    /// Takes the next entry of the text, for build(). Its key is in the caches then, and later no more.
+    ///
+    /// @throws std::bad_alloc.
+    void add(const OIDdescr_t& entry) {
+        m_slots.push_back({hash_of(Key::key(entry)), static_cast<uint32_t>(m_slots.size())});
+    }
 
-        std::vector<candidate_t> candidates = spread(entries);
+    /// Indexes the entries that were added; once.
+    ///
+    /// @param entries  All of them, in their order. The list must stay where it is, and so must they.
+    /// @throws         std::bad_alloc, std::length_error (2^32 entries).
+    void build(std::span<const OIDdescr_t* const> entries) {
+        if (entries.size() > std::numeric_limits<uint32_t>::max()) throw std::length_error("pkider: OID map too long");
+        const std::size_t num_buckets = std::max<std::size_t>(2, std::bit_ceil(entries.size()));
+        m_entries = entries;
+        m_shift = 32 - std::countr_zero(num_buckets);
+        m_first.assign(num_buckets + 1, 0);
+        std::vector<slot_t> slots = spread();
+        m_slots.clear();
         for (std::size_t bucket = 0; bucket < num_buckets; ++bucket) {
-            const auto begin = candidates.begin() + static_cast<std::ptrdiff_t>(m_first[bucket]);
-            const auto end = candidates.begin() + static_cast<std::ptrdiff_t>(m_first[bucket + 1]);
-            m_first[bucket] = m_slots.size();
-            keep_first_of_each_key(begin, end);
+            const std::span<slot_t> candidates(slots.data() + m_first[bucket], slots.data() + m_first[bucket + 1]);
+            m_first[bucket] = static_cast<uint32_t>(m_slots.size());
+            keep_first_of_each_key(candidates);
         }
-        m_first[num_buckets] = m_slots.size();
+        m_first[num_buckets] = static_cast<uint32_t>(m_slots.size());
     }
 
     const OIDdescr_t* find(std::string_view key) const {
         if (m_slots.empty()) return nullptr;
-        const uint64_t hash = Key::hash(key);
+        const uint32_t hash = hash_of(key);
         const std::size_t bucket = hash >> m_shift;
         std::size_t low = m_first[bucket];
         std::size_t high = m_first[bucket + 1];
         while (low < high) {
             const std::size_t middle = low + (high - low) / 2;
-            const int order = compare(m_slots[middle], hash, key);
-            if (order == 0) return m_slots[middle].entry;
+            const slot_t& slot = m_slots[middle];
+            const int order = slot.hash != hash ? (slot.hash < hash ? -1 : 1) : Key::compare(key_of(slot), key);
+            if (order == 0) return m_entries[slot.number];
             if (order < 0) {
                 low = middle + 1;
             } else {
@@ -59,56 +72,48 @@ class oid_map_index_t {
     }
 
   private:
+    // Eight bytes, and an entry is only looked at where the hashes do not decide: what many entries cost is memory that
+    // the caches do not hold. With twice the size and a look at each entry, 100,000 lines took twice as long.
     struct slot_t {
-        uint64_t hash;
-        const OIDdescr_t* entry;
+        uint32_t hash;
+        uint32_t number; // of the entry in the text
     };
-    struct candidate_t {
-        slot_t slot;
-        std::size_t position; // in the text
-    };
-    using candidate_iterator_t = typename std::vector<candidate_t>::iterator;
 
-    static int compare(const slot_t& slot, uint64_t hash, std::string_view key) {
-        if (slot.hash != hash) return slot.hash < hash ? -1 : 1;
-        return Key::compare(Key::key(*slot.entry), key);
+    static uint32_t hash_of(std::string_view key) { return static_cast<uint32_t>(Key::hash(key) >> 32); }
+    std::string_view key_of(const slot_t& slot) const { return Key::key(*m_entries[slot.number]); }
+
+    int compare_keys(const slot_t& a, const slot_t& b) const {
+        if (a.hash != b.hash) return a.hash < b.hash ? -1 : 1;
+        return Key::compare(key_of(a), key_of(b));
     }
 
-    // Groups the entries by bucket; m_first then says where each bucket begins.
-    std::vector<candidate_t> spread(const std::vector<const OIDdescr_t*>& entries) {
-        std::vector<uint64_t> hashes;
-        hashes.reserve(entries.size());
-        for (const OIDdescr_t* entry : entries) {
-            hashes.push_back(Key::hash(Key::key(*entry)));
-            ++m_first[hashes.back() >> m_shift];
-        }
-        std::size_t end = 0;
-        for (std::size_t& first : m_first) first = end += first;
+    // The slots grouped by bucket; m_first then says where each bucket begins.
+    std::vector<slot_t> spread() {
+        for (const slot_t& slot : m_slots) ++m_first[slot.hash >> m_shift];
+        uint32_t end = 0;
+        for (uint32_t& first : m_first) first = end += first;
 
-        std::vector<candidate_t> candidates(entries.size());
-        for (std::size_t i = entries.size(); i-- > 0;) {
-            candidates[--m_first[hashes[i] >> m_shift]] = {{hashes[i], entries[i]}, i};
-        }
-        return candidates;
+        std::vector<slot_t> slots(m_slots.size());
+        for (std::size_t i = slots.size(); i-- > 0;) slots[--m_first[m_slots[i].hash >> m_shift]] = m_slots[i];
+        return slots;
     }
 
-    void keep_first_of_each_key(candidate_iterator_t begin, candidate_iterator_t end) {
-        std::sort(begin, end, [](const candidate_t& a, const candidate_t& b) {
-            const int order = compare(a.slot, b.slot.hash, Key::key(*b.slot.entry));
-            return order != 0 ? order < 0 : a.position < b.position;
+    void keep_first_of_each_key(std::span<slot_t> candidates) {
+        std::sort(candidates.begin(), candidates.end(), [this](const slot_t& a, const slot_t& b) {
+            const int order = compare_keys(a, b);
+            return order != 0 ? order < 0 : a.number < b.number;
         });
         const std::size_t first = m_slots.size();
-        for (; begin != end; ++begin) {
-            const slot_t& slot = begin->slot;
-            const bool repeated =
-                m_slots.size() != first && compare(m_slots.back(), slot.hash, Key::key(*slot.entry)) == 0;
+        for (const slot_t& slot : candidates) {
+            const bool repeated = m_slots.size() != first && compare_keys(m_slots.back(), slot) == 0;
             if (!repeated) m_slots.push_back(slot);
         }
     }
 
-    int m_shift = 63;
-    std::vector<std::size_t> m_first; // by bucket; one more at the end
-    std::vector<slot_t> m_slots;
+    int m_shift = 31;
+    std::span<const OIDdescr_t* const> m_entries;
+    std::vector<uint32_t> m_first; // by bucket; one more at the end
+    std::vector<slot_t> m_slots;   // until build() as they were added
 };
 
 } // namespace pkider
