@@ -25,7 +25,7 @@ def count(program):
             for line in dump.read_text().splitlines():
                 if line.startswith("desc: Trigger: Client Request: "):
                     trigger = line.removeprefix("desc: Trigger: Client Request: ")
-                elif line.startswith(("totals: ", "summary: ")):
+                elif line.startswith("summary: "):  # "totals" has what ran before the counters were zeroed too
                     total = int(line.split()[1])
             if trigger is not None:
                 counts[trigger] = round(total / items[trigger], 1)
