@@ -1,6 +1,7 @@
 #include "pkcs12/safe_contents_writer.h"
 
 #include "der/asn_block.h"
+#include "pkcs12/fetch_ahead.h"
 #include "pkcs12/identifiers.h"
 #include "pkcs12/tags.h"
 
@@ -96,6 +97,14 @@ void put_attributes(uint8_t* at, const pkcs12_item_t& item, const bag_sizes_t& s
     put_attribute(at, pkcs12_oid::local_key_id, asn_tag_t::OCTET_STRING, item.local_key_id, item.local_key_id_len);
 }
 
+// Asks for the room of the next bag of a large file.
+void fetch_room(const pkcs12_item_t& item, const std::string& out) {
+    const uint64_t room = out.capacity() - out.size();
+    if (item.data_len > room) return; // an item of an unknown type
+    const auto* const end = reinterpret_cast<const uint8_t*>(out.data()) + out.size();
+    fetch_ahead<access_t::write>(end, item.data_len, room - item.data_len);
+}
+
 void append_bag(const pkcs12_item_t& item, std::string& out) {
     const bag_sizes_t sizes = count_bag(item);
     put_bag_head(asn_append_room(out, bag_head_size(item, sizes)), item, sizes);
@@ -124,7 +133,11 @@ void safe_contents_writer_t::append_to(std::string& out) const {
     uint8_t* const at =
         asn_put_header(asn_append_room(out, m_size - m_bags_size), asn_tag_t::OCTET_STRING, m_safe_size);
     asn_put_header(at, asn_tag_t::SEQUENCE, m_bags_size);
-    for (const pkcs12_item_t& item : m_items) append_bag(item, out);
+    const bool is_large = m_size > near_cache_size;
+    for (const pkcs12_item_t& item : m_items) {
+        if (is_large) fetch_room(item, out);
+        append_bag(item, out);
+    }
 }
 
 } // namespace pkider
