@@ -230,6 +230,9 @@ PKIDER_API pki_alg_t PKI_OID_TO_CERT_SIGN_ALG(const uint8_t* oid, uint32_t len);
 
 /// Wraps a hash value into the DigestInfo that a PKCS#1 v1.5 signature signs (RFC 8017 9.2).
 ///
+/// A value of 65,500 bytes or more (no hash has one) can bring a length of 65,536 or more into the DigestInfo, and such
+/// a length with a zero byte above its lowest byte is written cut.
+///
 /// @param digest  In: the hash value, of any length. Out: replaced by the DER of the DigestInfo. Unchanged when an
 ///                exception is thrown.
 /// @param hash    The hash. One that PKI_HASH_ALG_TO_OID does not know is not refused: its object identifier is then

@@ -66,7 +66,8 @@ struct pkcs12_easy_t {
 /// operations are the first four entries of the table, and the object is destroyed by whoever made it.
 ///
 /// An exception thrown by an operation passes through the reader and the writer to their caller. Pointers that an
-/// operation is given are valid during the call only.
+/// operation is given are valid during the call only. Operations are called one after the other, on the thread that
+/// called the reader or the writer.
 class PKIDER_API pbe_crypto_t {
   public:
     /// Reading, once, before any content is looked at: is the MAC right?
@@ -155,7 +156,8 @@ PKIDER_API bool asn_read_pkcs12_MacData(const uint8_t* data, uint64_t size, pkcs
 /// @param crypto  Checks the MAC and decrypts; must not be null.
 /// @param out     Items, and the plaintexts they point into, are **appended**: reading twice gives every item twice.
 ///                `mac` is replaced. After a failure or an exception everything appended until then stays, and all of
-///                it points at live bytes. In `buffers` a plaintext follows the keys that were found inside it.
+///                it points at live bytes; `mac` may be written in part, the rest of it as it was. In `buffers` a
+///                plaintext follows the keys that were found inside it.
 /// @return        True when the whole file was walked.
 /// @throws        std::bad_alloc, and whatever the operations of `crypto` throw.
 /// @par Threads   Calls with different records and crypto objects may overlap.
@@ -173,7 +175,8 @@ PKIDER_API bool asn_read_pkcs12_easy(const uint8_t* data, uint64_t size, pbe_cry
 /// written cut, and so is an iteration count with a zero byte: read back what was written before relying on it.
 ///
 /// Memory beyond the output: the plaintext of the protected items while they are encrypted, then the ciphertext while
-/// the output is put together. The plaintext is not wiped before its memory is freed.
+/// the output is put together. The plaintext is not wiped: it may stay in freed memory and, when the ciphertext is
+/// shorter, in the room that `out` has behind its end.
 ///
 /// @param in      Items, and the MAC that stands in when none can be made. A null pointer with a length is written as
 ///                zeros. Spans may point into `out`. `buffers` is not looked at.

@@ -103,9 +103,8 @@ PKIDER_API void asn_write_pkcs8_pki_gost(const pkcs8_pki_gost_t& key, std::strin
 ///
 /// @param der  First byte of the EncryptedPrivateKeyInfo. May be null when `len` is 0.
 /// @param len  Bytes available from `der`; bytes behind the element are ignored.
-/// @param out  Receives the fields in the order encrypted, IV, salt, iterations. After a failure the fields of the
-/// steps
-///             that succeeded are set and the others keep what they held; do not use the record then.
+/// @param out  Receives the fields in the order encrypted, IV, salt, iterations. After a failure those read before it
+///             are set and the others keep what they held; do not use the record then.
 /// @return     True when everything was found and the algorithms are the expected ones.
 /// @throws     Nothing.
 /// @par Threads   Touches only its arguments; calls on different records may overlap.
