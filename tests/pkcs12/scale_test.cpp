@@ -2,6 +2,7 @@
 #include <pkider/pkcs12.h>
 
 #include "tests/pkcs12/describe.h"
+#include "tests/pkcs12/plain_crypto.h"
 #include "tests/support/alloc_failure.h"
 #include "tests/support/hex.h"
 
@@ -15,23 +16,6 @@ using namespace pkider_test;
 namespace {
 
 constexpr std::size_t num_items = 10'000;
-
-// Ciphertext is plaintext: what counts here is what the library itself takes.
-class plain_crypto_t final : public pbe_crypto_t {
-  public:
-    bool check_mac(const pkcs12_mac_t&, const uint8_t*, uint64_t) override { return true; }
-    bool make_mac(const uint8_t*, uint64_t, pkcs12_mac_t&) override { return true; }
-    bool decrypt(const pkcs8_encrypted_pki_gost_t&, const uint8_t* data, uint64_t size, std::string& plain) override {
-        plain.assign(reinterpret_cast<const char*>(data), static_cast<std::size_t>(size));
-        return true;
-    }
-    bool encrypt(const uint8_t* data, uint64_t size, pkcs8_encrypted_pki_gost_t& params,
-                 std::string& storage) override {
-        params.iterations = 1000;
-        storage.assign(reinterpret_cast<const char*>(data), static_cast<std::size_t>(size));
-        return true;
-    }
-};
 
 // Certificates of about a kilobyte, each of its own size and bytes, with names and identifiers.
 class many_items_t {

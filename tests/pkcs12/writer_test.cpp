@@ -2,6 +2,7 @@
 
 #include "tests/pkcs12/bottom_up_pfx.h"
 #include "tests/pkcs12/pfx_builder.h"
+#include "tests/pkcs12/plain_crypto.h"
 #include "tests/pkcs12/recording_crypto.h"
 #include "tests/support/alloc_failure.h"
 #include "tests/support/hex.h"
@@ -290,29 +291,12 @@ TEST(Pkcs12Writer, NullSpansAreWrittenAsZeros) {
     EXPECT_EQ(written(in, crypto), bottom_up_pfx(in, crypto));
 }
 
-// An object that allocates nothing on its own account but the storage it has to fill.
-class quiet_crypto_t final : public pbe_crypto_t {
-  public:
-    bool check_mac(const pkcs12_mac_t&, const uint8_t*, uint64_t) override { return true; }
-    bool make_mac(const uint8_t*, uint64_t, pkcs12_mac_t&) override { return true; }
-    bool decrypt(const pkcs8_encrypted_pki_gost_t&, const uint8_t* data, uint64_t size, std::string& plain) override {
-        plain.assign(reinterpret_cast<const char*>(data), static_cast<std::size_t>(size));
-        return true;
-    }
-    bool encrypt(const uint8_t* data, uint64_t size, pkcs8_encrypted_pki_gost_t& params,
-                 std::string& storage) override {
-        params.iterations = 1000;
-        storage.assign(reinterpret_cast<const char*>(data), static_cast<std::size_t>(size));
-        return true;
-    }
-};
-
 // Every size around the steps of the header, in each span, plain and protected; with the cut lengths from 65,536 on.
 void expect_as_nested(const pkcs12_item_t& item, bool in_protected) {
     pkcs12_easy_t in;
     in.plain_items.push_back(item);
     if (in_protected) in.protected_items.push_back(item);
-    quiet_crypto_t crypto;
+    plain_crypto_t crypto;
     std::string out;
     asn_write_pkcs12_easy(in, &crypto, out);
     ASSERT_EQ(out, bottom_up_pfx(in, crypto))
@@ -403,7 +387,7 @@ TEST(Pkcs12Writer, FailedAllocationLeavesTheOutput) {
     in.plain_items.push_back(item_of(PKCS12_ITEM_CERT, large));
     in.protected_items.push_back(item_of(PKCS12_ITEM_KEY, large, name, id));
     const auto write = [&] {
-        quiet_crypto_t crypto;
+        plain_crypto_t crypto;
         std::string out = "as before";
         try {
             asn_write_pkcs12_easy(in, &crypto, out);
@@ -449,7 +433,7 @@ TEST(Pkcs12Writer, AnyNumberOfItemsTakesTheSameAllocations) {
     for (const int num_items : {1, 10, 1000}) {
         pkcs12_easy_t in;
         for (int i = 0; i < num_items; ++i) in.plain_items.push_back(item_of(PKCS12_ITEM_CERT, large, name, id));
-        quiet_crypto_t crypto;
+        plain_crypto_t crypto;
         std::string out;
         EXPECT_EQ(count_allocations([&] { asn_write_pkcs12_easy(in, &crypto, out); }), 1u) << num_items;
     }
