@@ -5,9 +5,11 @@
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/identifier_changes.h"
 
 #include <pkider/alg.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -189,6 +191,14 @@ TEST(DigestInfoReader, RefusesAnAlgorithmWithoutParametersButGivesItsHash) {
     const read_t out = read(info);
     EXPECT_FALSE(out.read);
     EXPECT_EQ(PKI_OID_TO_HASH_ALG(out.oid.data, out.oid.len), PKI_ALG_SHA256);
+}
+
+TEST(DigestInfoReader, EveryIdentifierButThatOfTheParametersIsCompared) {
+    const auto reads = [](const uint8_t* der, std::size_t size) {
+        return read(std::string(reinterpret_cast<const char*>(der), size)).read;
+    };
+    EXPECT_THAT(identifiers_not_compared("30 0C 30 07 06 03 2A 03 04 05 00 04 01 11"_hex, reads),
+                testing::ElementsAre(9));
 }
 
 TEST(DigestInfoReader, EveryCutIsRefused) {

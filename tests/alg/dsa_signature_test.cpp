@@ -1,9 +1,11 @@
 #include "tests/alg/spans.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/identifier_changes.h"
 
 #include <pkider/alg.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace pkider_test;
@@ -113,6 +115,11 @@ INSTANTIATE_TEST_SUITE_P(
                     refused_row_t{"SecondIndefinite", "30 06 02 01 11 02 80 22", 4, true},
                     refused_row_t{"SecondPastTheInput", "30 06 02 01 05 02 05 01", 4, true}),
     [](const auto& row) { return row.param.name; });
+
+TEST(DsaCertsign, EveryIdentifierIsCompared) {
+    const auto reads = [](const uint8_t* der, std::size_t size) { return read(der, size).read; };
+    EXPECT_THAT(identifiers_not_compared("30 06 02 01 11 02 01 22"_hex, reads), testing::IsEmpty());
+}
 
 TEST(DsaCertsign, EveryCutIsRefused) {
     for_every_prefix("30 81 08 02 02 00 91 02 02 00 92"_hex, [](const uint8_t* der, std::size_t size) {

@@ -2,9 +2,11 @@
 #include "tests/alg/value_text.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/identifier_changes.h"
 
 #include <pkider/alg.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace pkider_test;
@@ -97,6 +99,11 @@ INSTANTIATE_TEST_SUITE_P(
                     refused_row_t{"ObjectIdentifierPastTheSequence", "30 04 06 03 2A 03 04", true},
                     refused_row_t{"ObjectIdentifierIndefinite", "30 05 06 80 2A 00 00", true}),
     [](const auto& row) { return row.param.name; });
+
+TEST(IkeSignalg, EveryIdentifierButThatOfTheParametersIsCompared) {
+    const auto reads = [](const uint8_t* der, std::size_t size) { return read(der, size).read; };
+    EXPECT_THAT(identifiers_not_compared(from_hex(sha1_with_rsa), reads), testing::ElementsAre(13));
+}
 
 TEST(IkeSignalg, EveryCutIsRefused) {
     for_every_prefix(from_hex(sha1_with_rsa), [](const uint8_t* der, std::size_t size) {

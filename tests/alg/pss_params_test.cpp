@@ -3,7 +3,9 @@
 #include "tests/alg/spans.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/identifier_changes.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace pkider_test;
@@ -97,6 +99,17 @@ INSTANTIATE_TEST_SUITE_P(
                     params_row_t{"TrailerHoldsASequence", "30 04 A3 02 30 00", false, -1, 0},
                     params_row_t{"MalformedTrailerBehindTheOthers", "30 1D " HASH MGF SALT "A3 01 02", false, 8, 9}),
     row_name);
+
+// A field with another identifier is taken as absent; the hash's parameters may be anything.
+TEST(PssParams, IdentifiersInsideTheFieldsAreCompared) {
+    const auto reads = [](const uint8_t* der, std::size_t size) {
+        asn_algorid_t hash;
+        return pkider::asn_read_pss_params(der, static_cast<uint32_t>(size), hash);
+    };
+    constexpr std::size_t hash = 2, hash_params = 17, mask = 19, salt = 23, trailer = 28;
+    EXPECT_THAT(identifiers_not_compared("30 1F " HASH MGF SALT TRAILER ""_hex, reads),
+                testing::ElementsAre(hash, hash_params, mask, salt, trailer));
+}
 
 TEST(PssParams, EveryCutIsRefused) {
     for_every_prefix("30 1F " HASH MGF SALT TRAILER ""_hex, [](const uint8_t* der, std::size_t size) {

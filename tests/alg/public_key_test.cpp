@@ -1,9 +1,11 @@
 #include "tests/alg/spans.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/identifier_changes.h"
 
 #include <pkider/alg.h>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace pkider_test;
@@ -168,6 +170,11 @@ TEST(Pubkey, EveryCutIsRefused) {
     });
 }
 
+TEST(Pubkey, EveryIdentifierButThatOfTheParametersIsCompared) {
+    const auto reads = [](const uint8_t* der, std::size_t size) { return read_pubkey(der, size).read; };
+    EXPECT_THAT(identifiers_not_compared(from_hex(small_key), reads), testing::ElementsAre(9));
+}
+
 TEST(Pubkey, JunkInTheAlgorithmBelongsToTheParameters) {
     for_junk_in_each_constructed(from_hex(small_key), "FF FF"_hex, [](const uint8_t* der, std::size_t size) {
         const pubkey_t out = read_pubkey(der, size);
@@ -303,6 +310,13 @@ TEST(RsaPubkey, EveryCutIsRefused) {
     for_every_prefix("30 0A 02 03 00 C3 21 02 03 01 00 01"_hex, [](const uint8_t* der, std::size_t size) {
         EXPECT_FALSE(read_rsa(der, static_cast<uint32_t>(size)).read) << size << " bytes";
     });
+}
+
+TEST(RsaPubkey, EveryIdentifierIsCompared) {
+    const auto reads = [](const uint8_t* der, std::size_t size) {
+        return read_rsa(der, static_cast<uint32_t>(size)).read;
+    };
+    EXPECT_THAT(identifiers_not_compared("30 07 02 02 00 C3 02 01 03"_hex, reads), testing::IsEmpty());
 }
 
 TEST(RsaPubkey, TakesAnyBytesAtTheEndOfTheSequence) {
@@ -465,6 +479,15 @@ TEST(GostPubkey, FillsTheParameterSetsOfAKeyWithoutBits) {
     EXPECT_EQ(out.digest, (span_t{5, der.data() + 16}));
     EXPECT_EQ(out.encryption, none);
     EXPECT_EQ(out.key, none);
+}
+
+// With another identifier the third set is taken as absent.
+TEST(GostPubkey, IdentifiersOfTheParametersButTheLastAreCompared) {
+    const auto reads = [](const uint8_t* params, std::size_t size) {
+        return read_gost(with_params(params, size)).read;
+    };
+    EXPECT_THAT(identifiers_not_compared("30 0F 06 03 2A 03 04 06 03 2A 03 05 06 03 2A 03 06"_hex, reads),
+                testing::ElementsAre(12));
 }
 
 TEST(GostPubkey, EveryCutOfTheParametersIsRefused) {

@@ -2,7 +2,9 @@
 
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/identifier_changes.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace pkider_test;
@@ -111,6 +113,14 @@ INSTANTIATE_TEST_SUITE_P(
         refused_row_t{"KeyIsABitString", "30 11 02 01 00 30 07 06 03 2A 03 04 05 00 03 03 AA BB CC", true},
         refused_row_t{"KeyPastTheSequence", "30 10 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC", true}),
     [](const auto& row) { return row.param.name; });
+
+TEST(PrivateKeyInfo, EveryIdentifierButThatOfTheParametersIsCompared) {
+    const auto reads = [](const uint8_t* der, std::size_t size) {
+        asn_pkcs8_priv_key_info_t info;
+        return asn_read_pkcs8_priv_key_info(der, static_cast<uint32_t>(size), info);
+    };
+    EXPECT_THAT(identifiers_not_compared(sample, reads), testing::ElementsAre(12));
+}
 
 TEST(PrivateKeyInfo, EveryCutIsRefused) {
     for_every_prefix(sample, [](const uint8_t* der, std::size_t size) {
