@@ -6,9 +6,13 @@
 #include "tests/support/dotted_oid.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/identifier_changes.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <numeric>
 #include <stdexcept>
 #include <string>
 
@@ -168,6 +172,30 @@ TEST(EncryptedGostKey, ReadAndWrittenIntoTheSameString) {
     EXPECT_EQ(out, before);
 }
 
+// With room enough the output is written in place, so a span that stands in it must be kept until it is written.
+TEST(EncryptedGostKey, EachSpanMayPointIntoAnOutputWithRoom) {
+    for (const uint8_t* pkcs8_encrypted_pki_gost_t::*const span :
+         {&pkcs8_encrypted_pki_gost_t::salt, &pkcs8_encrypted_pki_gost_t::iv, &pkcs8_encrypted_pki_gost_t::encrypted}) {
+        for (const std::size_t place : {0u, 1u, 60u, 200u}) {
+            std::string out(400, 'x');
+            std::iota(out.begin(), out.end(), '\0');
+            pkcs8_encrypted_pki_gost_t record = sample_record();
+            record.*span = reinterpret_cast<const uint8_t*>(out.data()) + place;
+
+            std::string algorithm = out;
+            pkcs8_encrypted_pki_gost_t of_algorithm = record;
+            of_algorithm.*span = reinterpret_cast<const uint8_t*>(algorithm.data()) + place;
+            const std::string expected_algorithm = bottom_up_encrypted_alg(of_algorithm);
+            asn_write_pkcs8_encrypted_alg(of_algorithm, algorithm);
+            EXPECT_EQ(to_hex(algorithm), to_hex(expected_algorithm)) << place;
+
+            const std::string expected = bottom_up_encrypted_gost_key(record);
+            asn_write_pkcs8_encrypted_pki_gost(record, out);
+            EXPECT_EQ(to_hex(out), to_hex(expected)) << place;
+        }
+    }
+}
+
 TEST(EncryptedGostKey, TooLongASpanIsALengthError) {
     for (uint64_t pkcs8_encrypted_pki_gost_t::*const len :
          {&pkcs8_encrypted_pki_gost_t::salt_len, &pkcs8_encrypted_pki_gost_t::iv_len,
@@ -198,6 +226,36 @@ TEST(EncryptedGostKey, FailedAllocationLeavesTheOutput) {
             }
         };
         EXPECT_EQ(for_each_failing_allocation(write, [] {}), 1u);
+    }
+}
+
+TEST(EncryptedGostKey, FailedAllocationLeavesTheOutputOfTheAlgorithm) {
+    const auto write = [] {
+        std::string local = "as before";
+        try {
+            asn_write_pkcs8_encrypted_alg(sample_record(), local);
+        } catch (...) {
+            EXPECT_EQ(local, "as before");
+            throw;
+        }
+    };
+    EXPECT_EQ(for_each_failing_allocation(write, [] {}), 1u);
+}
+
+// Each way of putting these bytes into the four places.
+TEST(EncryptedGostKey, CountReadsBackAsItsBytesThatAreNotZero) {
+    constexpr uint32_t bytes[] = {0x00, 0x01, 0x7F, 0x80, 0xFF};
+    for (uint32_t n = 0; n < 5 * 5 * 5 * 5; ++n) {
+        uint32_t count = 0, without_zeros = 0;
+        for (uint32_t rest = n, i = 0; i < 4; ++i, rest /= 5) {
+            const uint32_t byte = bytes[rest % 5];
+            count = count << 8 | byte;
+            if (byte != 0) without_zeros = without_zeros << 8 | byte;
+        }
+        const bytes_t der_key = to_bytes(written(sample_record(count)));
+        pkcs8_encrypted_pki_gost_t record;
+        ASSERT_TRUE(asn_read_pkcs8_encrypted_pki_gost(der_key.data(), der_key.size(), record)) << count;
+        EXPECT_EQ(record.iterations, without_zeros) << count;
     }
 }
 
@@ -471,6 +529,26 @@ TEST(EncryptedGostKey, DerivationReaderFillsSaltAndCountOnly) {
         EXPECT_EQ(record.iv, &somewhere);
         EXPECT_EQ(record.encrypted, &somewhere);
     });
+}
+
+TEST(EncryptedGostKey, EveryIdentifierButThatOfThePrfParameterIsCompared) {
+    const auto reads = [](const uint8_t* data, std::size_t size) {
+        pkcs8_encrypted_pki_gost_t record;
+        return asn_read_pkcs8_encrypted_pki_gost(data, size, record);
+    };
+    pieces_t pieces;
+    pieces.key_length = "02 01 20"_hex;
+    const bytes_t whole = pieces.whole();
+    const bytes_t null = "05 00"_hex;
+    const auto param = std::search(whole.begin(), whole.end(), null.begin(), null.end());
+    EXPECT_THAT(identifiers_not_compared(whole, reads), testing::ElementsAre(param - whole.begin()));
+}
+
+TEST(EncryptedGostKey, LengthIsNotCutTo32Bits) {
+    const bytes_t whole = pieces_t().whole();
+    pkcs8_encrypted_pki_gost_t record;
+    EXPECT_TRUE(asn_read_pkcs8_encrypted_pki_gost(whole.data(), 0x100000000, record));
+    EXPECT_EQ(record.encrypted, whole.data() + whole.size() - encrypted.size());
 }
 
 TEST(EncryptedGostKey, EveryCutIsRefused) {

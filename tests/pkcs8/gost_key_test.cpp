@@ -6,9 +6,14 @@
 #include "tests/support/dotted_oid.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/identifier_changes.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <numeric>
+#include <span>
 #include <stdexcept>
 #include <string>
 
@@ -142,6 +147,29 @@ TEST(GostKey, MayPointIntoTheOutput) {
     }
 }
 
+// With room enough the output is written in place, so a key that stands in it must be kept until it is written.
+TEST(GostKey, MayPointIntoAnOutputWithRoom) {
+    for (const std::size_t place : {0u, 1u, 60u, 200u}) {
+        std::string out(400, 'x');
+        std::iota(out.begin(), out.end(), '\0');
+        pkcs8_pki_gost_t key;
+        key.key_len = 64;
+        key.key = reinterpret_cast<const uint8_t*>(out.data()) + place;
+        const std::string expected = bottom_up_gost_key(key);
+        asn_write_pkcs8_pki_gost(key, out);
+        EXPECT_EQ(to_hex(out), to_hex(expected)) << place;
+    }
+}
+
+TEST(GostKey, ReadAndWrittenIntoTheSameString) {
+    std::string out = written(key_of(1, key_bytes));
+    pkcs8_pki_gost_t key;
+    ASSERT_TRUE(asn_read_pkcs8_pki_gost(reinterpret_cast<const uint8_t*>(out.data()), out.size(), key));
+    key.key_type = 0; // another head, so every byte of the key moves
+    asn_write_pkcs8_pki_gost(key, out);
+    EXPECT_EQ(to_hex(out), to_hex(written(key_of(0, key_bytes))));
+}
+
 TEST(GostKey, TooLongAKeyIsALengthError) {
     std::string out = "as before";
     for (const uint64_t len : {0xFFFFFFFFull, 0x100000000ull, 0xFFFFFFFFFFFFFFFFull}) {
@@ -234,6 +262,16 @@ INSTANTIATE_TEST_SUITE_P(
     Faults, GostKeyRefused,
     testing::Values(
         refused_row_t{"NoPrivateKeyInfo", "30 03 02 01 00", unwritten32},
+        refused_row_t{"NoParameters", "30 14 02 01 00 30 08 06 06 2A 85 03 02 02 13 04 05 04 03 AA BB CC", unwritten32},
+        refused_row_t{"NoPrivateKey", "30 0F 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00", unwritten32},
+        refused_row_t{"PrivateKeyIsABitString",
+                      "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 03 05 04 03 AA BB CC", unwritten32},
+        refused_row_t{"PrivateKeyIsABitStringBehindTheWrittenHead",
+                      "30 28 02 01 00"
+                      "      30 1C 06 06 2A 85 03 02 02 13"
+                      "            30 12 06 07 2A 85 03 02 02 23 01 06 07 2A 85 03 02 02 1E 01"
+                      "      03 05 04 03 AA BB CC",
+                      unwritten32},
         refused_row_t{"Gost1994", "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 14 05 00 04 05 04 03 AA BB CC",
                       unwritten32},
         refused_row_t{"ShorterOid", "30 15 02 01 00 30 09 06 05 2A 85 03 02 02 05 00 04 05 04 03 AA BB CC",
@@ -253,6 +291,36 @@ INSTANTIATE_TEST_SUITE_P(
         refused_row_t{"InnerPastTheOuter", "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 04 04 03 AA BB CC",
                       0}),
     [](const auto& row) { return row.param.name; });
+
+TEST(GostKey, EveryIdentifierButThatOfTheParametersIsCompared) {
+    const auto reads = [](const uint8_t* data, std::size_t size) {
+        pkcs8_pki_gost_t key;
+        return asn_read_pkcs8_pki_gost(data, size, key);
+    };
+    EXPECT_THAT(identifiers_not_compared(sample, reads), testing::ElementsAre(15));
+}
+
+// The head of what the library writes, and each of its bytes changed: what is written is not all that is read.
+TEST(GostKey, HeadsThatDifferInAByteAreReadForWhatTheyAre) {
+    for (const uint32_t kind : {0u, 1u, 2u}) {
+        const bytes_t whole = to_bytes(written(key_of(kind, key_bytes)));
+        asn_pkcs8_priv_key_info_t info_of_whole;
+        ASSERT_TRUE(asn_read_pkcs8_priv_key_info(whole.data(), static_cast<uint32_t>(whole.size()), info_of_whole));
+        const std::span oid(info_of_whole.alg_oid, info_of_whole.alg_oid_len);
+        for (std::size_t at = 2; at < whole.size() - key_bytes.size() - 4; ++at) {
+            bytes_t changed = whole;
+            changed[at] ^= 0x10;
+            asn_pkcs8_priv_key_info_t info;
+            pkcs8_pki_gost_t key = unwritten_key();
+            const bool read = asn_read_pkcs8_pki_gost(changed.data(), changed.size(), key);
+            const bool is_info =
+                asn_read_pkcs8_priv_key_info(changed.data(), static_cast<uint32_t>(changed.size()), info);
+            const bool same_oid = is_info && std::ranges::equal(std::span(info.alg_oid, info.alg_oid_len), oid);
+            EXPECT_EQ(read, same_oid) << "kind " << kind << ", byte " << at;
+            EXPECT_EQ(key.key_type, read ? kind : unwritten32) << "kind " << kind << ", byte " << at;
+        }
+    }
+}
 
 TEST(GostKey, EveryCutIsRefused) {
     for_every_prefix(sample, [](const uint8_t* data, std::size_t size) {
