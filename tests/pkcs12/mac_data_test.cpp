@@ -4,7 +4,9 @@
 #include "tests/support/der_builder.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/identifier_changes.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <stdexcept>
@@ -63,7 +65,9 @@ TEST_P(MacDataCount, IsRead) {
         pkcs12_mac_t mac;
         mac.iterations = unwritten32;
         EXPECT_EQ(asn_read_pkcs12_MacData(data, size, mac), GetParam().accepted);
-        EXPECT_EQ(mac.iterations, GetParam().accepted ? GetParam().iterations : mac.iterations);
+        if (GetParam().accepted) {
+            EXPECT_EQ(mac.iterations, GetParam().iterations);
+        }
         EXPECT_EQ(span(mac.salt, mac.salt_len), salt);
     });
 }
@@ -156,6 +160,23 @@ TEST(MacData, TheWholeElementInsteadOfItsContentsIsRefused) {
     EXPECT_EQ(span(mac.digest, mac.digest_len), salt);
     EXPECT_EQ(span(mac.salt, mac.salt_len), "77"_hex);
     EXPECT_EQ(mac.iterations, 1u);
+}
+
+// The algorithm is not looked at, and a count with another identifier is taken as absent.
+TEST(MacData, IdentifiersButThoseOfAlgorithmAndCountAreCompared) {
+    const auto reads = [](const uint8_t* data, std::size_t size) {
+        pkcs12_mac_t mac;
+        return asn_read_pkcs12_MacData(data, size, mac);
+    };
+    const bytes_t content = pieces_t().content();
+    EXPECT_THAT(identifiers_not_compared(content, reads), testing::ElementsAre(4, 12, content.size() - 4));
+}
+
+TEST(MacData, SizeIsNotCutTo32Bits) {
+    const bytes_t content = join({pieces_t().content(), "05 00"_hex});
+    pkcs12_mac_t mac;
+    EXPECT_TRUE(asn_read_pkcs12_MacData(content.data(), 0x100000000, mac));
+    EXPECT_EQ(mac.iterations, 2000u);
 }
 
 // The cut between salt and count is a MacData with the default count.

@@ -6,7 +6,9 @@
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/identifier_changes.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -164,16 +166,16 @@ TEST_P(Pkcs12Version, RequiredLenientTest) {
     EXPECT_EQ(data_crypto.calls.size(), GetParam().accepted ? 2u : 1u);
 }
 
-INSTANTIATE_TEST_SUITE_P(Versions, Pkcs12Version,
-                         testing::Values(version_row_t{"Right", "03", true}, version_row_t{"AnyOneByte", "07", true},
-                                         version_row_t{"TheOtherOne", "00", true},
-                                         version_row_t{"Negative", "FF", true},
-                                         version_row_t{"RightByteFirst", "03 07", true},
-                                         version_row_t{"RightByteFirstOfMany", "03 00 00 00 00 00 00 00 00", true},
-                                         version_row_t{"RightByteLast", "07 03", false},
-                                         version_row_t{"TwoOtherBytes", "07 07", false},
-                                         version_row_t{"NoContents", "", false}),
-                         [](const auto& row) { return row.param.name; });
+INSTANTIATE_TEST_SUITE_P(
+    Versions, Pkcs12Version,
+    testing::Values(version_row_t{"Right", "03", true}, version_row_t{"AnyOneByte", "07", true},
+                    version_row_t{"TheOtherOne", "00", true}, version_row_t{"Negative", "FF", true},
+                    version_row_t{"RightByteFirst", "03 07", true}, version_row_t{"RightByteThenZero", "03 00", true},
+                    version_row_t{"RightByteBehindAZero", "00 03", false},
+                    version_row_t{"RightByteFirstOfMany", "03 00 00 00 00 00 00 00 00", true},
+                    version_row_t{"RightByteLast", "07 03", false}, version_row_t{"TwoOtherBytes", "07 07", false},
+                    version_row_t{"NoContents", "", false}),
+    [](const auto& row) { return row.param.name; });
 
 struct file_row_t {
     const char* name;
@@ -333,13 +335,16 @@ TEST(Pkcs12Reader, EncryptedContentOfAnotherAlgorithmIsSkipped) {
 }
 
 TEST(Pkcs12Reader, ContentThatCannotBeDecryptedIsSkipped) {
-    recording_crypto_t crypto;
-    crypto.failing = "decrypt";
-    pkcs12_easy_t out;
-    EXPECT_TRUE(read(sample, crypto, out));
-    EXPECT_EQ(crypto.operations(), (operations_t{"check_mac", "decrypt", "decrypt"})); // content, shrouded key
-    EXPECT_EQ(describe(out.plain_items), (lines_t{"cert 30 00", "key 30 01 11"}));
-    EXPECT_TRUE(out.protected_items.empty() && out.buffers.empty());
+    recording_crypto_t failing, denying;
+    failing.failing = "decrypt";
+    denying.denying = "decrypt"; // what it left in `plain` is dropped
+    for (recording_crypto_t* const crypto : {&failing, &denying}) {
+        pkcs12_easy_t out;
+        EXPECT_TRUE(read(sample, *crypto, out));
+        EXPECT_EQ(crypto->operations(), (operations_t{"check_mac", "decrypt", "decrypt"})); // content, shrouded key
+        EXPECT_EQ(describe(out.plain_items), (lines_t{"cert 30 00", "key 30 01 11"}));
+        EXPECT_TRUE(out.protected_items.empty() && out.buffers.empty());
+    }
 }
 
 // How a host's object knows whether it decrypts a content or a key.
@@ -411,6 +416,17 @@ TEST(Pkcs12Reader, PlaintextFollowsTheKeysFoundInIt) {
     ASSERT_TRUE(read(file, crypto, out));
     EXPECT_EQ(describe(out.buffers), (lines_t{to_hex(inner), to_hex(plain)}));
     EXPECT_EQ(reinterpret_cast<const char*>(out.protected_items.front().data), out.buffers.front().data());
+}
+
+TEST(Pkcs12Reader, PlaintextsStandInTheOrderOfTheirKeys) {
+    const bytes_t file =
+        pfx({data_content(safe({shrouded_bag(encrypted_key("AA"_hex)), shrouded_bag(encrypted_key("BB"_hex))})),
+             data_content(safe({shrouded_bag(encrypted_key("CC"_hex))}))});
+    recording_crypto_t crypto;
+    pkcs12_easy_t out;
+    ASSERT_TRUE(read(file, crypto, out));
+    EXPECT_EQ(describe(out.buffers), (lines_t{"55", "44", "33"}));
+    EXPECT_EQ(describe(out.protected_items), (lines_t{"key 55", "key 44", "key 33"}));
 }
 
 bool inside(const pkcs12_item_t& item, const std::string& buffer) {
@@ -491,6 +507,49 @@ TEST(Pkcs12Reader, EveryCutIsRefused) {
         EXPECT_FALSE(asn_read_pkcs12_easy(data, size, &crypto, out)) << size << " bytes";
         EXPECT_TRUE(crypto.calls.empty());
     });
+}
+
+bool reads(const bytes_t& file) {
+    recording_crypto_t crypto;
+    pkcs12_easy_t out;
+    return read(file, crypto, out);
+}
+
+bytes_t copy_of(const uint8_t* data, std::size_t size) {
+    return {data, data + size};
+}
+
+// The algorithm of the MAC is not looked at, and a count with another identifier is taken as absent.
+TEST(Pkcs12Reader, IdentifiersOfTheFileAreCompared) {
+    const bytes_t file = pfx_around(empty_safe);
+    const std::size_t mac_at = file.size() - mac.size();
+    EXPECT_THAT(identifiers_not_compared(
+                    file, [](const uint8_t* data, std::size_t size) { return reads(copy_of(data, size)); }),
+                testing::ElementsAre(mac_at + 6, mac_at + 14, file.size() - 4));
+}
+
+TEST(Pkcs12Reader, IdentifiersOfTheAuthenticatedSafeAreCompared) {
+    EXPECT_THAT(identifiers_not_compared(der(0x30, empty_info),
+                                         [](const uint8_t* data, std::size_t size) {
+                                             return reads(pfx_around(der(0x04, copy_of(data, size))));
+                                         }),
+                testing::IsEmpty());
+}
+
+TEST(Pkcs12Reader, IdentifiersOfAnEncryptedDataAreCompared) {
+    // Of an unknown algorithm, so that it is skipped when its form is right.
+    EXPECT_THAT(identifiers_not_compared(encrypted_data(flipped(empty_safe), "30 00"_hex),
+                                         [](const uint8_t* data, std::size_t size) {
+                                             return reads(pfx({encrypted_content(copy_of(data, size))}));
+                                         }),
+                testing::IsEmpty());
+}
+
+TEST(Pkcs12Reader, SizeIsNotCutTo32Bits) {
+    recording_crypto_t crypto;
+    pkcs12_easy_t out;
+    EXPECT_TRUE(asn_read_pkcs12_easy(sample.data(), 0x100000000, &crypto, out));
+    EXPECT_EQ(out.plain_items.size(), 2u);
 }
 
 // Junk is ignored but where a list of elements is read to its end.

@@ -1,4 +1,5 @@
-// A crypto object for tests: it writes down each call, encrypts by turning every bit, and fails or throws on demand.
+// A crypto object for tests: it writes down each call, encrypts by turning every bit, and fails, throws or denies what
+// it did on demand.
 #pragma once
 
 #include <pkider/pkcs12.h>
@@ -40,6 +41,7 @@ class recording_crypto_t final : public pbe_crypto_t {
     std::vector<crypto_call_t> calls;
     std::string failing;  // the operation that answers false
     std::string throwing; // the operation that throws
+    std::string denying;  // the operation that does its work and then answers false
     // Takes the place of the turned bits in decrypt, when set.
     std::function<bool(const pkcs8_encrypted_pki_gost_t& params, std::string& plain)> on_decrypt;
 
@@ -61,7 +63,7 @@ class recording_crypto_t final : public pbe_crypto_t {
         mac.salt_len = mac_salt.size();
         mac.salt = mac_salt.data();
         mac.iterations = mac_iterations;
-        return true;
+        return denying != "make_mac";
     }
 
     bool decrypt(const pkcs8_encrypted_pki_gost_t& params, const uint8_t* data, uint64_t size,
@@ -69,7 +71,7 @@ class recording_crypto_t final : public pbe_crypto_t {
         if (!record({"decrypt", data, std::string(data, data + size), {}, params, plain})) return false;
         if (on_decrypt) return on_decrypt(params, plain);
         plain = flipped(data, size);
-        return true;
+        return denying != "decrypt";
     }
 
     bool encrypt(const uint8_t* data, uint64_t size, pkcs8_encrypted_pki_gost_t& params,
@@ -81,7 +83,7 @@ class recording_crypto_t final : public pbe_crypto_t {
         params.iv_len = iv.size();
         params.iv = iv.data();
         storage = flipped(data, size);
-        return true;
+        return denying != "encrypt";
     }
 
     std::vector<std::string> operations() const {

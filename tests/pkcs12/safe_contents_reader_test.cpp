@@ -5,7 +5,9 @@
 #include "tests/pkcs12/recording_crypto.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/identifier_changes.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 using namespace pkider;
@@ -124,11 +126,14 @@ TEST(SafeContents, RequiredEveryCertificateTypeIsTaken) {
 TEST(SafeContents, OtherBagsAreSkippedWhateverTheyHold) {
     for (const bytes_t& oid : {crl_bag_oid, secret_bag_oid, safe_contents_bag_oid, "06 00"_hex,
                                "06 0C 2A 86 48 86 F7 0D 01 0C 0A 01 01 01"_hex}) {
-        const bytes_t contents = der(0x30, {bag(oid, "FF"_hex), bag(oid, {}), key_bag(key)});
+        const bytes_t contents =
+            der(0x30, {bag(oid, "FF"_hex), bag(oid, {}), bag(oid, cert_value(x509_certificate_oid, cert)),
+                       bag(oid, encrypted_key(flipped(key))), key_bag(key)});
         recording_crypto_t crypto;
         pkcs12_easy_t out;
         EXPECT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::plain, crypto, out));
         EXPECT_EQ(describe(out.plain_items), lines_t{"key 30 03 02 01 00"});
+        EXPECT_TRUE(out.protected_items.empty() && crypto.calls.empty());
     }
 }
 
@@ -330,6 +335,18 @@ TEST(SafeContents, MustBeASequence) {
             EXPECT_FALSE(read_safe_contents(data, size, safe_kind_t::plain, crypto, out)) << contents;
         });
     }
+}
+
+// A SET with another identifier is taken as something behind the bag's value.
+TEST(SafeContents, EveryIdentifierButThatOfTheAttributesIsCompared) {
+    const bytes_t set = attributes({good_name, id_attribute("01"_hex), attribute("06 01 2A"_hex, {})});
+    const bytes_t contents = der(0x30, cert_bag(cert, set));
+    const auto reads = [](const uint8_t* data, std::size_t size) {
+        recording_crypto_t crypto;
+        pkcs12_easy_t out;
+        return read_safe_contents(data, size, safe_kind_t::plain, crypto, out);
+    };
+    EXPECT_THAT(identifiers_not_compared(contents, reads), testing::ElementsAre(contents.size() - set.size()));
 }
 
 TEST(SafeContents, BytesBehindTheSequenceAreIgnored) {

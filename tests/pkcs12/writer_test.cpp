@@ -190,6 +190,14 @@ TEST(Pkcs12Writer, RequiredResultOfEncryptIsIgnored) {
     EXPECT_EQ(to_hex(out), to_hex(written_pfx({encrypted_content(data)})));
 }
 
+TEST(Pkcs12Writer, WhatADenyingEncryptLeftIsWritten) {
+    pkcs12_easy_t in;
+    in.protected_items.push_back(item_of(PKCS12_ITEM_KEY, key));
+    recording_crypto_t crypto;
+    crypto.denying = "encrypt";
+    EXPECT_EQ(to_hex(written(in, crypto)), to_hex(written_pfx({written_encrypted(safe({key_bag(key)}))})));
+}
+
 TEST(Pkcs12Writer, FailingMakeMacWritesTheRecordsMac) {
     pkcs12_easy_t in;
     in.mac.digest_len = 2;
@@ -197,10 +205,13 @@ TEST(Pkcs12Writer, FailingMakeMacWritesTheRecordsMac) {
     in.mac.salt_len = 1;
     in.mac.salt = id.data();
     in.mac.iterations = 9;
-    recording_crypto_t crypto;
-    crypto.failing = "make_mac";
+    recording_crypto_t failing, denying;
+    failing.failing = "make_mac";
+    denying.denying = "make_mac"; // what it filled in does not count
     const bytes_t mac = mac_data("01 02"_hex, "01"_hex, "02 01 09"_hex);
-    EXPECT_EQ(to_hex(written(in, crypto)), to_hex(pfx_around("04 02 30 00"_hex, mac)));
+    for (recording_crypto_t* const crypto : {&failing, &denying}) {
+        EXPECT_EQ(to_hex(written(in, *crypto)), to_hex(pfx_around("04 02 30 00"_hex, mac)));
+    }
 }
 
 TEST(Pkcs12Writer, FailingMakeMacWithAFreshRecordWritesAnEmptyMac) {
@@ -289,6 +300,22 @@ TEST(Pkcs12Writer, NullSpansAreWrittenAsZeros) {
     in.plain_items.push_back(item);
     recording_crypto_t crypto;
     EXPECT_EQ(written(in, crypto), bottom_up_pfx(in, crypto));
+}
+
+// Against elements with minimal lengths that were made without the library.
+TEST(Pkcs12Writer, LengthsBelow65536AreMinimal) {
+    for (const std::size_t size : {0x7Fu, 0x80u, 0xFFu, 0x100u, 0x1000u, 0xFD00u}) {
+        const bytes_t data(size, 0x33);
+        pkcs12_easy_t in;
+        in.plain_items.push_back(item_of(PKCS12_ITEM_CERT, data, name, id));
+        const bytes_t set = attributes({name_attribute(name), id_attribute(id)});
+        EXPECT_EQ(written(in), written_pfx({data_content(safe({cert_bag(data, set)}))}).str()) << size;
+
+        pkcs12_easy_t hidden;
+        hidden.protected_items.push_back(item_of(PKCS12_ITEM_KEY, key, data));
+        const bytes_t bag = key_bag(key, attributes({name_attribute(data)}));
+        EXPECT_EQ(written(hidden), written_pfx({written_encrypted(safe({bag}))}).str()) << size;
+    }
 }
 
 // Every size around the steps of the header, in each span, plain and protected; with the cut lengths from 65,536 on.
