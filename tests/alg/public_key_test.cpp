@@ -175,6 +175,35 @@ TEST(Pubkey, EveryIdentifierButThatOfTheParametersIsCompared) {
     EXPECT_THAT(identifiers_not_compared(from_hex(small_key), reads), testing::ElementsAre(9));
 }
 
+// The AlgorithmIdentifier that nearly all keys have is recognised whole, which must not show.
+const char* const rsa_key = "30 13 30 0D 06 09 2A 86 48 86 F7 0D 01 01 01 05 00 03 02 00 AA";
+
+TEST(Pubkey, AlgorithmOfRsaIsTakenApartLikeAnother) {
+    for_guarded(from_hex(rsa_key), [](const uint8_t* der, std::size_t size) {
+        const pubkey_t out = read_pubkey(der, size);
+        EXPECT_TRUE(out.read);
+        EXPECT_EQ(out.alg_oid(), (span_t{9, der + 6}));
+        EXPECT_EQ(out.params(), (span_t{2, der + 15}));
+        EXPECT_EQ(out.key(), (span_t{1, der + 20}));
+    });
+    for_every_prefix(from_hex(rsa_key), [](const uint8_t* der, std::size_t size) {
+        EXPECT_FALSE(read_pubkey(der, size).read) << size << " bytes";
+    });
+    const auto reads = [](const uint8_t* der, std::size_t size) { return read_pubkey(der, size).read; };
+    EXPECT_THAT(identifiers_not_compared(from_hex(rsa_key), reads), testing::ElementsAre(15));
+}
+
+TEST(Pubkey, AlgorithmOfRsaMayNotRunPastTheSequence) {
+    bytes_t der = from_hex(rsa_key);
+    for (der[1] = 0; der[1] < 15; ++der[1]) {
+        const pubkey_t out = read_pubkey(der.data(), der.size());
+        EXPECT_FALSE(out.read);
+        EXPECT_EQ(out.alg_oid(), unwritten);
+        EXPECT_EQ(out.params(), unwritten);
+    }
+    EXPECT_TRUE(read_pubkey(der.data(), der.size()).read); // it just fits; the BIT STRING need not
+}
+
 TEST(Pubkey, JunkInTheAlgorithmBelongsToTheParameters) {
     for_junk_in_each_constructed(from_hex(small_key), "FF FF"_hex, [](const uint8_t* der, std::size_t size) {
         const pubkey_t out = read_pubkey(der, size);
