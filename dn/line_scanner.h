@@ -39,8 +39,8 @@ inline const char* scan_value(const char* at, uint8_t& out_classes) {
 }
 
 /// @param on_pair  Called as `on_pair(const RDNdescr_t& pair, uint8_t value_classes)`.
-/// @return         DN_FAULT_TYPE_SYNTAX or DN_FAULT_UNBALANCED_QUOTE; on_pair has then been called for the pairs
-/// before.
+/// @return         DN_FAULT_TYPE_SYNTAX or DN_FAULT_UNBALANCED_QUOTE; on_pair has then been called for the pairs in
+///                 front of it.
 template <typename OnPair>
 asn_dn_result_t scan_line(const char* dn, OnPair&& on_pair) {
     const char* at = skip_blanks(dn);

@@ -34,6 +34,7 @@ struct asn_dn_result_t {
     /// 0: nothing. 1 to 10 are faults of a line, 11 to 19 faults of DER; docs/dn_syntax.md tells each of them.
     uint16_t code = 0;
     /// Of a line: characters (bytes) before the fault. Of DER: bytes before it. 0 on success. Wraps behind 65,535.
+    /// A bad digit of a `#` value (code 5) and a backslash at the end of a quoted one (code 7) are told one too early.
     uint16_t position = 0;
 };
 
@@ -53,10 +54,9 @@ enum PrintableDnGetAttr : uint32_t {
 ///
 /// @param dn       The line, ended by a NUL. An empty or blank one has no pairs.
 /// @param out      A record a pair is appended. After a failure it keeps the records in front of the fault.
-/// @return         False when a type, a separator or a quote stands wrong (codes 1 and 3). Unknown types and wrong
-/// values
-///                 are not found here.
-/// @throws         std::bad_alloc, std::length_error when `out` cannot grow.
+/// @return         False when a type, a separator or a quote stands wrong (codes 1 and 3). Types that nobody knows and
+///                 wrong values are not found here.
+/// @throws         std::bad_alloc, std::length_error when `out` cannot grow; it then keeps what was appended before.
 /// @par Threads    Touches only its arguments.
 PKIDER_API bool printable_dn_parse(const char* dn, std::vector<RDNdescr_t>& out);
 
@@ -65,6 +65,9 @@ PKIDER_API bool printable_dn_parse(const char* dn, std::vector<RDNdescr_t>& out)
 /// RDNs stay in the order of the line, and the members of a SET too: they are not sorted as DER would have a SET OF. A
 /// value becomes the narrowest of PrintableString, IA5String and UTF8String that its characters need; bytes of 0x80 and
 /// above are taken for UTF-8 as they stand, unchecked. `#` values are taken as they are, whatever their tag.
+///
+/// Blanks between "=" and the separator belong to the value. Between quotes only the quote is unescaped: `"a\,b"` keeps
+/// its backslash. A type is looked for among the short names first, dotted text or not.
 ///
 /// Lengths: whatever has 65,536 or more bytes of contents at any level may get a header that says less, and the result
 /// is then the DER of another Name, with no fault reported. The outermost level is the first to get there, with a
@@ -77,8 +80,7 @@ PKIDER_API bool printable_dn_parse(const char* dn, std::vector<RDNdescr_t>& out)
 /// @return         False for a fault (codes 1 to 10); printable_dn_normalize_r tells which and where.
 /// @throws         std::bad_alloc, std::length_error, the latter also for a Name of more than 0xFFFFFFFF bytes.
 /// @par Threads    Only reads `map`; calls may overlap any other reader of it.
-/// @par Standard   X.501 9.2, X.690; the line is close to RFC 2253 and RFC 4514, docs/dn_syntax.md tells how it
-/// differs.
+/// @par Standard   X.501 9.2, X.690; the line is close to RFC 2253 and RFC 4514, docs/dn_syntax.md tells what differs.
 PKIDER_API bool printable_to_asn_dn(const char* dn, std::string& der, oid_map_handle_t map);
 
 /// Prints the DER of a Name as one line of text: `CN=a,O=b+OU=c`.
@@ -87,15 +89,17 @@ PKIDER_API bool printable_to_asn_dn(const char* dn, std::string& der, oid_map_ha
 /// backslash; TeletexString, BMPString and UniversalString are converted to UTF-8, the others copied byte for byte, NUL
 /// and control characters included. So the text of a hostile Name may end early for a reader of NUL-terminated text,
 /// and may hold line breaks, terminal sequences and broken UTF-8. Every other value is printed as `#` and its bytes in
-/// hexadecimal, to the end of its attribute.
+/// hexadecimal, to the end of its attribute; behind a string, what is left of its attribute is ignored. An empty
+/// BMPString or UniversalString is a fault, empty strings of the other types are none.
 ///
 /// Not every line that is printed can be encoded again: an RDN without attributes prints as nothing, an empty short
-/// name as "=", and an OID under 2 with a second arc above 39 as another one (2.999 as 26.39).
+/// name as "=", and an OID under 2 with a second arc above 39 as another one (2.999 as 26.39). And a type that `map`
+/// does not know can print as the dotted text of one that it knows: arcs lose what exceeds 32 bits, and
+/// `55 04 90 80 80 80 03` prints as `2.5.4.3`, which is encoded as a CN.
 ///
 /// @param der      First byte of the Name. Bytes behind it are not looked at. It may stand in `out`.
 /// @param length   Bytes available from `der`.
-/// @param out      The line is appended. After a failure it is what was printed before the fault, the types and
-/// separators
+/// @param out      The line is appended. After a failure it is what was printed before the fault, types and separators
 ///                 in front of it included; in reversed order the finished RDNs, each with its ",". Untouched after an
 ///                 exception.
 /// @param order    Order of the RDNs; members of an RDN stay in theirs.
@@ -147,17 +151,15 @@ PKIDER_API char* printable_dn_reverse(char* dn);
 /// Text is compared with text, character for character: case, blanks, quotes and escapes all count, so give it normal
 /// forms. And it is a simple scan, which must not be the ground of an access decision:
 /// - A piece that only begins with the last wanted RDN ends the search, although an equal one follows: `O=bc,O=b` does
-/// not
-///   contain `O=b`.
+///   not contain `O=b`.
 /// - A comma behind a backslash counts as the end of a wanted RDN, so that parts of one value can match: `CN=a\,b,O=x`
 ///   contains `CN=a\,O=x`.
 /// - A backslash in front escapes a comma or a quote even when it is escaped itself: `CN=a\\,O=b` does not contain
-/// `O=b`.
+///   `O=b`.
 ///
 /// @param dn       The line to search, ended by a NUL.
-/// @param attrs    The wanted RDNs, separated by ",", ended by a NUL. None at all are contained only in an empty line,
-/// or
-///                 in one that begins with ",".
+/// @param attrs    The wanted RDNs, separated by ",", ended by a NUL. None at all are contained only in an empty line
+///                 and in one that begins with ",".
 /// @return         Whether they were all found.
 /// @throws         Nothing.
 /// @par Threads    Touches only its arguments.
@@ -181,8 +183,7 @@ PKIDER_API bool printable_dn_get_attr(const char* dn, const char* type, std::str
 ///
 /// @param dn       The line, ended by a NUL.
 /// @return         False when a `CN` stands in front of the first `C`, or the line cannot be taken apart (codes 1 and
-/// 3).
-///                 True when there is no `C`.
+///                 3). True when there is no `C`.
 /// @throws         std::bad_alloc.
 /// @par Threads    Touches only its arguments.
 PKIDER_API bool printable_dn_C_before_CN(const char* dn);

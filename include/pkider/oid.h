@@ -53,12 +53,13 @@ PKIDER_API uint64_t oid_str_to_asn_(const char* begin, const char* end, uint8_t 
 /// Converts the contents octets of an OBJECT IDENTIFIER to dotted text.
 ///
 /// The first subidentifier is divided by 40 without a limit: `88 37`, which is 2.999, prints as `26.39`. Subidentifiers
-/// of more than 32 bits lose their high bits; leading 80 octets are accepted.
+/// of more than 32 bits lose their high bits; leading 80 octets are accepted. So other contents can print as the text
+/// of a well-known OID: compare contents, not texts.
 ///
 /// @param begin  First contents octet.
 /// @param end    Behind the last one.
-/// @param out    The text is appended. After a failure it keeps what was printed before the fault, the last dot
-///               included: `2A 86` appends `1.2.`
+/// @param out    The text is appended; it must not hold the contents. After a failure it keeps what was printed before
+///               the fault, the last dot included: `2A 86` appends `1.2.`
 /// @return       False when there is no octet, or the last one does not end a subidentifier.
 /// @throws       std::bad_alloc, std::length_error when `out` cannot grow; it then keeps what was appended before.
 /// @par Threads  Touches only its arguments.
