@@ -25,7 +25,8 @@ class kodex_converter_t {
     constexpr kodex_converter_t(kodex_codepage_t source, kodex_codepage_t target)
         : m_source(source), m_target(target) {}
 
-    /// Size of the converted text in bytes, 0 when `in` is not convertible. So it is 0 for an empty `in` as well.
+    /// Size of the converted text in bytes, 0 when `in` is not convertible. So it is 0 for an empty `in` as well, and
+    /// an empty string in a Name is a fault. Wanted: DnDecoderFault.IsReported/RequiredEmptyWideStringIsNotConvertible.
     uint64_t get_outsize(const uint8_t* in, uint64_t size) const;
 
     /// Converts into `out`, of which no more than `out_size` bytes are written.

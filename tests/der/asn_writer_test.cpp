@@ -96,6 +96,17 @@ TEST(AsnWriter, GrowsToTheNeedAnd22Bytes) {
     EXPECT_EQ(encoded(writer).size(), 30u);
 }
 
+TEST(AsnWriter, EveryGrowthKeepsTheContents) {
+    asn_writer_t<16> writer(0x04);
+    bytes_t expected;
+    for (int i = 0; i < 1000; ++i) {
+        const auto byte = static_cast<uint8_t>(i * 7);
+        writer.append(&byte, 1);
+        expected.push_back(byte);
+        ASSERT_EQ(bytes_t(writer.data() + writer.size() - expected.size(), writer.data() + writer.size()), expected);
+    }
+}
+
 TEST(AsnWriter, NullElementOfFourInlineBytesGrowsWithFinish) {
     asn_writer_t<4> writer(0x05);
     EXPECT_EQ(encoded(writer), "05 00"_hex);

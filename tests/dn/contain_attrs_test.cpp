@@ -76,6 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
         contain_row_t{"CommaAtTheEndOfAttrs", "CN=a,O=b", "CN=a,", false},
         // Quotes and backslashes
         contain_row_t{"QuotedCommaIsNoBoundary", "CN=\"a,O=b\",C=RU", "O=b", false},
+        contain_row_t{"QuotedCommaIsNoRestartPoint", "CN=\"a,c\",b\"", "CN=\"a,b\"", false},
         contain_row_t{"BehindAQuotedComma", "CN=\"a,O=b\",C=RU", "C=RU", true},
         contain_row_t{"QuotedPiece", "CN=\"a,O=b\",C=RU", "CN=\"a,O=b\",C=RU", true},
         contain_row_t{"EscapedCommaIsNoBoundary", "CN=a\\,O=b", "O=b", false},

@@ -6,8 +6,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
+
+#ifdef __linux__
+#include <sys/mman.h>
+#endif
 
 using namespace pkider;
 using namespace pkider_test;
@@ -99,6 +104,11 @@ INSTANTIATE_TEST_SUITE_P(
                     "CN=a,O=b+OU=c,C=d", "C=d,O=b+OU=c,CN=a"},
         print_row_t{"UnknownTypeIsDotted", "30 0C 31 0A 30 08 06 03 55 04 7F 13 01 61", "2.5.4.127=a", "2.5.4.127=a"},
         print_row_t{"LargeSecondArcIsSplitAnew", "30 0B 31 09 30 07 06 02 88 37 13 01 61", "26.39=a", "26.39=a"},
+        // No map knows these contents, but their dotted text is that of CN
+        print_row_t{"ArcsLoseTheirHighBits", "30 10 31 0E 30 0C 06 07 55 04 90 80 80 80 03 13 01 61", "2.5.4.3=a",
+                    "2.5.4.3=a"},
+        print_row_t{"LeadingZeroOfAnArcIsSkipped", "30 0D 31 0B 30 09 06 04 80 55 04 03 13 01 61", "2.5.4.3=a",
+                    "2.5.4.3=a"},
         print_row_t{"StateIsPrintedByItsFirstName", "30 0C 31 0A 30 08 06 03 55 04 08 13 01 61", "ST=a", "ST=a"},
         print_row_t{"LongFormLengths", "30 81 11 31 82 00 0D 30 81 0A 06 81 03 55 04 03 13 81 01 61", "CN=a", "CN=a"},
         print_row_t{"RequiredAnEmptySetPrintsNothing", "30 02 31 00", "", ""},
@@ -312,7 +322,8 @@ INSTANTIATE_TEST_SUITE_P(
         print_fault_t{"StringLengthOctetsCut", "30 0C 31 0A 30 08 06 03 55 04 03 1E 82 00", 16, 11, "CN=", ""},
         // Strings that cannot be converted
         print_fault_t{"TeletexForbiddenByte", "30 0D 31 0B 30 09 06 03 55 04 03 14 02 41 24", 17, 13, "CN=", ""},
-        print_fault_t{"BmpEmpty", "30 0B 31 09 30 07 06 03 55 04 03 1E 00", 18, 13, "CN=", ""},
+        print_fault_t{"RequiredEmptyWideStringIsNotConvertible", "30 0B 31 09 30 07 06 03 55 04 03 1E 00", 18, 13,
+                      "CN=", ""},
         print_fault_t{"BmpSurrogate", "30 0D 31 0B 30 09 06 03 55 04 03 1E 02 D8 3D", 18, 13, "CN=", ""},
         print_fault_t{"BmpOddLength", "30 0C 31 0A 30 08 06 03 55 04 03 1E 01 41", 18, 13, "CN=", ""},
         print_fault_t{"UniversalEmpty", "30 0B 31 09 30 07 06 03 55 04 03 1C 00", 18, 13, "CN=", ""},
@@ -339,6 +350,45 @@ TEST(DnDecoderFault, PositionsBehind65535Wrap) {
     EXPECT_EQ(printed.result.code, 12);
     EXPECT_EQ(printed.result.position, static_cast<uint16_t>(der.size() - 2));
 }
+
+#ifdef __linux__
+// Pages of zeros, of which only the first is ever touched.
+class zero_pages_t {
+  public:
+    explicit zero_pages_t(std::size_t size) : m_size(size) {
+        void* const pages =
+            mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+        if (pages != MAP_FAILED) m_data = static_cast<uint8_t*>(pages);
+    }
+    ~zero_pages_t() {
+        if (m_data != nullptr) munmap(m_data, m_size);
+    }
+    zero_pages_t(const zero_pages_t&) = delete;
+    zero_pages_t& operator=(const zero_pages_t&) = delete;
+
+    uint8_t* data() const { return m_data; }
+    std::size_t size() const { return m_size; }
+
+  private:
+    uint8_t* m_data = nullptr;
+    std::size_t m_size;
+};
+
+// A length that a signed number of 32 bits would take for a negative one, that is for nothing at all.
+TEST(DnDecoderFault, TeletexStringOf2GiBIsNotConverted) {
+    const bytes_t headers =
+        "30 84 80 00 00 17 31 84 80 00 00 11 30 84 80 00 00 0B 06 03 55 04 03 14 84 80 00 00 00"_hex;
+    const zero_pages_t der(headers.size() + 0x80000000);
+    if (der.data() == nullptr) GTEST_SKIP() << "no address space";
+    std::copy(headers.begin(), headers.end(), der.data());
+    std::string out;
+    const asn_dn_result_t result = asn_dn_to_printable_r(der.data(), static_cast<uint32_t>(der.size()), out,
+                                                         DN_ORDER_AS_ENCODED, OID_MAP_HANDLE_DEFAULT);
+    EXPECT_EQ(result.code, 17);
+    EXPECT_EQ(result.position, headers.size());
+    EXPECT_EQ(out, "CN=");
+}
+#endif
 
 const char* const sample = "30 58 31 0A 30 08 06 03 55 04 03 13 01 61"
                            "31 14 30 08 06 03 55 04 0A 0C 01 62 30 08 06 03 55 04 0B 16 01 63"

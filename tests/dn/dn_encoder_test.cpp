@@ -149,13 +149,15 @@ INSTANTIATE_TEST_SUITE_P(
     Lines, DnEncoderFault,
     testing::Values(
         // The line
-        encode_fault_t{"NothingAfterComma", "CN=a,", 1, 5}, encode_fault_t{"QuoteLeftOpen", "CN=a,O=\"b", 3, 7},
+        encode_fault_t{"NothingAfterComma", "CN=a,", 1, 5}, encode_fault_t{"NothingAfterPlus", "CN=a+", 1, 5},
+        encode_fault_t{"QuoteLeftOpen", "CN=a,O=\"b", 3, 7},
         encode_fault_t{"ALaterFaultOfTheLineGoesFirst", "XX=a;b,", 1, 7},
         // The type
         encode_fault_t{"UnknownType", "CN=a, XX=b", 2, 6}, encode_fault_t{"CommaBeginsAType", "CN=a,,O=b", 2, 5},
-        encode_fault_t{"OneArc", "2=a", 2, 0}, encode_fault_t{"FirstArcTooLarge", "CN=a,3.1=b", 2, 5},
-        encode_fault_t{"TypeAboveAscii", "\xC3\xA9=a", 2, 0}, encode_fault_t{"OidPrefix", "OID.2.5.4.3=a", 2, 0},
-        encode_fault_t{"LongName", "commonName=a", 2, 0}, encode_fault_t{"TypeGoesBeforeItsValue", "XX=a;b", 2, 0},
+        encode_fault_t{"SecondOfASet", "CN=a+XX=b,O=c", 2, 5}, encode_fault_t{"OneArc", "2=a", 2, 0},
+        encode_fault_t{"FirstArcTooLarge", "CN=a,3.1=b", 2, 5}, encode_fault_t{"TypeAboveAscii", "\xC3\xA9=a", 2, 0},
+        encode_fault_t{"OidPrefix", "OID.2.5.4.3=a", 2, 0}, encode_fault_t{"LongName", "commonName=a", 2, 0},
+        encode_fault_t{"TypeGoesBeforeItsValue", "XX=a;b", 2, 0},
         encode_fault_t{"AnEarlierValueGoesFirst", "CN=a;b,XX=c", 10, 4},
         // Plain values
         encode_fault_t{"BackslashAtTheEnd", "CN=a\\", 7, 5}, encode_fault_t{"OneHexDigit", "CN=a\\4", 8, 6},
@@ -175,9 +177,12 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(DnEncoderFault, ShortNamesNeedAMap) {
     std::string der = untouched;
-    const asn_dn_result_t result = printable_to_asn_dn_r("2.5.4.3=a,CN=abc", der, no_map);
-    EXPECT_EQ(result.code, 2);
-    EXPECT_EQ(result.position, 10);
+    const asn_dn_result_t first = printable_to_asn_dn_r("CN=abc", der, no_map);
+    EXPECT_EQ(first.code, 2);
+    EXPECT_EQ(first.position, 0);
+    const asn_dn_result_t second = printable_to_asn_dn_r("2.5.4.3=a,CN=abc", der, no_map);
+    EXPECT_EQ(second.code, 2);
+    EXPECT_EQ(second.position, 10);
     EXPECT_EQ(der, untouched);
 }
 
@@ -193,6 +198,15 @@ TEST(DnEncoder, DottedTextNeedsNoMap) {
     std::string der;
     ASSERT_TRUE(printable_to_asn_dn("2.5.4.3=abc", der, no_map));
     EXPECT_EQ(to_hex(der), "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 62 63");
+}
+
+TEST(DnEncoder, ShortNamesGoBeforeDottedText) {
+    constexpr std::string_view text = "1.2.3 = 2.5.4.3";
+    const oid_map_handle_t map = oid_map_parse(text.data(), text.size());
+    std::string der;
+    EXPECT_TRUE(printable_to_asn_dn("2.5.4.3=a,2.5.4.4=b", der, map));
+    EXPECT_EQ(to_hex(der), "30 17 31 09 30 07 06 02 2A 03 13 01 61 31 0A 30 08 06 03 55 04 04 13 01 62");
+    oid_map_release(map);
 }
 
 TEST(DnEncoder, TakesALineThatStandsInItsOutput) {
@@ -240,10 +254,12 @@ TEST(DnEncoder, EqualsTheWritersAtTheEndOfTheShortForms) {
 // Around 65,536 a length loses octets, at each level for another value length.
 TEST(DnEncoder, EqualsTheWritersAroundLength0x10000) {
     for (std::size_t length = 65'500; length <= 65'540; ++length) {
-        const std::string line = "CN=" + std::string(length, 'a');
-        std::string der;
-        ASSERT_TRUE(printable_to_asn_dn(line.c_str(), der, OID_MAP_HANDLE_DEFAULT));
-        ASSERT_EQ(der, encode_naively(line.c_str(), OID_MAP_HANDLE_DEFAULT)) << length;
+        const std::string value(length, 'a');
+        for (const std::string& line : {"CN=" + value, "CN=" + value + "+O=b", "C=c,O=b+CN=" + value + ",L=d"}) {
+            std::string der;
+            ASSERT_TRUE(printable_to_asn_dn(line.c_str(), der, OID_MAP_HANDLE_DEFAULT));
+            ASSERT_TRUE(der == encode_naively(line.c_str(), OID_MAP_HANDLE_DEFAULT)) << length;
+        }
     }
 }
 

@@ -208,6 +208,14 @@ TEST(TeletexTables, HoldThe255CompositionsOfUnicode) {
     EXPECT_EQ(num_compositions, 255);
 }
 
+TEST(TeletexTables, RequiredFourCompositionsAreLeftOut) {
+    for (const bytes_t& pair : {"C1 E0"_hex, "C2 E0"_hex, "C2 E9"_hex, "C2 F9"_hex}) {
+        EXPECT_NE(nfc(main_code_point(pair[1]), main_code_point(pair[0])), 0u) << to_hex(pair);
+        const t61_row_t* const row = t61_compositions[pair[0] & 0x0F][pair[1] / 32];
+        EXPECT_EQ(row == nullptr ? 0 : (*row)[pair[1] % 32], 0) << to_hex(pair);
+    }
+}
+
 TEST(TeletexTables, RowsStandOnlyWhereLettersAre) {
     for (int accent = 0xC0; accent < 0xD0; ++accent) {
         const bool has_letters = accent != 0xC0 && accent != 0xC9 && accent != 0xCC;

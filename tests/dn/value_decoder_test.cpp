@@ -110,6 +110,7 @@ INSTANTIATE_TEST_SUITE_P(
                     value_row_t{"QuotedHexPairIsText", "\"\\2C\"", printable, "\\2C", IN_LINE},
                     value_row_t{"TheSecondOfTwoBackslashesIsClassified", "\"a\\\\\"", ia5, "a\\\\", IN_LINE},
                     value_row_t{"RawQuotesInside", "\"a\"b\"c\"", ia5, "a\"b\"c", IN_LINE},
+                    value_row_t{"TwoQuotedPiecesAreOneValue", "\"a\"O=\"b\"", ia5, "a\"O=\"b", IN_LINE},
                     value_row_t{"FourQuotes", "\"\"\"\"", ia5, "\"\"", IN_LINE},
                     value_row_t{"QuotedUtf8", "\"\xC3\xA9\"", utf8, "\xC3\xA9", IN_LINE},
                     value_row_t{"CharacterBehindAKeptBackslash", "\"\\_\"", ia5, "\\_", IN_LINE},
@@ -257,6 +258,10 @@ TEST(DnValueDecode, AppendsToTheScratch) {
     const std::string hex = "#0C0161";
     ASSERT_EQ(printable_dn_value_decode(hex.data(), hex.data() + hex.size(), scratch, value).code, 0);
     EXPECT_EQ(std::string(value.bytes, value.bytes + value.length), "a");
+
+    const std::string quoted = "\"c\\\"d\"";
+    ASSERT_EQ(printable_dn_value_decode(quoted.data(), quoted.data() + quoted.size(), scratch, value).code, 0);
+    EXPECT_EQ(std::string(value.bytes, value.bytes + value.length), "c\"d");
 }
 
 TEST(DnValueDecode, LeaksNothingWhenAllocationFails) {

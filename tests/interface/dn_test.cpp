@@ -4,12 +4,23 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
 using namespace pkider_test;
 
 namespace {
+
+// The records as hosts were compiled with them: 32 bits are returned, pointers stand in the order of the line.
+static_assert(sizeof(asn_dn_result_t) == 4);
+static_assert(offsetof(asn_dn_result_t, code) == 0 && offsetof(asn_dn_result_t, position) == 2);
+static_assert(offsetof(RDNdescr_t, type_begin) == 0);
+static_assert(offsetof(RDNdescr_t, type_end) == sizeof(char*));
+static_assert(offsetof(RDNdescr_t, value_begin) == 2 * sizeof(char*));
+static_assert(offsetof(RDNdescr_t, value_end) == 3 * sizeof(char*));
+static_assert(offsetof(RDNdescr_t, joined_to_previous) == 4 * sizeof(char*));
+static_assert(sizeof(PrintableDnOrder) == 4 && sizeof(PrintableDnGetAttr) == 4);
 
 const oid_map_handle_t& map = OID_MAP_HANDLE_DEFAULT;
 

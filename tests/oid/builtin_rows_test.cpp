@@ -153,6 +153,25 @@ TEST(BuiltinIndex, ComparesTheWholeKey) {
     }
 }
 
+TEST(BuiltinIndex, AnswersAsTheTableForTypesOfX520) {
+    for (int n = 0; n < 256; ++n) {
+        const uint8_t contents[] = {0x55, 0x04, static_cast<uint8_t>(n), 0x00};
+        ASSERT_EQ(builtin_by_x520_contents.find(contents, 3), first_with_contents({contents, 3})) << n;
+        ASSERT_EQ(builtin_by_x520_contents.find(contents, 2), nullptr);
+        ASSERT_EQ(builtin_by_x520_contents.find(contents, 4), nullptr);
+    }
+    EXPECT_EQ(builtin_by_x520_contents.find(nullptr, 0), nullptr);
+}
+
+// The last eight bytes are the digest of CN.
+TEST(BuiltinIndex, LongShortNamesAreNotCutToTheirDigest) {
+    constexpr std::string_view name("x\0\0\0\0\0\x02"
+                                    "CN",
+                                    9);
+    ASSERT_EQ(short_name_digest(name.data(), name.size()), short_name_digest("CN", 2));
+    EXPECT_EQ(builtin_by_short_name.find(name.data(), name.size()), nullptr);
+}
+
 TEST(BuiltinIndex, FindsShortNamesInEitherCase) {
     for (const OIDdescr_t& row : builtin_rows) {
         std::string name = row.sn;

@@ -80,6 +80,8 @@ TEST_F(OidDefaultMaps, BothHoldTheBuiltinEntriesFromTheStart) {
         EXPECT_EQ(by_name("no", map), "none");
         EXPECT_EQ(by_name("", map), "none");
         EXPECT_EQ(by_contents("55 04 05"_hex, map), "none");
+        EXPECT_EQ(by_contents("55 04 03 00"_hex, map), "none");
+        EXPECT_EQ(by_contents("55 04"_hex, map), "none");
         EXPECT_EQ(by_contents({}, map), "none");
         EXPECT_EQ(by_dotted_text("2.5.4.5", map), "none");
     }
@@ -122,14 +124,16 @@ TEST_F(OidDefaultMaps, FileAddsItsEntriesToItsMapOnly) {
 }
 
 TEST_F(OidDefaultMaps, RequiredBuiltinNamesWinOverTheFile) {
-    write("2.5.4.3 = NAME, myName\n1.2.3 = CN, other\n1.2.3 = cn2");
+    write("2.5.4.3 = NAME, myName\n1.2.3 = CN, other\n1.2.3 = cn2\n1.2.840.113549.1.9.1 = MAIL");
     load();
     EXPECT_EQ(by_contents("55 04 03"_hex), "2.5.4.3|CN|commonName");
     EXPECT_EQ(by_dotted_text("2.5.4.3"), "2.5.4.3|CN|commonName");
+    EXPECT_EQ(by_contents("2A 86 48 86 F7 0D 01 09 01"_hex), "1.2.840.113549.1.9.1|E|emailAddress");
     EXPECT_EQ(by_name("NAME"), "2.5.4.3|NAME|myName"); // a further name that is accepted
     EXPECT_EQ(by_name("CN"), "2.5.4.3|CN|commonName");
     EXPECT_EQ(by_contents("2A 03"_hex), "1.2.3|CN|other"); // its OID is new
     EXPECT_EQ(by_name("CN2"), "1.2.3|CN2|");
+    EXPECT_EQ(by_name("MAIL"), "1.2.840.113549.1.9.1|MAIL|");
 }
 
 TEST_F(OidDefaultMaps, FileDottedTextThatDiffersIsAnotherKey) {
@@ -144,6 +148,15 @@ TEST_F(OidDefaultMaps, FileMayHaveCommentsAndAnyLineEnds) {
     load();
     EXPECT_EQ(by_name("COMMENT"), "none");
     EXPECT_EQ(by_name("MINE"), "1.2.3|MINE|my own");
+    EXPECT_EQ(by_name("OTHER"), "1.2.4|OTHER|");
+}
+
+TEST_F(OidDefaultMaps, ByteOrderMarkOfTheFileHidesItsFirstLine) {
+    write("\xEF\xBB\xBF"
+          "1.2.3 = MINE\r\n1.2.4 = OTHER\r\n");
+    load();
+    EXPECT_EQ(by_name("MINE"), "none");
+    EXPECT_EQ(by_contents("2A 03"_hex), "none");
     EXPECT_EQ(by_name("OTHER"), "1.2.4|OTHER|");
 }
 

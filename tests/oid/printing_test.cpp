@@ -53,6 +53,7 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Algorithms, OidToPrintable,
     testing::Values(print_row_t{"Hash", SHA256_OID, no_map, "SHA256", "SHA256(2.16.840.1.101.3.4.2.1)", true},
+                    print_row_t{"ShortIdentifier", "06 05 2B 0E 03 02 1A", no_map, "SHA1", "SHA1(1.3.14.3.2.26)", true},
                     print_row_t{"BytesBehindAreIgnored", SHA256_OID "06 80", no_map, "SHA256",
                                 "SHA256(2.16.840.1.101.3.4.2.1)", true},
                     print_row_t{"MapWithoutIt", SHA256_OID, OID_MAP_HANDLE_DEFAULT, "SHA256",
@@ -143,6 +144,30 @@ TEST(OidToPrintable, AFailedAllocationLeavesTheText) {
     };
     EXPECT_EQ(for_each_failing_allocation([&] { print(with_dotted); }, [] {}), 1u);
     EXPECT_EQ(for_each_failing_allocation([&] { print(!with_dotted); }, [] {}), 1u);
+}
+
+TEST(OidToPrintable, AFailedAllocationForAShortNameLeavesTheText) {
+    const std::string text = "1.2.3 = " + std::string(100, 'N');
+    const oid_map_handle_t map = oid_map_parse(text.data(), text.size());
+    const bytes_t der = "06 02 2A 03"_hex;
+    const auto print = [&] {
+        std::string out = "x";
+        try {
+            EXPECT_TRUE(asn_oid_to_printable(der.data(), 4, out, with_dotted, map));
+        } catch (const std::bad_alloc&) {
+            EXPECT_EQ(out, "x");
+            throw;
+        }
+        EXPECT_EQ(out.size(), 100u);
+    };
+    EXPECT_EQ(for_each_failing_allocation(print, [] {}), 1u);
+    oid_map_release(map);
+}
+
+TEST(OidToPrintable, TakesNullForNoBytes) {
+    std::string out = "x";
+    EXPECT_FALSE(asn_oid_to_printable(nullptr, 0, out, with_dotted, OID_MAP_HANDLE_DEFAULT));
+    EXPECT_EQ(out, "x");
 }
 
 TEST(OidToPrintable, EveryCutIsRefused) {
