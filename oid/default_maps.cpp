@@ -9,14 +9,15 @@ namespace {
 
 constexpr char file_name[] = "vpnoids.cfg";
 
-// Both maps are there before the first constructor of a host runs and after its last destructor. Only what a file added
-// is released when the library is unloaded.
+// Both maps are there before the first constructor of a host runs and after its last destructor.
 constinit pkider::oid_map_t default_map(pkider::oid_map_start_t::BUILTIN);
 constinit pkider::oid_map_t file_map(pkider::oid_map_start_t::BUILTIN);
 
-struct release_at_unload_t {
+// What a file added ends when the library is unloaded. Registered as early as the library is loaded, so that it runs
+// behind the destructors of the hosts that link the shared library, whenever they name a directory.
+const struct release_at_unload_t {
     ~release_at_unload_t() { file_map.clear(); }
-};
+} release_at_unload;
 
 } // namespace
 
@@ -24,8 +25,6 @@ constinit oid_map_handle_t OID_MAP_HANDLE_DEFAULT{&default_map};
 constinit oid_map_handle_t OID_MAP_HANDLE_DEFAULT_FILE{&file_map};
 
 void set_oid_default_file_dir(const char* dir) {
-    static const release_at_unload_t release_at_unload;
-
     file_map.clear();
     // No separator in between. Wanted: OidDefaultMaps.RequiredNoSeparatorIsPutBehindTheDirectory.
     const pkider::file_bytes_t file = pkider::read_whole_file((std::string(dir) + file_name).c_str());

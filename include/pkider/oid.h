@@ -125,7 +125,7 @@ PKIDER_API const OIDdescr_t* oid_map_find_sn(oid_map_handle_t map, const char* s
 PKIDER_API extern oid_map_handle_t OID_MAP_HANDLE_DEFAULT;
 
 /// The built-in names and what set_oid_default_file_dir adds to them. Until it is called, the same entries as those of
-/// OID_MAP_HANDLE_DEFAULT; copies of the handle see what a call adds.
+/// OID_MAP_HANDLE_DEFAULT; copies of the handle see what a call adds, until the library is unloaded.
 PKIDER_API extern oid_map_handle_t OID_MAP_HANDLE_DEFAULT_FILE;
 
 /// Reads the file `vpnoids.cfg` of a directory into OID_MAP_HANDLE_DEFAULT_FILE, in place of what the last call added.
