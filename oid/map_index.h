@@ -1,9 +1,9 @@
-// One index of an OID map, built once over all entries: for each key the first entry that has it.
+// One index of an OID map, built once over all entries. Of those with one key it finds the first.
 // Wanted: OidMap.RequiredFirstEntryOfAKeyWins.
 //
-// Slots stand sorted by (hash, key), and a directory of the high bits of the hash says where to look. A find is two
-// steps for keys that spread; keys chosen to collide make it a binary search, and building never costs more than a
-// sort.
+// Slots stand sorted by (hash, key, place in the text), and a directory of the high bits of the hash says where to
+// look. A find is two steps for keys that spread; keys chosen to collide make it a binary search, and building never
+// costs more than a sort.
 #pragma once
 
 #include <pkider/oid.h>
@@ -41,8 +41,9 @@ class oid_map_slots_t {
     const OIDdescr_t* entry(const slot_t& slot) const { return m_entries[slot.number]; }
 
   private:
-    std::vector<slot_t> spread();
-    void keep_first_of_each_key(std::span<slot_t> candidates, compare_t compare);
+    std::size_t bucket_of(const slot_t& slot) const { return slot.hash >> m_shift; }
+    void spread();
+    void sort_buckets(compare_t compare);
 
     int m_shift = 31;
     std::span<const OIDdescr_t* const> m_entries;
@@ -71,15 +72,16 @@ class oid_map_index_t {
     const OIDdescr_t* find(std::string_view key) const {
         const uint32_t hash = hash_of(key);
         std::span<const oid_map_slots_t::slot_t> slots = m_slots.bucket(hash);
-        while (!slots.empty()) {
+        const OIDdescr_t* found = nullptr;
+        while (!slots.empty()) { // to the first of equal keys
             const std::size_t middle = slots.size() / 2;
             const oid_map_slots_t::slot_t& slot = slots[middle];
             const OIDdescr_t* const entry = m_slots.entry(slot);
             const int order = slot.hash != hash ? (slot.hash < hash ? -1 : 1) : Key::compare(Key::key(*entry), key);
-            if (order == 0) return entry;
+            if (order == 0) found = entry;
             slots = order < 0 ? slots.subspan(middle + 1) : slots.first(middle);
         }
-        return nullptr;
+        return found;
     }
 
   private:
