@@ -20,9 +20,9 @@ constexpr uint64_t asn_max_content_size = 0xFFFFFFFF;
 /// AsnWriter.RequiredLength0x10000IsWrittenAs8100.
 constexpr uint64_t asn_num_length_octets(uint64_t content_size) {
     if (content_size < 0x80) return 0;
-    uint64_t num = 1;
-    while (num < 4 && (content_size >> 8 * num & 0xFF) != 0) ++num;
-    return num;
+    if ((content_size & 0xFF00) == 0) return 1;
+    if ((content_size & 0xFF0000) == 0) return 2;
+    return (content_size & 0xFF000000) == 0 ? 3 : 4;
 }
 
 /// Size of the header in front of `content_size` bytes of contents; `content_size` is at most asn_max_content_size.
