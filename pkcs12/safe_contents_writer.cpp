@@ -34,14 +34,20 @@ uint8_t* put_attribute(uint8_t* at, const attribute_oid_t& oid, uint8_t tag, con
 // SafeBag ::= SEQUENCE { bagId OBJECT IDENTIFIER, bagValue [0], bagAttributes SET OPTIONAL }          (RFC 7292 4.2)
 // CertBag ::= SEQUENCE { certId OBJECT IDENTIFIER, certValue [0] { OCTET STRING } }                   (RFC 7292 4.2.3)
 //
-// Contents sizes, from the inside out.
+// Contents sizes, from the inside out, and the sizes of the two parts around the item's data.
 struct bag_sizes_t {
     uint64_t cert_value = 0; ///< [0] of a CertBag
     uint64_t cert_bag = 0;
     uint64_t value = 0; ///< bagValue
     uint64_t attributes = 0;
     uint64_t bag = 0;
+    uint64_t head_part = 0;
+    uint64_t attributes_part = 0;
 };
+
+bool has_value(const pkcs12_item_t& item) {
+    return item.type == PKCS12_ITEM_KEY || item.type == PKCS12_ITEM_CERT;
+}
 
 bag_sizes_t count_bag(const pkcs12_item_t& item) {
     bag_sizes_t sizes;
@@ -55,20 +61,11 @@ bag_sizes_t count_bag(const pkcs12_item_t& item) {
         sizes.bag = pkcs12_oid::cert_bag.size() + asn_checked_element_size(sizes.value);
     }
     sizes.attributes = attribute_size(item.friendly_name_len) + attribute_size(item.local_key_id_len);
-    if (sizes.attributes != 0) sizes.bag += asn_checked_element_size(sizes.attributes);
+    if (sizes.attributes != 0) sizes.attributes_part = asn_checked_element_size(sizes.attributes);
+    sizes.head_part = sizes.bag - (has_value(item) ? item.data_len : 0);
+    sizes.bag += sizes.attributes_part;
+    sizes.head_part += asn_header_size(sizes.bag);
     return sizes;
-}
-
-bool has_value(const pkcs12_item_t& item) {
-    return item.type == PKCS12_ITEM_KEY || item.type == PKCS12_ITEM_CERT;
-}
-
-uint64_t attributes_size(const bag_sizes_t& sizes) {
-    return sizes.attributes == 0 ? 0 : asn_element_size(sizes.attributes);
-}
-
-uint64_t bag_head_size(const pkcs12_item_t& item, const bag_sizes_t& sizes) {
-    return asn_element_size(sizes.bag) - attributes_size(sizes) - (has_value(item) ? item.data_len : 0);
 }
 
 // All that stands in front of the item's data. Keys go into keyBags even when the whole is encrypted afterwards.
@@ -107,9 +104,9 @@ void fetch_room(const pkcs12_item_t& item, const std::string& out) {
 
 void append_bag(const pkcs12_item_t& item, std::string& out) {
     const bag_sizes_t sizes = count_bag(item);
-    put_bag_head(asn_append_room(out, bag_head_size(item, sizes)), item, sizes);
+    put_bag_head(asn_append_room(out, sizes.head_part), item, sizes);
     if (has_value(item)) asn_append_bytes(out, item.data, item.data_len);
-    if (sizes.attributes != 0) put_attributes(asn_append_room(out, attributes_size(sizes)), item, sizes);
+    if (sizes.attributes != 0) put_attributes(asn_append_room(out, sizes.attributes_part), item, sizes);
 }
 
 uint64_t count_bags(const std::list<pkcs12_item_t>& items) {
