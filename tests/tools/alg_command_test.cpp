@@ -60,6 +60,13 @@ TEST(AlgCommand, AnswersNoToTheUnknown) {
     EXPECT_THAT(both.out, testing::StartsWith("MD5\n")) << "the others are still explained";
 }
 
+TEST(AlgCommand, ReadsLinesOfStandardInput) {
+    const run_result_t result = run_pkider({"alg", "-"}, {.input = "GOST 34.11-94\nrot13\nMD5\n"});
+    EXPECT_EQ(result.exit_code, 1) << result;
+    EXPECT_EQ(result.out, run_pkider({"alg", "GOST 34.11-94", "MD5"}).out);
+    EXPECT_THAT(result.err, testing::StartsWith("pkider: standard input:2: rot13: no algorithm"));
+}
+
 TEST(AlgCommand, ListsAllWithValueNameAndOid) {
     const std::string list = run_pkider({"alg", "--list"}).out;
     EXPECT_EQ(std::count(list.begin(), list.end(), '\n'), 62);
@@ -81,7 +88,7 @@ TEST(AlgCommand, TellsJson) {
     EXPECT_EQ(json[0]["identifier"], "301E06092A864886F70D01010A3011A00F300D06096086480165030402010500");
     EXPECT_EQ(json[0]["notes"].size(), 2u);
     EXPECT_EQ(nlohmann::json::parse(run_pkider({"alg", "--json", "--list"}).out).size(), 62u);
-    EXPECT_EQ(nlohmann::json::parse(run_pkider({"alg", "--json", "rot13"}).out).size(), 0u);
+    EXPECT_EQ(nlohmann::json::parse(run_pkider({"alg", "--json", "rot13"}).out).at(0)["input"], "rot13");
 }
 
 TEST(AlgCommand, WantsAlgorithmsOrTheList) {

@@ -46,6 +46,14 @@ TEST(DnEncode, ReadsEveryLineOfStandardInput) {
     EXPECT_EQ(result.out, abc_hex + "\n3000\n" + abc_hex + "\n" + abc_hex + "\n");
 }
 
+TEST(DnEncode, ReadsStandardInputAmongArguments) {
+    const run_result_t result = run_pkider({"dn", "encode", "CN=abc", "-", "FOO=a"}, {.input = "\nBAR=b\n"});
+    EXPECT_EQ(result.exit_code, 2) << result;
+    EXPECT_EQ(result.out, abc_hex + "\n3000\n");
+    EXPECT_THAT(result.err, testing::StartsWith("pkider: standard input:2:1: "));
+    EXPECT_THAT(result.err, HasSubstr("\npkider: argument:2:1: "));
+}
+
 TEST(DnEncode, OfNoLineIsNothing) {
     EXPECT_EQ(run_pkider({"dn", "encode"}).out, "");
     EXPECT_EQ(run_pkider({"dn", "encode", "--json"}).out, "[]\n");

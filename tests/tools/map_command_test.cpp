@@ -36,7 +36,6 @@ TEST(MapList, ListsWhatTheLibraryFinds) {
         EXPECT_EQ(std::string_view(entry->str, entry->str_len), line.oid);
         EXPECT_EQ(std::string_view(entry->ln, entry->ln_len), line.long_name);
     }
-    EXPECT_EQ(tool::builtin_map_text.size(), 711u);
 }
 
 TEST(MapList, ListsAMapAloneOrBehindTheBuiltInTable) {
@@ -80,9 +79,19 @@ TEST(MapFind, AnswersNoWhenThereIsNone) {
     const run_result_t result = run_pkider({"map", "find", "nobody", "1.2.3", "CN"});
     EXPECT_EQ(result.exit_code, 1) << result;
     EXPECT_EQ(result.out, "2.5.4.3  CN  commonName\n");
+    EXPECT_EQ(result.err, "pkider: nobody: no entry of the map\npkider: 1.2.3: no entry of the map\n");
     EXPECT_EQ(json::parse(run_pkider({"map", "find", "--json", "nobody"}).out),
               json::parse(R"([{"input": "nobody", "found": false}])"));
     EXPECT_EQ(run_pkider({"map", "find", "--no-map", "CN"}).exit_code, 1);
+}
+
+TEST(MapFind, ReadsLinesOfStandardInput) {
+    const run_result_t result = run_pkider({"map", "find", "-", "E"}, {.input = "cn\nnobody\n550406\n"});
+    EXPECT_EQ(result.exit_code, 1) << result;
+    EXPECT_EQ(result.out, "2.5.4.3  CN  commonName\n2.5.4.6  C  countryName\n1.2.840.113549.1.9.1  E  emailAddress\n");
+    EXPECT_EQ(result.err, "pkider: standard input:2: nobody: no entry of the map\n");
+    EXPECT_EQ(json::parse(run_pkider({"map", "find", "--json", "-"}, {.input = "nobody\nCN\n"}).out).at(1)["oid"],
+              "2.5.4.3");
 }
 
 struct check_row_t {

@@ -73,6 +73,18 @@ TEST(OidCommand, PrintsAllForms) {
     EXPECT_EQ(result.err, "");
 }
 
+TEST(OidCommand, NamesTheAlgorithmOfAnOid) {
+    EXPECT_EQ(run_pkider({"oid", "1.2.840.113549.1.1.11"}).out, "1.2.840.113549.1.1.11\n"
+                                                                "  algorithm:  sha256RSA\n"
+                                                                "  dotted:     1.2.840.113549.1.1.11\n"
+                                                                "  contents:   2A864886F70D01010B\n"
+                                                                "  DER:        06092A864886F70D01010B\n"
+                                                                "  exact:      yes\n");
+    const json answers = json::parse(run_pkider({"oid", "--json", "2A85030701010302", "CN"}).out);
+    EXPECT_EQ(answers.at(0)["algorithm"], "GOST R 34.11-2012/34.10-2012 256");
+    EXPECT_EQ(answers.at(1)["algorithm"], json());
+}
+
 TEST(OidCommand, PrintsWhatIsNotExact) {
     const run_result_t result = run_pkider({"oid", "2.999"});
     EXPECT_EQ(result.exit_code, 0) << result;
@@ -119,6 +131,32 @@ TEST(OidCommand, WorksOnTheOthersBehindAFaultyOne) {
     EXPECT_EQ(result.exit_code, 2) << result;
     EXPECT_THAT(result.out, testing::StartsWith("2.5.4.3\n"));
     EXPECT_EQ(result.err, "pkider: 3.1: not an OID in dotted form: the first arc is above 2\n");
+}
+
+TEST(OidCommand, ReadsLinesOfStandardInput) {
+    const run_result_t result = run_pkider({"oid", "-"}, {.input = "CN\r\n3.1\n\n550406"});
+    EXPECT_EQ(result.exit_code, 2) << result;
+    EXPECT_EQ(result.out, run_pkider({"oid", "CN", "550406"}).out);
+    EXPECT_EQ(result.err, "pkider: standard input:2: 3.1: not an OID in dotted form: the first arc is above 2\n"
+                          "pkider: standard input:3: '': neither dotted text nor a known short name nor hex digits\n");
+    const json answers = json::parse(run_pkider({"oid", "--json", "-"}, {.input = "CN\n3.1\nC\n"}).out);
+    ASSERT_EQ(answers.size(), 3u);
+    EXPECT_EQ(answers[1]["input"], "3.1");
+    EXPECT_EQ(answers[1]["fault"]["message"], "not an OID in dotted form: the first arc is above 2");
+    EXPECT_EQ(answers[2]["dotted"], "2.5.4.6");
+}
+
+TEST(OidCommand, ReadsStandardInputAmongArguments) {
+    EXPECT_EQ(run_pkider({"oid", "C", "-", "O"}, {.input = "CN\nL\n"}).out,
+              run_pkider({"oid", "C", "CN", "L", "O"}).out);
+    EXPECT_EQ(run_pkider({"oid", "-"}).out, "") << "no line, no answer";
+}
+
+TEST(OidCommand, RefusesALineWithANul) {
+    const run_result_t result = run_pkider({"oid", "-"}, {.input = std::string("C\0\nCN\n", 6)});
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_EQ(result.err, "pkider: standard input:1: C\\00: a NUL byte at offset 1 of the line\n");
+    EXPECT_THAT(result.out, testing::StartsWith("CN\n"));
 }
 
 struct refusal_t {

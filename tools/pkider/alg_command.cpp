@@ -5,8 +5,7 @@
 #include "tools/pkider/failure.h"
 #include "tools/pkider/oid_names.h"
 #include "tools/pkider/output.h"
-#include "tools/pkider/report.h"
-#include "tools/pkider/terminal_text.h"
+#include "tools/pkider/text_lines.h"
 
 #include <charconv>
 #include <memory>
@@ -173,24 +172,25 @@ void show(const algorithm_t& algorithm, const options_t& options, json_array_t& 
     }
 }
 
+exit_code_t list(const options_t& options, json_array_t& results) {
+    for (const alg_row_t& row : alg_rows()) show(algorithm_t(row.alg), options, results);
+    results.end();
+    return exit_code_t::done;
+}
+
 exit_code_t run(const options_t& options) {
     if (options.list == !options.queries.empty()) throw usage_fault_t("give algorithms, or --list");
     json_array_t results(options.output);
-    exit_code_t worst = exit_code_t::done;
-    if (options.list) {
-        for (const alg_row_t& row : alg_rows()) show(algorithm_t(row.alg), options, results);
-    }
-    for (const std::string& query : options.queries) {
+    if (options.list) return list(options, results);
+    return for_each_value(options.queries, results, [&](const std::string& query) {
         const pki_alg_t alg = find_query(query);
         if (alg == PKI_ALG_NONE) {
-            report_error(query + ": no algorithm of this name, OID or value; pkider alg --list shows all");
-            worst = worse(worst, exit_code_t::answer_is_no);
-        } else {
-            show(algorithm_t(alg), options, results);
+            throw failure_t(exit_code_t::answer_is_no,
+                            "no algorithm of this name, OID or value; pkider alg --list shows all");
         }
-    }
-    results.end();
-    return worst;
+        show(algorithm_t(alg), options, results);
+        return exit_code_t::done;
+    });
 }
 
 } // namespace
@@ -200,9 +200,13 @@ void register_alg(CLI::App& app, chosen_command_t& chosen) {
                                     "  pkider alg sha256RSASSA-PSS\n"
                                     "  pkider alg 1.2.643.7.1.1.3.2\n"
                                     "  pkider alg 0x00040001\n"
+                                    "  pkider alg - < names.txt\n"
                                     "  pkider alg --list\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("ALGORITHM", options->queries, "Display name, name in code, dotted OID, or value");
+    command
+        .add_option("ALGORITHM", options->queries,
+                    "Display name, name in code, dotted OID, or value; - is the lines of standard input")
+        ->type_name("");
     command.add_flag("--list", options->list, "List all algorithms with value, name and OID");
     add_output_options(command, options->output, false);
     when_chosen(command, chosen, [options] { return run(*options); });

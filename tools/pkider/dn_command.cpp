@@ -13,7 +13,7 @@ constexpr void (*subcommands[])(CLI::App&, chosen_command_t&) = {
 } // namespace
 
 void add_line_arguments(CLI::App& command, std::vector<std::string>& lines) {
-    command.add_option("LINE", lines, "Names such as 'CN=Server,O=Example'; the lines of standard input without")
+    command.add_option("LINE", lines, "Names such as 'CN=Server,O=Example'; - or none is the lines of standard input")
         ->type_name("");
 }
 

@@ -1,11 +1,11 @@
 // pkider dn encode, normalize: a line of text to the DER of a Name, and back again to its normal form.
 #include "tools/pkider/der_cursor.h"
 #include "tools/pkider/dn_command.h"
-#include "tools/pkider/dn_lines.h"
 #include "tools/pkider/encodings.h"
 #include "tools/pkider/name_encoding.h"
 #include "tools/pkider/name_fault.h"
 #include "tools/pkider/terminal_text.h"
+#include "tools/pkider/text_lines.h"
 
 #include <memory>
 
@@ -63,7 +63,7 @@ void register_dn_encode(CLI::App& dn, chosen_command_t& chosen) {
 
 void register_dn_normalize(CLI::App& dn, chosen_command_t& chosen) {
     CLI::App& command = add_command(dn, "normalize", "Encodes names and prints them again, in the one form they have",
-                                    "  pkider dn normalize 'cn = \"Smith, John\", 2.5.4.10=Example'\n"
+                                    "  pkider dn normalize 'cn=\"Smith, John\", 2.5.4.10=Example'\n"
                                     "  pkider dn normalize --json < names.txt\n");
     const auto options = std::make_shared<line_options_t>();
     add_options(command, *options);

@@ -1,8 +1,8 @@
 // pkider dn reverse, get, has, order: what can be done with a name without encoding it.
 #include "tools/pkider/dn_command.h"
-#include "tools/pkider/dn_lines.h"
 #include "tools/pkider/name_encoding.h"
 #include "tools/pkider/terminal_text.h"
+#include "tools/pkider/text_lines.h"
 
 #include <pkider/dn.h>
 

@@ -1,11 +1,13 @@
 // pkider map find: asks the map in force for a short name, a dotted text or the contents of an OID.
 #include "tools/pkider/der_cursor.h"
 #include "tools/pkider/encodings.h"
+#include "tools/pkider/failure.h"
 #include "tools/pkider/map_command.h"
 #include "tools/pkider/map_options.h"
 #include "tools/pkider/oid_text.h"
 #include "tools/pkider/output.h"
 #include "tools/pkider/terminal_text.h"
+#include "tools/pkider/text_lines.h"
 
 #include <pkider/oid.h>
 
@@ -40,33 +42,38 @@ answer_t find(oid_map_handle_t map, const std::string& value) {
     return {};
 }
 
+json_t to_json(const std::string& value, const answer_t& answer) {
+    json_t result = {{"input", json_text(value)}, {"found", answer.entry != nullptr}};
+    if (answer.entry == nullptr) return result;
+    const OIDdescr_t& entry = *answer.entry;
+    result["found_by"] = answer.found_by;
+    result["oid"] = json_text({entry.str, entry.str_len});
+    result["short_name"] = json_text({entry.sn, entry.sn_len});
+    result["long_name"] = json_text({entry.ln, entry.ln_len});
+    result["contents"] = to_hex(as_text({entry.asn, entry.asn_len}));
+    return result;
+}
+
+std::string to_text(const OIDdescr_t& entry) {
+    return printable({entry.str, entry.str_len}) + "  " + printable({entry.sn, entry.sn_len}) + "  " +
+           printable({entry.ln, entry.ln_len}) + "\n";
+}
+
 exit_code_t run(const options_t& options) {
     const map_in_force_t map(options.map);
     json_array_t json(options.form);
-    exit_code_t code = exit_code_t::done;
-    for (const std::string& value : options.values) {
-        const auto [entry, found_by] = find(map.handle(), value);
-        json_t result = {{"input", json_text(value)}, {"found", entry != nullptr}};
-        if (entry == nullptr) {
-            code = exit_code_t::answer_is_no;
-            json.add(result);
-            continue;
+    return for_each_value(options.values, json, [&](const std::string& value) {
+        const answer_t answer = find(map.handle(), value);
+        const bool found = answer.entry != nullptr;
+        if (options.form == output_form_t::json) {
+            json.add(to_json(value, answer));
+        } else if (!found) {
+            throw failure_t(exit_code_t::answer_is_no, "no entry of the map");
+        } else {
+            print(to_text(*answer.entry));
         }
-        const std::string_view oid(entry->str, entry->str_len);
-        const std::string_view short_name(entry->sn, entry->sn_len);
-        const std::string_view long_name(entry->ln, entry->ln_len);
-        result["found_by"] = found_by;
-        result["oid"] = json_text(oid);
-        result["short_name"] = json_text(short_name);
-        result["long_name"] = json_text(long_name);
-        result["contents"] = to_hex(as_text({entry->asn, entry->asn_len}));
-        json.add(result);
-        if (options.form == output_form_t::text) {
-            print(printable(oid) + "  " + printable(short_name) + "  " + printable(long_name) + "\n");
-        }
-    }
-    json.end();
-    return code;
+        return found ? exit_code_t::done : exit_code_t::answer_is_no;
+    });
 }
 
 } // namespace
@@ -74,9 +81,12 @@ exit_code_t run(const options_t& options) {
 void register_map_find(CLI::App& map, chosen_command_t& chosen) {
     CLI::App& command = add_command(map, "find", "Finds entries of the map in force; exit 1 when there is none",
                                     "  pkider map find CN\n"
-                                    "  pkider map find 2.5.4.3 550403 --json\n");
+                                    "  pkider map find 2.5.4.3 550403 --json\n"
+                                    "  pkider map find - < names.txt\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("VALUE", options->values, "Short name, dotted text, or contents in hex")
+    command
+        .add_option("VALUE", options->values,
+                    "Short name, dotted text, or contents in hex; - is the lines of standard input")
         ->required()
         ->type_name("");
     add_output_options(command, options->form, false);

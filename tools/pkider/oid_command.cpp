@@ -1,14 +1,16 @@
 // pkider oid: an object identifier in all its forms, and what does not survive the way there and back.
+#include "tools/pkider/alg_names.h"
 #include "tools/pkider/command.h"
 #include "tools/pkider/der_cursor.h"
+#include "tools/pkider/der_header.h"
 #include "tools/pkider/encodings.h"
 #include "tools/pkider/failure.h"
-#include "tools/pkider/faults.h"
 #include "tools/pkider/map_options.h"
 #include "tools/pkider/oid_text.h"
 #include "tools/pkider/output.h"
 #include "tools/pkider/report.h"
 #include "tools/pkider/terminal_text.h"
+#include "tools/pkider/text_lines.h"
 
 #include <pkider/oid.h>
 
@@ -97,16 +99,8 @@ const char* name_of(oid_form_t form) {
     return "";
 }
 
-// Header octets of an OBJECT IDENTIFIER in front of its contents.
 std::string with_header(const std::string& contents) {
-    std::string length;
-    for (std::size_t rest = contents.size(); rest != 0; rest >>= 8) length.insert(0, 1, static_cast<char>(rest & 0xFF));
-    if (contents.size() < 0x80) {
-        length.assign(1, static_cast<char>(contents.size()));
-    } else {
-        length.insert(0, 1, static_cast<char>(0x80 | length.size()));
-    }
-    return '\x06' + length + contents;
+    return der_header(asn_tag_t::OBJECT_IDENTIFIER, contents.size()) + contents;
 }
 
 // All that is known about one OID.
@@ -115,6 +109,7 @@ struct oid_t {
     std::optional<std::string> dotted; // as the library writes it
     std::optional<std::string> x660;   // as it is
     const OIDdescr_t* entry = nullptr;
+    pki_alg_t alg = PKI_ALG_NONE;    // whose OID it is
     std::vector<std::string> losses; // why the forms do not convert into each other without loss
 };
 
@@ -146,6 +141,7 @@ oid_t describe(oid_map_handle_t map, const std::string& value, const reading_t& 
     oid.x660 = exact_oid_dotted(oid.contents);
     const bytes_t bytes = as_bytes(oid.contents);
     oid.entry = oid_map_find_asn(map, bytes.data(), bytes.size());
+    oid.alg = PKI_OID_TO_ALG(bytes.data(), static_cast<std::uint32_t>(bytes.size()));
     compare(value, reading, oid);
     return oid;
 }
@@ -156,6 +152,7 @@ json_t to_json(const std::string& value, const reading_t& reading, const oid_t& 
     result["x660"] = oid.x660 ? json_t(*oid.x660) : json_t();
     result["short_name"] = oid.entry ? json_text({oid.entry->sn, oid.entry->sn_len}) : json_t();
     result["long_name"] = oid.entry ? json_text({oid.entry->ln, oid.entry->ln_len}) : json_t();
+    result["algorithm"] = oid.alg != PKI_ALG_NONE ? json_t(alg_name(oid.alg)) : json_t();
     result["contents"] = to_hex(oid.contents);
     result["der"] = to_hex(with_header(oid.contents));
     result["exact"] = oid.losses.empty();
@@ -171,6 +168,7 @@ std::string to_text(const std::string& value, const oid_t& oid) {
         row("  short name: ", std::string(oid.entry->sn, oid.entry->sn_len));
         row("  long name:  ", std::string(oid.entry->ln, oid.entry->ln_len));
     }
+    if (oid.alg != PKI_ALG_NONE) row("  algorithm:  ", alg_name(oid.alg));
     row("  dotted:     ", oid.dotted.value_or("none"));
     row("  contents:   ", to_hex(oid.contents));
     row("  DER:        ", to_hex(with_header(oid.contents)));
@@ -182,21 +180,16 @@ std::string to_text(const std::string& value, const oid_t& oid) {
 exit_code_t run(const options_t& options) {
     const map_in_force_t map(options.map);
     json_array_t json(options.form);
-    exit_code_t worst = exit_code_t::done;
-    for (const std::string& value : options.values) {
-        worst = worse(worst, guarded(value, json, {{"input", json_text(value)}}, [&] {
-                          const reading_t reading = read_value(map.handle(), value, options.in);
-                          const oid_t oid = describe(map.handle(), value, reading);
-                          json.add(to_json(value, reading, oid));
-                          if (options.form == output_form_t::text) print(to_text(value, oid));
-                          if (reading.form == oid_form_t::hex && looks_like_element(oid.contents)) {
-                              report_note(value + ": taken as contents; for a whole element use --in der");
-                          }
-                          return exit_code_t::done;
-                      }));
-    }
-    json.end();
-    return worst;
+    return for_each_value(options.values, json, [&](const std::string& value) {
+        const reading_t reading = read_value(map.handle(), value, options.in);
+        const oid_t oid = describe(map.handle(), value, reading);
+        json.add(to_json(value, reading, oid));
+        if (options.form == output_form_t::text) print(to_text(value, oid));
+        if (reading.form == oid_form_t::hex && looks_like_element(oid.contents)) {
+            report_note(value + ": taken as contents; for a whole element use --in der");
+        }
+        return exit_code_t::done;
+    });
 }
 
 } // namespace
@@ -205,9 +198,12 @@ void register_oid(CLI::App& app, chosen_command_t& chosen) {
     CLI::App& command = add_command(app, "oid", "Shows object identifiers in all their forms",
                                     "  pkider oid 2.5.4.3\n"
                                     "  pkider oid CN 550403\n"
-                                    "  pkider oid --in hex '2A 86 48' --json\n");
+                                    "  pkider oid --in hex '2A 86 48' --json\n"
+                                    "  pkider oid - < oids.txt\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("VALUE", options->values, "Dotted text, a short name, or the contents in hex")
+    command
+        .add_option("VALUE", options->values,
+                    "Dotted text, a short name, or the contents in hex; - is the lines of standard input")
         ->required()
         ->type_name("");
     command
