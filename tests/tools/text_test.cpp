@@ -100,22 +100,83 @@ TEST(Pem, EndsABlockWhereTheNextBegins) {
     EXPECT_EQ(blocks[1].der, "foo");
 }
 
-TEST(Pem, IsOnlySeenAtTheStartOfALine) {
+TEST(Pem, IsOnlySeenInAWholeBeginLine) {
     EXPECT_TRUE(tool::looks_like_pem("-----BEGIN A-----"));
-    EXPECT_TRUE(tool::looks_like_pem("x\n-----BEGIN A-----"));
+    EXPECT_TRUE(tool::looks_like_pem("x\n-----BEGIN A-----  \r\n"));
     EXPECT_FALSE(tool::looks_like_pem("x -----BEGIN A-----"));
-    EXPECT_TRUE(tool::read_pem("-----BEGIN A----\n-----BEGIN \n-----BEGIN --\n").empty());
+    EXPECT_FALSE(tool::looks_like_pem("-----BEGIN A-----x"));
+    EXPECT_FALSE(tool::looks_like_pem(std::string("\n-----BEGIN \0-----END ", 22)));
+    EXPECT_TRUE(tool::read_pem("-----BEGIN A----\n-----BEGIN \n-----BEGIN --\n-----END A-----\n").empty());
 }
+
+struct pem_row_t {
+    const char* name;
+    std::string text;
+    const char* label;
+    const char* der;
+    const char* fault;
+};
+
+class PemBlock : public testing::TestWithParam<pem_row_t> {};
+
+TEST_P(PemBlock, IsRead) {
+    const auto blocks = tool::read_pem(GetParam().text);
+    ASSERT_EQ(blocks.size(), 1u);
+    EXPECT_EQ(blocks[0].label, GetParam().label);
+    EXPECT_EQ(blocks[0].der, GetParam().der);
+    EXPECT_EQ(blocks[0].fault, GetParam().fault);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, PemBlock,
+    testing::Values(
+        pem_row_t{"OneLongLine", "-----BEGIN A-----\nZm9vYmFyZm9vYmFy\n-----END A-----", "A", "foobarfoobar", ""},
+        pem_row_t{"BlanksAmongDigits", "-----BEGIN A-----\n Zm9v YmFy\t\n\nZm9v\n-----END A-----", "A", "foobarfoo",
+                  ""},
+        pem_row_t{"NoDigits", "-----BEGIN A-----\n-----END A-----\n", "A", "", ""},
+        pem_row_t{"EmptyLabel", "-----BEGIN -----\nZm9v\n-----END -----\n", "", "foo", ""},
+        pem_row_t{"LabelWithDashes", "-----BEGIN A-B-----\nZm9v\n-----END A-B-----\n", "A-B", "foo", ""},
+        pem_row_t{"TextBehindTheEnd", "-----BEGIN A-----\nZm9v\n-----END A-----\nZm9v\n", "A", "foo", ""},
+        pem_row_t{"HeaderBehindDigits", "-----BEGIN A-----\nZm9v\nA: b\n-----END A-----\n", "A", "",
+                  "the base64 digits are faulty"},
+        pem_row_t{"NulAmongDigits", std::string("-----BEGIN A-----\nZm9\0v\n-----END A-----\n", 39), "A", "",
+                  "the base64 digits are faulty"},
+        pem_row_t{"EndLineWithTextBehind", "-----BEGIN A-----\nZm9v\n-----END A-----x\n", "A", "", "no END line"},
+        pem_row_t{"BeginLineAlone", "-----BEGIN A-----", "A", "", "no END line"}),
+    [](const auto& row) { return row.param.name; });
 
 TEST(InputForm, IsGuessed) {
     using tool::input_form_t;
     EXPECT_EQ(tool::guess_form(std::string("\x30\x00", 2)), input_form_t::der);
     EXPECT_EQ(tool::guess_form("3000"), input_form_t::hex);
     EXPECT_EQ(tool::guess_form("MAA="), input_form_t::base64);
-    EXPECT_EQ(tool::guess_form("\xEF\xBB\xBF-----BEGIN A-----\n"), input_form_t::pem);
     EXPECT_EQ(tool::guess_form("30\x80"), input_form_t::der);
     EXPECT_EQ(tool::guess_form("abcdefgh"), input_form_t::base64);
     EXPECT_EQ(tool::guess_form("abcdefab"), input_form_t::hex);
+    EXPECT_EQ(tool::guess_form("\x7F"
+                               "ELF\n-----BEGIN \n"),
+              input_form_t::der)
+        << "a program that writes PEM";
+}
+
+TEST(InputForm, IsGuessedBehindAByteOrderMark) {
+    using tool::input_form_t;
+    EXPECT_EQ(tool::guess_form("\xEF\xBB\xBF-----BEGIN A-----\n"), input_form_t::pem);
+    EXPECT_EQ(tool::guess_form("\xEF\xBB\xBF"
+                               "3000"),
+              input_form_t::hex);
+    EXPECT_EQ(tool::guess_form("\xEF\xBB\xBFMAA="), input_form_t::base64);
+    EXPECT_EQ(tool::guess_form("3000\xEF\xBB\xBF"), input_form_t::der) << "it is a mark at the start only";
+}
+
+TEST(InputBlocks, AreReadBehindAByteOrderMark) {
+    using tool::input_form_t;
+    const std::string mark = "\xEF\xBB\xBF";
+    for (const std::string text : {"3000", "MAA=", "-----BEGIN A-----\nMAA=\n-----END A-----\n"}) {
+        EXPECT_EQ(tool::read_blocks(mark + text, input_form_t::guess).at(0).der, std::string("0\0", 2)) << text;
+    }
+    EXPECT_EQ(tool::read_blocks(mark + "MAA=", input_form_t::base64).at(0).der, std::string("0\0", 2));
+    EXPECT_EQ(tool::read_blocks(mark, input_form_t::der).at(0).der, mark) << "DER has no mark";
 }
 
 TEST(Utf8, StepsOverWholeCharacters) {

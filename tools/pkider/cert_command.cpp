@@ -2,6 +2,7 @@
 #include "tools/pkider/certificate.h"
 #include "tools/pkider/certificate_facts.h"
 #include "tools/pkider/command.h"
+#include "tools/pkider/count_text.h"
 #include "tools/pkider/faults.h"
 #include "tools/pkider/input.h"
 #include "tools/pkider/map_options.h"
@@ -25,9 +26,11 @@ struct options_t {
     map_options_t map;
 };
 
+constexpr const char* trusted_certificate = "TRUSTED CERTIFICATE";
+
 // Blocks of other kinds stand beside certificates in many bundles and are passed over.
 bool may_be_certificate(const std::string& label) {
-    return label.empty() || label == "CERTIFICATE" || label == "X509 CERTIFICATE" || label == "TRUSTED CERTIFICATE";
+    return label.empty() || label == "CERTIFICATE" || label == "X509 CERTIFICATE" || label == trusted_certificate;
 }
 
 // How often a printed name, read and printed again, is the same text.
@@ -66,7 +69,6 @@ class lister_t {
     // One certificate, or several one behind the other where the input is bare DER.
     exit_code_t list_block(const std::string& file, const block_t& block, std::size_t& index) {
         der_cursor_t der(as_bytes(block.der));
-        exit_code_t worst = exit_code_t::done;
         do {
             ++index;
             const json_t head = {{"file", json_text(file)}, {"index", index}};
@@ -77,7 +79,14 @@ class lister_t {
             });
             if (code != exit_code_t::done) return code;
         } while (block.label.empty() && !der.at_end());
-        return worst;
+        note_what_follows(block_name(file, block), block, der);
+        return exit_code_t::done;
+    }
+
+    // In a "TRUSTED CERTIFICATE" the bytes behind are what OpenSSL trusts it for.
+    static void note_what_follows(const std::string& name, const block_t& block, const der_cursor_t& der) {
+        if (der.at_end() || block.label == trusted_certificate) return;
+        report_note(name + ": " + count_text(der.remaining().size(), "byte") + " behind the certificate");
     }
 
     void list_certificate(const certificate_t& certificate, json_t result) {
@@ -143,7 +152,7 @@ void register_cert(CLI::App& app, chosen_command_t& chosen) {
                                     "  pkider cert --reverse --json server.der\n"
                                     "  pkider cert --round-trip bundle.pem\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("FILE", options->files, "Files with certificates; - or none is standard input")->type_name("");
+    add_file_arguments(command, options->files, "Files with certificates");
     add_input_option(command, options->in);
     command.add_flag("--reverse", options->reversed, "Print the last RDN of each name first");
     command.add_flag("--round-trip", options->round_trip,

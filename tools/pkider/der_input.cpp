@@ -4,6 +4,7 @@
 #include "tools/pkider/failure.h"
 #include "tools/pkider/faults.h"
 #include "tools/pkider/terminal_text.h"
+#include "tools/pkider/utf8.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -51,7 +52,8 @@ exit_code_t work_on_file(const std::string& path, input_form_t form, json_array_
     const std::string_view text = as_text(file.bytes());
     input_form_t true_form = form == input_form_t::guess ? guess_form(text) : form;
     const bool is_guess = form == input_form_t::guess && true_form == input_form_t::base64;
-    if (is_guess && other_text == other_text_t::passes && !from_base64(text)) true_form = input_form_t::der;
+    if (is_guess && other_text == other_text_t::passes && !from_base64(without_byte_order_mark(text)))
+        true_form = input_form_t::der;
     if (true_form == input_form_t::der && !text.empty()) {
         return work_on_one({input_name(path), path, 0, {}, true_form, file.bytes()}, {}, json, work);
     }

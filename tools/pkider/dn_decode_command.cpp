@@ -60,10 +60,7 @@ void register_dn_decode(CLI::App& dn, chosen_command_t& chosen) {
                                     "  pkider dn decode --reverse --json name.der\n"
                                     "  pkider dn decode 300E310C300A06035504031303616263\n");
     const auto options = std::make_shared<options_t>();
-    command
-        .add_option("FILE", options->files,
-                    "Files with the DER of a Name, or the DER in hex; - or none is standard input")
-        ->type_name("");
+    add_file_arguments(command, options->files, "Files with the DER of a Name, or the DER in hex");
     add_input_option(command, options->in);
     command.add_flag("--reverse", options->reversed, "Print the last RDN first");
     add_output_options(command, options->form, true);

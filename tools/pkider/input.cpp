@@ -3,6 +3,7 @@
 #include "tools/pkider/encodings.h"
 #include "tools/pkider/failure.h"
 #include "tools/pkider/faults.h"
+#include "tools/pkider/utf8.h"
 
 #include <CLI/CLI.hpp>
 
@@ -50,6 +51,14 @@ bool is_hex_and_no_file(const std::string& argument) {
 
 } // namespace
 
+CLI::Option& add_file_arguments(CLI::App& command, std::vector<std::string>& files, const std::string& what) {
+    return *command.add_option("FILE", files, what + "; - or none is standard input")->type_name("");
+}
+
+void add_file_argument(CLI::App& command, std::string& file, const std::string& what) {
+    command.add_option("FILE", file, what + "; - is standard input")->required()->type_name("");
+}
+
 void add_input_option(CLI::App& command, input_form_t& form) {
     command
         .add_option_function<std::string>(
@@ -78,25 +87,27 @@ input_form_t guess_form(std::string_view bytes) {
     // without a look at the rest of a file that may be large.
     if (bytes.size() >= 2 && static_cast<unsigned char>(bytes[0]) < 0x80 && (bytes[1] & 0xC0) == 0x80)
         return input_form_t::der;
-    if (looks_like_pem(bytes)) return input_form_t::pem;
-    if (!is_text(bytes)) return input_form_t::der;
-    return from_hex(bytes) ? input_form_t::hex : input_form_t::base64;
+    const std::string_view text = without_byte_order_mark(bytes);
+    if (looks_like_pem(text)) return input_form_t::pem;
+    if (!is_text(text)) return input_form_t::der;
+    return from_hex(text) ? input_form_t::hex : input_form_t::base64;
 }
 
 std::vector<block_t> read_blocks(std::string_view bytes, input_form_t form) {
     if (bytes.empty()) throw data_fault_t("empty input");
     const bool guessed = form == input_form_t::guess;
     if (guessed) form = guess_form(bytes);
+    const std::string_view text = without_byte_order_mark(bytes);
     switch (form) {
     case input_form_t::pem: {
-        std::vector<block_t> blocks = read_pem(bytes);
+        std::vector<block_t> blocks = read_pem(text);
         if (blocks.empty()) throw data_fault_t("no PEM block in it");
         return blocks;
     }
     case input_form_t::hex:
-        return {{{}, 0, decode(from_hex(bytes), "hex"), {}}};
+        return {{{}, 0, decode(from_hex(text), "hex"), {}}};
     case input_form_t::base64:
-        return {{{}, 0, decode(from_base64(bytes), guessed ? "PEM, DER, hex or base64" : "base64"), {}}};
+        return {{{}, 0, decode(from_base64(text), guessed ? "PEM, DER, hex or base64" : "base64"), {}}};
     default:
         return {{{}, 0, std::string(bytes), {}}};
     }

@@ -12,11 +12,18 @@
 
 namespace CLI {
 class App;
-}
+class Option;
+} // namespace CLI
 
 namespace tool {
 
 enum class input_form_t { guess, pem, der, hex, base64 };
+
+/// Adds `[FILE...]`: files, standard input when there is none.
+CLI::Option& add_file_arguments(CLI::App& command, std::vector<std::string>& files, const std::string& what);
+
+/// Adds `FILE`, which must be given.
+void add_file_argument(CLI::App& command, std::string& file, const std::string& what);
 
 /// Adds `--in FORM`.
 void add_input_option(CLI::App& command, input_form_t& form);
@@ -28,7 +35,7 @@ std::string read_file(const std::string& path);
 std::string input_name(const std::string& path);
 
 /// PEM when a line begins a block; bytes that are no text are DER; else hex when all digits are hex digits; else
-/// base64.
+/// base64. A byte order mark in front of a text is none of it.
 input_form_t guess_form(std::string_view bytes);
 
 /// The blocks of an input: one, or as many as a PEM text holds. Throws data_fault_t when there is none.

@@ -69,7 +69,7 @@ void register_key_encrypt(CLI::App& key, chosen_command_t& chosen) {
     CLI::App& command = add_command(key, "encrypt", "Encrypts a GOST private key under a password",
                                     "  pkider key encrypt key.pem -o encrypted.pem\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("FILE", options->file, "PKCS#8 key; - is standard input")->required();
+    add_file_argument(command, options->file, "PKCS#8 key");
     add_input_option(command, options->form);
     add_file_options(command, options->output);
     add_iterations_option(command, options->iterations);

@@ -119,7 +119,7 @@ void register_key_show(CLI::App& app, chosen_command_t& chosen) {
                     "  pkider key show --json server.pem\n"
                     "  pkider key show --reveal --password-file secret.txt encrypted.pem\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("FILE", options->files, "Files; - is standard input, and so is none");
+    add_file_arguments(command, options->files, "Files");
     add_input_option(command, options->form);
     add_output_options(command, options->output, false);
     add_map_options(command, options->map);

@@ -98,7 +98,7 @@ void register_key_wrap(CLI::App& key, chosen_command_t& chosen) {
                    "parameters are kept. With --kind, it holds the key's octets alone, lowest byte first.\n\n" +
                    command.get_footer());
     const auto options = std::make_shared<options_t>();
-    command.add_option("FILE", options->file, "File with the key; - is standard input")->required();
+    add_file_argument(command, options->file, "File with the key");
     command
         .add_option_function<std::string>(
             "--kind", [options](const std::string& name) { options->kind = kinds.at(name); },

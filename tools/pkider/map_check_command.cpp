@@ -113,7 +113,7 @@ void register_map_check(CLI::App& map, chosen_command_t& chosen) {
                                     "  pkider map check /etc/vpn/vpnoids.cfg\n"
                                     "  pkider map check --alone names.txt\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("FILE", options->files, "Files to check; - or none is standard input")->type_name("");
+    add_file_arguments(command, options->files, "Files to check");
     command.add_flag("--alone", options->alone, "Check the file for --map, not as an addition to the built-in names");
     add_output_options(command, options->form, false);
     when_chosen(command, chosen, [options] { return check(*options); });

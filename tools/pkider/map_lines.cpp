@@ -1,6 +1,7 @@
 #include "tools/pkider/map_lines.h"
 
 #include "tools/pkider/oid_text.h"
+#include "tools/pkider/utf8.h"
 
 #include <algorithm>
 
@@ -12,7 +13,6 @@ constexpr std::string_view line_ends = "\r\n";
 constexpr std::string_view oid_characters = "0123456789.";
 constexpr std::string_view short_name_ends = " \t,=";
 constexpr std::string_view comment_marks = "#;/";
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
 // Cuts a run off the front of the text.
 std::string_view take(std::string_view& text, std::size_t size) {
@@ -89,7 +89,7 @@ void read_line(map_line_t& line) {
 // The mark is text before the OID, so a first line with an entry is lost.
 void read_line_with_mark(map_line_t& line) {
     map_line_t without_mark = line;
-    without_mark.text.remove_prefix(byte_order_mark.size());
+    without_mark.text = without_byte_order_mark(line.text);
     read_line(without_mark);
     if (without_mark.kind == map_line_kind_t::other) {
         line.notes.push_back("a byte order mark (EF BB BF); it would hide an entry on this line");

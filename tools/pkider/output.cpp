@@ -22,7 +22,7 @@ namespace {
 } // namespace
 
 void add_output_options(CLI::App& command, output_form_t& form, bool bytes) {
-    CLI::Option_group& group = *command.add_option_group("Output");
+    CLI::Option_group& group = *command.add_option_group("Output", "text without these");
     const auto add = [&](const char* flag, output_form_t value, const char* what) {
         group.add_flag_callback(
             flag, [&form, value] { form = value; }, what);

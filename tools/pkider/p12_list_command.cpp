@@ -127,7 +127,7 @@ void register_p12_list(CLI::App& p12, chosen_command_t& chosen) {
                                     "  pkider p12 list key.p12\n"
                                     "  pkider p12 list --json --password-fd 3 key.p12 3< secret.txt\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("FILE", options->files, "PKCS#12 files; - is standard input");
+    add_file_arguments(command, options->files, "PKCS#12 files");
     add_input_option(command, options->form);
     add_output_options(command, options->output, false);
     add_password_options(command, options->password);

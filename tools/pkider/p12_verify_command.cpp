@@ -35,7 +35,7 @@ void register_p12_verify(CLI::App& p12, chosen_command_t& chosen) {
                                     "  pkider p12 verify key.p12\n"
                                     "  pkider p12 verify --password-file secret.txt *.p12\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("FILE", options->files, "PKCS#12 files; - is standard input");
+    add_file_arguments(command, options->files, "PKCS#12 files");
     add_input_option(command, options->form);
     add_password_options(command, options->password);
     when_chosen(command, chosen, [options] { return run(*options); });

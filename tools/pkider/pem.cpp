@@ -11,12 +11,6 @@ constexpr std::string_view begin_mark = "-----BEGIN ";
 constexpr std::string_view end_mark = "-----END ";
 constexpr std::string_view dashes = "-----";
 
-std::string_view without_byte_order_mark(std::string_view text) {
-    constexpr std::string_view mark = "\xEF\xBB\xBF";
-    if (text.starts_with(mark)) text.remove_prefix(mark.size());
-    return text;
-}
-
 std::string_view trim_end(std::string_view line) {
     while (!line.empty() && (line.back() == '\r' || line.back() == ' ' || line.back() == '\t')) line.remove_suffix(1);
     return line;
@@ -89,13 +83,17 @@ block_t read_block(std::string_view label, lines_t& lines) {
 } // namespace
 
 bool looks_like_pem(std::string_view text) {
-    text = without_byte_order_mark(text);
-    return text.starts_with(begin_mark) || text.find("\n-----BEGIN ") != std::string_view::npos;
+    lines_t lines(text);
+    std::string_view line;
+    while (lines.next(line)) {
+        if (label_in(line, begin_mark)) return true;
+    }
+    return false;
 }
 
 std::vector<block_t> read_pem(std::string_view text) {
     std::vector<block_t> blocks;
-    lines_t lines(without_byte_order_mark(text));
+    lines_t lines(text);
     std::string_view line;
     while (lines.next(line)) {
         if (const auto label = label_in(line, begin_mark)) blocks.push_back(read_block(*label, lines));

@@ -16,7 +16,7 @@ struct block_t {
     std::string fault;    // why the block cannot be read, else empty
 };
 
-/// Whether a line of the text begins with `-----BEGIN `.
+/// Whether a line of the text begins a block.
 bool looks_like_pem(std::string_view text);
 
 /// Every block in order, the faulty ones too.

@@ -122,7 +122,7 @@ void register_dsa(CLI::App& app, chosen_command_t& chosen) {
     CLI::App& command =
         add_command(app, "dsa", "Takes a DSA or ECDSA signature value apart", "  pkider sig dsa signature.der\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("FILE", options->files, "Files; - is standard input, and so is none");
+    add_file_arguments(command, options->files, "Files");
     add_input_option(command, options->form);
     add_output_options(command, options->output, false);
     when_chosen(command, chosen, [options] { return run_dsa(*options); });
@@ -133,7 +133,7 @@ void register_ike(CLI::App& app, chosen_command_t& chosen) {
                                     "  pkider sig ike identifier.der\n"
                                     "  pkider sig ike --make sha256RSA --hex\n");
     const auto options = std::make_shared<options_t>();
-    CLI::Option& files = *command.add_option("FILE", options->files, "Files; - is standard input, and so is none");
+    CLI::Option& files = add_file_arguments(command, options->files, "Files");
     command.add_option("--make", options->make, "Print the ready-made identifier of this algorithm")
         ->type_name("NAME")
         ->excludes(&files);

@@ -46,4 +46,8 @@ bool is_utf8(std::string_view text) {
     return true;
 }
 
+std::string_view without_byte_order_mark(std::string_view text) {
+    return text.starts_with(byte_order_mark) ? text.substr(byte_order_mark.size()) : text;
+}
+
 } // namespace tool
