@@ -21,12 +21,38 @@ TEST(DigestinfoWrap, PutsADigestIntoDer) {
               from_hex(empty_sha1_info).str());
 }
 
+TEST(DigestinfoWrap, TellsJson) {
+    EXPECT_EQ(run_pkider({"digestinfo", "wrap", "SHA1", "--json"}, {.input = empty_sha1}).out,
+              std::string("[\n{\"file\":\"standard input\",\"hash\":\"SHA1\",\"der\":\"") + empty_sha1_info +
+                  "\"}\n]\n");
+    EXPECT_EQ(run_pkider({"digestinfo", "wrap", "SHA1", "--json"}).out,
+              "[\n{\"file\":\"standard input\",\"fault\":{\"message\":\"empty input\"}}\n]\n");
+}
+
+TEST(DigestinfoWrap, NamesTheFileThatIsFaulty) {
+    const run_result_t result = run_pkider({"digestinfo", "wrap", "SHA1"}, {.input = "00"});
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_THAT(result.err, testing::StartsWith("pkider: standard input: the digest has 1 byte, SHA1 has 20"));
+}
+
 TEST(DigestinfoWrap, RefusesADigestOfAnotherSize) {
     const run_result_t result = run_pkider({"digestinfo", "wrap", "SHA256", "--digest", "00"});
     EXPECT_EQ(result.exit_code, 2) << result;
-    EXPECT_EQ(result.err, "pkider: the digest has 1 byte, SHA256 has 32 (--any-size wraps it all the same)\n");
+    EXPECT_EQ(result.err,
+              "pkider: --digest: the digest has 1 byte, SHA256 has 32 (--any-size wraps it all the same)\n");
+    EXPECT_EQ(run_pkider({"digestinfo", "wrap", "SHA256", "--digest", ""}).exit_code, 2);
     EXPECT_EQ(run_pkider({"digestinfo", "wrap", "SHA256", "--digest", "00", "--any-size"}).out,
               "3012300D06096086480165030402010500040100\n");
+}
+
+// The library would cut the length of the longer one to 4.
+TEST(DigestinfoWrap, RefusesADigestThatIsTooLongToBeEncodedFaithfully) {
+    const std::vector<std::string> wrap = {"digestinfo", "wrap", "SHA256", "--any-size", "--in", "der"};
+    EXPECT_EQ(run_pkider(wrap, {.input = std::string(65516, 'a')}).exit_code, 0);
+    const run_result_t result = run_pkider(wrap, {.input = std::string(65540, 'a')});
+    EXPECT_EQ(result.exit_code, 2) << result;
+    EXPECT_THAT(result.err, testing::StartsWith("pkider: standard input: the digest info is too long: it takes 65"));
+    EXPECT_EQ(run_pkider(wrap, {.input = std::string(65517, 'a')}).exit_code, 2);
 }
 
 TEST(DigestinfoWrap, WantsAHashThatHasAnOid) {

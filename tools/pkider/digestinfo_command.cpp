@@ -5,12 +5,15 @@
 #include "tools/pkider/der_input.h"
 #include "tools/pkider/encodings.h"
 #include "tools/pkider/failure.h"
+#include "tools/pkider/faithful_lengths.h"
+#include "tools/pkider/faults.h"
 #include "tools/pkider/oid_names.h"
 #include "tools/pkider/output.h"
 #include "tools/pkider/report.h"
 #include "tools/pkider/terminal_text.h"
 
 #include <memory>
+#include <optional>
 
 namespace tool {
 namespace {
@@ -18,7 +21,7 @@ namespace {
 struct wrap_options_t {
     std::string hash;
     std::string file = "-";
-    std::string digest_hex;
+    std::optional<std::string> digest_hex;
     bool any_size = false;
     input_form_t form = input_form_t::guess;
     output_form_t output = output_form_t::text;
@@ -41,9 +44,9 @@ pki_alg_t read_hash_name(const std::string& name) {
 }
 
 std::string read_digest(const wrap_options_t& options) {
-    if (!options.digest_hex.empty()) {
-        auto digest = from_hex(options.digest_hex);
-        if (!digest) throw usage_fault_t("--digest: not hex");
+    if (options.digest_hex) {
+        auto digest = from_hex(*options.digest_hex);
+        if (!digest) throw usage_fault_t("not hex");
         return *digest;
     }
     const std::vector<block_t> blocks = read_blocks(read_file(options.file), options.form);
@@ -51,16 +54,34 @@ std::string read_digest(const wrap_options_t& options) {
     return blocks.front().der;
 }
 
-exit_code_t wrap(const wrap_options_t& options) {
-    const pki_alg_t hash = read_hash_name(options.hash);
-    std::string digest = read_digest(options);
-    if (digest.size() != hash_size(hash) && !options.any_size) {
+std::string wrap_digest(std::string digest, pki_alg_t hash, bool any_size) {
+    if (digest.size() != hash_size(hash) && !any_size) {
         throw data_fault_t("the digest has " + count_text(digest.size(), "byte") + ", " + alg_name(hash) + " has " +
                            std::to_string(hash_size(hash)) + " (--any-size wraps it all the same)");
     }
     asn_add_alg_to_digest(digest, hash);
-    print_bytes(digest, options.output == output_form_t::text ? output_form_t::hex : options.output);
-    return exit_code_t::done;
+    check_faithful_lengths(digest, "the digest info");
+    return digest;
+}
+
+exit_code_t wrap(const wrap_options_t& options) {
+    const pki_alg_t hash = read_hash_name(options.hash);
+    const std::string source = options.digest_hex ? "--digest" : input_name(options.file);
+    json_t head = {{"file", json_text(source)}};
+    json_array_t results(options.output);
+    const exit_code_t code = guarded(source, results, head, [&] {
+        const std::string info = wrap_digest(read_digest(options), hash, options.any_size);
+        if (options.output == output_form_t::json) {
+            head["hash"] = alg_name(hash);
+            head["der"] = to_hex(info);
+            results.add(head);
+        } else {
+            print_bytes(info, options.output == output_form_t::text ? output_form_t::hex : options.output);
+        }
+        return exit_code_t::done;
+    });
+    results.end();
+    return code;
 }
 
 /// The digest, found by the same steps as the library's reader takes; throws where those fail.
@@ -111,9 +132,9 @@ void register_wrap(CLI::App& app, chosen_command_t& chosen) {
                     "  pkider digestinfo wrap SHA1 --digest DA39A3EE5E6B4B0D3255BFEF95601890AFD80709\n"
                     "  sha256sum < file | cut -c 1-64 | pkider digestinfo wrap SHA256 --der > info.der\n");
     const auto options = std::make_shared<wrap_options_t>();
-    command.add_option("HASH", options->hash, "Name of the hash")->required();
+    command.add_option("HASH", options->hash, "Name of the hash")->required()->type_name("");
     CLI::Option& file =
-        *command.add_option("FILE", options->file, "The hash value; - is standard input, and so is none");
+        *command.add_option("FILE", options->file, "The hash value; - or none is standard input")->type_name("");
     command.add_option("--digest", options->digest_hex, "The hash value in hex")->type_name("HEX")->excludes(&file);
     command.add_flag("--any-size", options->any_size, "Also wrap a value that is not as long as the hash gives");
     add_input_option(command, options->form);
@@ -125,7 +146,7 @@ void register_read(CLI::App& app, chosen_command_t& chosen) {
     CLI::App& command =
         add_command(app, "read", "Shows hash and value of a DigestInfo", "  pkider digestinfo read info.der\n");
     const auto options = std::make_shared<read_options_t>();
-    command.add_option("FILE", options->files, "Files; - is standard input, and so is none");
+    add_file_arguments(command, options->files, "Files");
     add_input_option(command, options->form);
     add_output_options(command, options->output, false);
     when_chosen(command, chosen, [options] { return read(*options); });
