@@ -12,6 +12,8 @@ import sys
 import tempfile
 from datetime import datetime, timezone
 
+from openssl import GOST_ENGINE, dotted
+
 BUNDLE = "/etc/ssl/certs/ca-certificates.crt"
 
 # The short names that pkider prints without a map of its own: the OIDs behind them.
@@ -35,21 +37,6 @@ CATALOGUE_NAMES = {
     "1.2.643.7.1.1.3.3": "GOST R 34.11-2012/34.10-2012 512",
 }  # fmt: skip
 
-GOST_ENGINE = """
-openssl_conf = openssl_init
-[openssl_init]
-engines = engines
-[engines]
-gost = gost_engine
-[gost_engine]
-engine_id = gost
-default_algorithms = ALL
-[req]
-distinguished_name = empty
-[empty]
-"""
-
-
 def run(*command, **options):
     done = subprocess.run(command, capture_output=True, **options)
     if done.returncode != 0:
@@ -67,17 +54,6 @@ def oid_of(name):
             run("openssl", "asn1parse", "-genstr", f"OID:{name}", "-noout", "-out", der.name)
             known_oids[name] = dotted(der.read()[2:])
     return known_oids[name]
-
-
-def dotted(contents):
-    arcs, value = [], 0
-    for byte in contents:
-        value = value << 7 | byte & 0x7F
-        if byte < 0x80:
-            arcs.append(value)
-            value = 0
-    first = min(arcs[0] // 40, 2)
-    return ".".join(map(str, [first, arcs[0] - 40 * first] + arcs[1:]))
 
 
 def split_unescaped(text, separator):

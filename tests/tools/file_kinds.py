@@ -11,16 +11,7 @@ import subprocess
 import sys
 import tempfile
 
-GOST_ENGINE = """
-openssl_conf = openssl_init
-[openssl_init]
-engines = engines
-[engines]
-gost = gost_engine
-[gost_engine]
-engine_id = gost
-default_algorithms = ALL
-"""
+from openssl import GOST_ENGINE
 
 # What is made, by which command of openssl (FILE is where it goes), and what it is.
 FILES = [
@@ -36,7 +27,8 @@ FILES = [
     ("request.der", "req -new -key rsa.pem -subj /CN=a -outform DER -out FILE", "request"),
     ("empty.crl", "ca -gencrl -config CONFIG -out FILE", "certificate_list"),
     ("bag.p12", "pkcs12 -export -in certificate.pem -inkey rsa.pem -passout pass:x -out FILE", "pkcs12"),
-    ("bag_without_mac.p12", "pkcs12 -export -in certificate.pem -inkey rsa.pem -passout pass:x -nomac -out FILE", "pkcs12"),
+    ("bag_without_mac.p12", "pkcs12 -export -in certificate.pem -inkey rsa.pem -passout pass:x -nomac -out FILE",
+     "pkcs12_without_mac"),
     ("certificates.p7", "crl2pkcs7 -nocrl -certfile certificate.pem -outform DER -out FILE", "content_info"),
     ("ec.pem", "ecparam -genkey -noout -name prime256v1 -out FILE", "ec_private_key"),
     ("ec_public.der", "ec -in ec.pem -pubout -outform DER -out FILE", "public_key"),
@@ -113,7 +105,7 @@ def main():
     with tempfile.TemporaryDirectory() as work:
         configuration = os.path.join(work, "gost.cnf")
         with open(configuration, "w") as file:
-            file.write(GOST_ENGINE + "[req]\ndistinguished_name = empty\n[empty]\n")
+            file.write(GOST_ENGINE)
         make_files(work, dict(os.environ, OPENSSL_CONF=configuration))
         for name, _, kind in FILES:
             wrong = check(pkider, work, name, kind)

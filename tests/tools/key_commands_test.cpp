@@ -10,6 +10,7 @@ namespace {
 using nlohmann::json;
 using testing::HasSubstr;
 using testing::Not;
+using testing::StartsWith;
 
 class KeyCommands : public KeysTest {
   protected:
@@ -47,6 +48,19 @@ TEST_F(KeyCommands, ShowOpensAnEncryptedKeyOnlyToRevealIt) {
     EXPECT_EQ(open.exit_code, 0) << open;
     EXPECT_THAT(open.out, HasSubstr(": encrypted private key, GOST R 34.10-2001, 32 bytes\n"));
     EXPECT_EQ(run({"key", "show", "--reveal", encrypted}, "wrong").exit_code, 3);
+}
+
+TEST_F(KeyCommands, ShowTellsWhyAKeyCannotBeOpened) {
+    // EncryptedPrivateKeyInfo by pbeWithSHA1And3-KeyTripleDES-CBC
+    const std::string other = "301C300E060A2A864886F70D010C01033000 040A00010203040506070809";
+    const std::string hex_form = "printf '" + other + "' | $PKIDER key show ";
+    const run_result_t shown = run_shell(hex_form);
+    EXPECT_EQ(shown.exit_code, 0) << shown;
+    EXPECT_EQ(shown.out, "standard input: encrypted private key\n"
+                         "  not opened here encrypted by pbeWithSHAAnd3-KeyTripleDES-CBC, not PBES2\n");
+    EXPECT_THAT(run_shell(hex_form + "--json").out,
+                StartsWith("[\n{\"file\":\"standard input\",\"not_opened_here\":\"encrypted by pbe"));
+    EXPECT_EQ(run_shell(hex_form + "--reveal").exit_code, 2) << "before a password is asked for";
 }
 
 // ---- encrypt and decrypt -----------------------------------------------------------------------------------------

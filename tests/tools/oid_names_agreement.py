@@ -9,6 +9,8 @@ import subprocess
 import sys
 import tempfile
 
+from openssl import dotted
+
 # Where OpenSSL writes another name than the standard does.
 SPELLINGS = {
     "cRLNumber": "X509v3 CRL Number", "cRLReason": "X509v3 CRL Reason Code",
@@ -33,17 +35,6 @@ SPELLINGS = {
     "id-Gost28147-89-MAC": "GOST 28147-89 MAC", "id-tc26-hmac-gost-3411-12-256": "HMAC GOST 34.11-2012 256 bit",
     "id-tc26-hmac-gost-3411-12-512": "HMAC GOST 34.11-2012 512 bit",
 }  # fmt: skip
-
-
-def dotted(contents):
-    arcs, value = [], 0
-    for byte in contents:
-        value = value << 7 | byte & 0x7F
-        if byte < 0x80:
-            arcs.append(value)
-            value = 0
-    first = min(arcs[0] // 40, 2)
-    return ".".join(map(str, [first, arcs[0] - 40 * first] + arcs[1:]))
 
 
 def openssl_oid(name):

@@ -73,11 +73,11 @@ INSTANTIATE_TEST_SUITE_P(
                    "  encrypted    2 bytes\n"
                    "  look closer  pkider key show -\n"},
         what_row_t{"Pkcs12WithoutMac", "30 14 02 01 03 30 0F 06 09 2A 86 48 86 F7 0D 01 07 01 A0 02 04 00"_hex,
-                   "PKCS#12 container, DER\n"
+                   "PKCS#12 container without a MAC, DER\n"
                    "  version      3\n"
                    "  content      data (1.2.840.113549.1.7.1)\n"
                    "  MAC          none\n"
-                   "  look closer  pkider p12 list -\n"},
+                   "  look closer  pkider der -\n"},
         what_row_t{
             "Pkcs12",
             "30 33 02 01 03"
@@ -158,6 +158,20 @@ TEST(WhatCommand, CountsTheBlocksOfALongFile) {
     for (int i = 0; i < 9; ++i) pem += "-----BEGIN OID-----\nBgNVBAM=\n-----END OID-----\n";
     EXPECT_EQ(run_pkider({"what"}, {.input = pem}).out, "standard input: PEM, 9 blocks: 9 x object identifier\n"
                                                         "  look closer  pkider der -\n");
+}
+
+TEST(WhatCommand, CountsBlocksThatItDoesNotKnow) {
+    std::string pem;
+    for (int i = 0; i < 9; ++i) pem += "-----BEGIN A-----\nZm9v\n-----END A-----\n";
+    const run_result_t result = run_pkider({"what"}, {.input = pem});
+    EXPECT_EQ(result.exit_code, 1) << result;
+    EXPECT_EQ(result.out, "standard input: PEM, 9 blocks: 9 x none of the known kinds\n");
+}
+
+TEST(WhatCommand, ShowsAFileBeforeTheFaultOfTheNext) {
+    const run_result_t result = run_pkider_on_terminal({"what", "-", "/nonexistent/file"}, {.input = "0603550403"});
+    EXPECT_THAT(result.out, testing::StartsWith("standard input: object identifier, hex\r\n"));
+    EXPECT_THAT(result.out, testing::EndsWith("pkider: /nonexistent/file: No such file or directory\r\n"));
 }
 
 TEST(WhatCommand, QuotesAFileNameForTheShell) {

@@ -13,9 +13,14 @@ encrypted_key_t read_encrypted_key(bytes_t der) {
     key.algorithm = info.next(asn_tag_t::SEQUENCE, "SEQUENCE (encryption algorithm)").contents;
     info.next(asn_tag_t::OCTET_STRING, "OCTET STRING (encrypted key)");
     if (!input.at_end()) input.fail("the end of the encrypted key");
-    if (!asn_read_pkcs8_encrypted_pki_gost(der.data(), der.size(), key.record))
-        throw data_fault_t("cannot be decrypted here: " + why_refused(key.algorithm));
+    if (!asn_read_pkcs8_encrypted_pki_gost(der.data(), der.size(), key.record)) {
+        key.refusal = why_refused(key.algorithm);
+    }
     return key;
+}
+
+void check_decryptable(const encrypted_key_t& key) {
+    if (!key.refusal.empty()) throw data_fault_t("cannot be decrypted here: " + key.refusal);
 }
 
 std::string decrypt_key(const encrypted_key_t& key, bytes_t der, gost_pbe_t& crypto) {

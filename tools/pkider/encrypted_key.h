@@ -12,12 +12,15 @@ namespace tool {
 
 struct encrypted_key_t {
     pkcs8_encrypted_pki_gost_t record;
-    bytes_t algorithm; ///< Contents of the AlgorithmIdentifier.
+    bytes_t algorithm;   ///< Contents of the AlgorithmIdentifier.
+    std::string refusal; ///< Why the library refuses the algorithm, and the record is empty; empty when it does not.
 };
 
-/// Reads one that stands alone; the views point into it.
-/// @throws data_fault_t  It is none, or the library refuses its algorithm: the words say why.
+/// Reads one that stands alone; the views point into it. @throws data_fault_t  It is none.
 encrypted_key_t read_encrypted_key(bytes_t der);
+
+/// @throws data_fault_t  The key cannot be decrypted, whatever the password.
+void check_decryptable(const encrypted_key_t& key);
 
 /// The PrivateKeyInfo, for the caller to wipe. `der` is what `key` was read from.
 /// @throws failure_t  Wrong password (a wrong one shows only as a plaintext that is no key), or too many iterations.

@@ -207,6 +207,7 @@ facts_t describe_element(file_kind_t kind, const der_element_t& element, oid_map
     case file_kind_t::certificate_list:
         return describe_certificate_list(contents, map);
     case file_kind_t::pkcs12:
+    case file_kind_t::pkcs12_without_mac:
         return describe_pkcs12(contents, map);
     case file_kind_t::private_key:
         return describe_private_key(element.whole, map);

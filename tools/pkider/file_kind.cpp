@@ -93,7 +93,12 @@ bool is_request(bytes_t contents) {
 bool is_pkcs12(bytes_t contents) {
     der_cursor_t cursor(contents);
     return cursor.take(integer) && holds(next_sequence(cursor), {oid, context_0}) &&
-           (cursor.at_end() || holds(next_sequence(cursor), {sequence, octets}));
+           holds(next_sequence(cursor), {sequence, octets});
+}
+
+bool is_pkcs12_without_mac(bytes_t contents) {
+    der_cursor_t cursor(contents);
+    return cursor.take(integer) && holds(next_sequence(cursor), {oid, context_0}) && cursor.at_end();
 }
 
 bool is_private_key(bytes_t contents) {
@@ -179,6 +184,7 @@ constexpr kind_row_t kind_rows[] = {
     {KIND(request), is_request, "certificate request (PKCS#10)", "pkider der"},
     {KIND(certificate_list), is_certificate_list, "certificate revocation list", "pkider der"},
     {KIND(pkcs12), is_pkcs12, "PKCS#12 container", "pkider p12 list"},
+    {KIND(pkcs12_without_mac), is_pkcs12_without_mac, "PKCS#12 container without a MAC", "pkider der"},
     {KIND(private_key), is_private_key, "private key (PKCS#8)", "pkider key show"},
     {KIND(rsa_private_key), is_rsa_private_key, "RSA private key (PKCS#1)", "pkider der"},
     {KIND(ec_private_key), is_ec_private_key, "EC private key", "pkider der"},

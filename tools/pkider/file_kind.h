@@ -10,6 +10,7 @@ enum class file_kind_t {
     certificate_list,      // RFC 5280 5.1
     request,               // RFC 2986 4
     pkcs12,                // RFC 7292 4
+    pkcs12_without_mac,    // the library refuses it
     private_key,           // RFC 5958 2, PrivateKeyInfo
     rsa_private_key,       // RFC 8017 A.1.2
     ec_private_key,        // RFC 5915 3

@@ -23,6 +23,7 @@ struct options_t {
 exit_code_t decrypt(const options_t& options) {
     const secret_block_t input(options.file, options.form, "ENCRYPTED PRIVATE KEY");
     const encrypted_key_t key = read_encrypted_key(as_bytes(input.der()));
+    check_decryptable(key);
     gost_pbe_t crypto =
         make_pbe(options.password, read_password(options.password, "Password of " + input_name(options.file)));
     std::string plain = decrypt_key(key, as_bytes(input.der()), crypto);
@@ -44,7 +45,7 @@ void register_key_decrypt(CLI::App& key, chosen_command_t& chosen) {
                                     "  pkider key decrypt encrypted.pem -o key.pem\n"
                                     "  pkider key decrypt encrypted.pem --reveal --password-file secret.txt\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("FILE", options->file, "Encrypted PKCS#8 key; - is standard input")->required();
+    add_file_argument(command, options->file, "Encrypted PKCS#8 key");
     add_input_option(command, options->form);
     add_file_options(command, options->output);
     add_reveal_option(command, options->output);

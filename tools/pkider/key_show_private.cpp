@@ -24,7 +24,10 @@ class shown_key_t {
             return;
         }
         const encrypted_key_t encrypted = read_encrypted_key(input.der);
-        protection_ = protection_text(encrypted.algorithm, encrypted.record.iterations);
+        if (options.reveal) check_decryptable(encrypted);
+        can_be_opened_ = encrypted.refusal.empty();
+        protection_ =
+            can_be_opened_ ? protection_text(encrypted.algorithm, encrypted.record.iterations) : encrypted.refusal;
         if (!options.reveal) return;
         gost_pbe_t crypto = make_pbe(options.password, read_password(options.password, "Password of " + input.name));
         plain_ = decrypt_key(encrypted, input.der, crypto);
@@ -35,11 +38,13 @@ class shown_key_t {
     ~shown_key_t() { wipe(plain_); }
 
     const std::string& protection() const { return protection_; }
+    bool can_be_opened() const { return can_be_opened_; }
     const std::optional<private_key_t>& key() const { return key_; }
     bytes_t octets() const { return key_->gost ? bytes_t(key_->gost->key, key_->gost->key_len) : key_->octets; }
 
   private:
     std::string protection_, plain_;
+    bool can_be_opened_ = true;
     std::optional<private_key_t> key_;
 };
 
@@ -66,6 +71,7 @@ std::string private_key_text(const der_input_t& input, const private_show_option
         printable(input.name) + (shown.protection().empty() ? ": private key" : ": encrypted private key");
     if (shown.key()) text += ", " + printable(private_key_line(*shown.key()));
     text += "\n";
+    if (!shown.can_be_opened()) return text + field("not opened here", shown.protection());
     if (!shown.protection().empty()) text += field("encrypted by", shown.protection());
     if (!shown.key()) return text + field("private key", "encrypted; --reveal opens it");
 
@@ -75,9 +81,10 @@ std::string private_key_text(const der_input_t& input, const private_show_option
 
 json_t private_key_json(const der_input_t& input, const private_show_options_t& options) {
     const shown_key_t shown(input, options);
-    json_t json = {{"file", json_text(input.file)}};
-    if (input.line != 0) json["line"] = input.line;
-    if (!shown.protection().empty()) json["encrypted_by"] = json_text(shown.protection());
+    json_t json = json_source(input);
+    if (!shown.protection().empty()) {
+        json[shown.can_be_opened() ? "encrypted_by" : "not_opened_here"] = json_text(shown.protection());
+    }
     if (!shown.key()) return json;
     json["algorithm"] = oid_json(shown.key()->algorithm);
     json["size"] = shown.octets().size();

@@ -114,7 +114,8 @@ void print_counts(const std::vector<finding_t>& findings) {
         separator = ", ";
     }
     text += "\n";
-    if (counts.size() == 1) text += "  look closer  " + printable(findings.front().command()) + "\n";
+    const std::string command = findings.front().command();
+    if (counts.size() == 1 && !command.empty()) text += "  look closer  " + printable(command) + "\n";
     print(text);
 }
 
@@ -126,17 +127,10 @@ class findings_t {
     void add(finding_t finding) {
         any_none = any_none || finding.kind == file_kind_t::none;
         results.add(finding_json(finding));
-        if (!of_file.empty() && of_file.front().input.file != finding.input.file) print_file();
         of_file.push_back(std::move(finding));
     }
 
-    exit_code_t end() {
-        print_file();
-        return any_none ? exit_code_t::answer_is_no : exit_code_t::done;
-    }
-
-  private:
-    void print_file() {
+    void end_file() {
         if (output == output_form_t::json) return of_file.clear();
         if (of_file.size() > max_blocks_in_full) {
             print_counts(of_file);
@@ -146,6 +140,9 @@ class findings_t {
         of_file.clear();
     }
 
+    exit_code_t answer() const { return any_none ? exit_code_t::answer_is_no : exit_code_t::done; }
+
+  private:
     json_array_t& results;
     output_form_t output;
     std::vector<finding_t> of_file;
@@ -160,10 +157,14 @@ exit_code_t run(const options_t& options) {
         findings.add(look_at(input, map.handle()));
         return exit_code_t::done;
     };
-    exit_code_t worst = for_each_der(options.files, options.form, results, look, other_text_t::passes);
-    worst = worse(worst, findings.end());
+    const std::vector<std::string> standard_input{"-"};
+    exit_code_t worst = exit_code_t::done;
+    for (const std::string& file : options.files.empty() ? standard_input : options.files) {
+        worst = worse(worst, for_each_der({file}, options.form, results, look, other_text_t::passes));
+        findings.end_file();
+    }
     results.end();
-    return worst;
+    return worse(worst, findings.answer());
 }
 
 } // namespace
@@ -173,7 +174,7 @@ void register_what(CLI::App& app, chosen_command_t& chosen) {
                                     "  pkider what server.pem\n"
                                     "  pkider what *.der\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("FILE", options->files, "Files; - is standard input, and so is none");
+    add_file_arguments(command, options->files, "Files");
     add_input_option(command, options->form);
     add_output_options(command, options->output, false);
     add_map_options(command, options->map);
