@@ -76,6 +76,12 @@ TEST(DerCommand, ShowsAsManyElementsAsAsked) {
                                                                "... stopped after 1 element\n");
 }
 
+TEST(DerCommand, RefusesNegativeCounts) {
+    for (const char* const option : {"--offset", "--max", "--bytes", "--max-depth"}) {
+        EXPECT_EQ(der("05 00"_hex, {option, "-1"}).exit_code, 64) << option;
+    }
+}
+
 TEST(DerCommand, ShowsAsManyBytesAsAsked) {
     const bytes_t bytes = "04 04 41 42 43 44"_hex;
     EXPECT_EQ(der(bytes, {"--bytes", "1"}).out, "   0  2+4     OCTET STRING 41  |A| ... 3 more bytes\n");

@@ -297,7 +297,11 @@ TEST_F(P12Commands, ExtractWritesOneItemAsDer) {
     const run_result_t several = run({"p12", "extract", three, "--certs", "--form", "der", "-o", "certs.der"});
     EXPECT_EQ(several.exit_code, 64);
     EXPECT_FALSE(exists("certs.der"));
-    EXPECT_EQ(run({"p12", "extract", three, "--item", "9"}).exit_code, 2);
+    const run_result_t missing = run({"p12", "extract", three, "--item", "1", "--item", "9"});
+    EXPECT_EQ(missing.exit_code, 2);
+    EXPECT_THAT(missing.err, HasSubstr(": there is no item 9\n"));
+    EXPECT_EQ(run({"p12", "extract", three, "--item", "-1"}).exit_code, 64);
+    EXPECT_EQ(run({"p12", "extract", three, "--max-iterations", "-1"}).exit_code, 64);
 }
 
 TEST_F(P12Commands, ExtractPrintsPrivateKeysOnlyWhenToldTo) {

@@ -1,5 +1,6 @@
 // pkider der: a readable tree of any DER.
 #include "tools/pkider/command.h"
+#include "tools/pkider/count_option.h"
 #include "tools/pkider/count_text.h"
 #include "tools/pkider/der_input.h"
 #include "tools/pkider/der_tree.h"
@@ -99,14 +100,19 @@ void register_der(CLI::App& app, chosen_command_t& chosen) {
                                     "  pkider der --open extension.der\n"
                                     "  pkider der --offset 1204 --max 10 big.der\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("FILE", options->files, "Files; - is standard input, and so is none");
+    add_file_arguments(command, options->files, "Files");
     command.add_flag("--open", options->walk.open_strings, "Also show what OCTET and BIT STRINGs hold, if it is DER");
-    command.add_option("--offset", options->walk.offset, "Begin at the element at this offset")->type_name("BYTES");
-    command.add_option("--max", options->max_elements, "Stop after so many elements")->type_name("COUNT");
+    command.add_option("--offset", options->walk.offset, "Begin at the element at this offset")
+        ->check(not_negative())
+        ->type_name("BYTES");
+    command.add_option("--max", options->max_elements, "Stop after so many elements")
+        ->check(not_negative())
+        ->type_name("COUNT");
     command.add_option("--max-depth", options->walk.max_depth, "Show so many levels; 64 without the option")
         ->check(CLI::Range(1u, std::numeric_limits<std::uint32_t>::max()))
         ->type_name("LEVELS");
     command.add_option("--bytes", options->max_bytes, "Show so many bytes of a value; 64 without the option")
+        ->check(not_negative())
         ->type_name("COUNT");
     command.add_flag("--all-bytes", options->all_bytes, "Show all bytes of every value");
     add_input_option(command, options->form);

@@ -1,4 +1,5 @@
 // pkider p12 extract: keys and certificates out of the file, as PEM or DER.
+#include "tools/pkider/count_option.h"
 #include "tools/pkider/failure.h"
 #include "tools/pkider/faults.h"
 #include "tools/pkider/file_options.h"
@@ -44,7 +45,17 @@ void note_skipped(const p12_outline_t& outline) {
     }
 }
 
+bool has_item(const p12_outline_t& outline, std::size_t number) {
+    return std::ranges::any_of(outline.contents, [&](const p12_content_t& content) {
+        return std::ranges::any_of(content.bags,
+                                   [&](const p12_bag_t& bag) { return bag.item != nullptr && bag.number == number; });
+    });
+}
+
 std::vector<written_block_t> choose(const options_t& options, const p12_outline_t& outline) {
+    for (const std::size_t number : options.items) {
+        if (!has_item(outline, number)) throw data_fault_t("there is no item " + std::to_string(number));
+    }
     std::vector<written_block_t> chosen;
     for (const p12_content_t& content : outline.contents) {
         for (const p12_bag_t& bag : content.bags) {
@@ -91,10 +102,11 @@ void register_p12_extract(CLI::App& p12, chosen_command_t& chosen) {
                                     "  pkider p12 extract key.p12 -o key-and-certs.pem\n"
                                     "  pkider p12 extract key.p12 --item 2 --form der -o cert.der\n");
     const auto options = std::make_shared<options_t>();
-    command.add_option("FILE", options->file, "PKCS#12 file; - is standard input")->required();
+    add_file_argument(command, options->file, "PKCS#12 file");
     command.add_flag("--keys", options->keys, "Private keys");
     command.add_flag("--certs", options->certs, "Certificates");
     command.add_option("--item", options->items, "Items with these numbers, as 'pkider p12 list' shows them")
+        ->check(not_negative())
         ->type_name("N");
     add_file_options(command, options->output);
     add_reveal_option(command, options->output);

@@ -1,5 +1,6 @@
 #include "tools/pkider/password.h"
 
+#include "tools/pkider/count_option.h"
 #include "tools/pkider/failure.h"
 #include "tools/pkider/terminal_prompt.h"
 
@@ -69,11 +70,12 @@ void add_password_options(CLI::App& command, password_options_t& options) {
     file->type_name("FILE");
     command.add_option("--password-fd", options.fd, "Take the password from the first line read from descriptor N")
         ->type_name("N")
-        ->check(CLI::NonNegativeNumber)
+        ->check(not_negative())
         ->excludes(file);
     command
         .add_option("--max-iterations", options.max_iterations,
                     "Iterations of key derivation, of all keys together, up to which a file is worked on")
+        ->check(not_negative())
         ->type_name("N")
         ->capture_default_str();
 }
