@@ -12,72 +12,35 @@ using namespace pkider_test;
 
 namespace {
 
-struct read_t {
-    bool read;
-    span_t r, s;
-};
-
-read_t read(const uint8_t* der, std::size_t size) {
+two_spans_t read(const uint8_t* der, std::size_t size) {
     asn_dsa_certsign_t out{unwritten.len, unwritten.data, unwritten.len, unwritten.data};
     const bool read = asn_read_dsa_certsign(der, static_cast<uint32_t>(size), out);
     return {read, {out.r_len, out.r}, {out.s_len, out.s}};
 }
 
 TEST(DsaCertsign, GivesBothNumbers) {
-    for_guarded("30 06 02 01 11 02 01 22"_hex, [](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
-        EXPECT_TRUE(out.read);
-        EXPECT_EQ(out.r, (span_t{1, der + 4}));
-        EXPECT_EQ(out.s, (span_t{1, der + 7}));
-    });
+    for_guarded("30 06 02 01 11 02 01 22"_hex, gives(read, {1, 4}, {1, 7}));
 }
 
 TEST(DsaCertsign, KeepsLeadingZeros) {
-    for_guarded("30 0A 02 02 00 91 02 04 00 00 00 22"_hex, [](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
-        EXPECT_TRUE(out.read);
-        EXPECT_EQ(out.r, (span_t{2, der + 4}));
-        EXPECT_EQ(out.s, (span_t{4, der + 8}));
-    });
+    for_guarded("30 0A 02 02 00 91 02 04 00 00 00 22"_hex, gives(read, {2, 4}, {4, 8}));
 }
 
 TEST(DsaCertsign, TakesNumbersOfAnyLength) {
-    for_guarded("30 05 02 00 02 81 00"_hex, [](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
-        EXPECT_TRUE(out.read);
-        EXPECT_EQ(out.r, (span_t{0, der + 4}));
-        EXPECT_EQ(out.s, (span_t{0, der + 7}));
-    });
+    for_guarded("30 05 02 00 02 81 00"_hex, gives(read, {0, 4}, {0, 7}));
 }
 
 TEST(DsaCertsign, IgnoresBytesBehindTheNumbers) {
-    for_guarded("30 08 02 01 11 02 01 22 05 00 AA BB"_hex, [](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
-        EXPECT_TRUE(out.read);
-        EXPECT_EQ(out.s, (span_t{1, der + 7}));
-    });
+    for_guarded("30 08 02 01 11 02 01 22 05 00 AA BB"_hex, gives(read, {1, 4}, {1, 7}));
 }
 
 TEST(DsaCertsign, TakesAnyBytesAtTheEndOfTheSequence) {
-    for_junk_in_each_constructed("30 06 02 01 11 02 01 22"_hex, "FF FF"_hex, [](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
-        EXPECT_TRUE(out.read);
-        EXPECT_EQ(out.r, (span_t{1, der + 4}));
-        EXPECT_EQ(out.s, (span_t{1, der + 7}));
-    });
+    for_junk_in_each_constructed("30 06 02 01 11 02 01 22"_hex, "FF FF"_hex, gives(read, {1, 4}, {1, 7}));
 }
 
 TEST(DsaCertsign, RequiredSecondNumberMayRunPastTheSequence) {
-    for_guarded("30 03 02 01 11 02 01 22"_hex, [](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
-        EXPECT_TRUE(out.read);
-        EXPECT_EQ(out.s, (span_t{1, der + 7}));
-    });
-    for_guarded("30 05 02 01 11 02 03 22 33 44"_hex, [](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
-        EXPECT_TRUE(out.read);
-        EXPECT_EQ(out.s, (span_t{3, der + 7}));
-    });
+    for_guarded("30 03 02 01 11 02 01 22"_hex, gives(read, {1, 4}, {1, 7}));
+    for_guarded("30 05 02 01 11 02 03 22 33 44"_hex, gives(read, {1, 4}, {3, 7}));
 }
 
 struct refused_row_t {
@@ -92,10 +55,10 @@ class DsaCertsignRefuses : public testing::TestWithParam<refused_row_t> {};
 TEST_P(DsaCertsignRefuses, AndStoresWhatItReached) {
     const refused_row_t& row = GetParam();
     for_guarded(from_hex(row.der), [&](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
+        const two_spans_t out = read(der, size);
         EXPECT_FALSE(out.read);
-        EXPECT_EQ(out.r, row.r_at == -2 ? unwritten : row.r_at == -1 ? none : (span_t{1, der + row.r_at}));
-        EXPECT_EQ(out.s, row.s_reset ? none : unwritten);
+        EXPECT_EQ(out.first, row.r_at == -2 ? unwritten : row.r_at == -1 ? none : (span_t{1, der + row.r_at}));
+        EXPECT_EQ(out.second, row.s_reset ? none : unwritten);
     });
 }
 

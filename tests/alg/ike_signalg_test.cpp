@@ -13,12 +13,7 @@ using namespace pkider_test;
 
 namespace {
 
-struct read_t {
-    bool read;
-    span_t oid, params;
-};
-
-read_t read(const uint8_t* der, std::size_t size) {
+two_spans_t read(const uint8_t* der, std::size_t size) {
     asn_ike_signalg_t out{unwritten.len, unwritten.data, unwritten.len, unwritten.data};
     const bool read = asn_read_ike_signalg(der, static_cast<uint32_t>(size), out);
     return {read, {out.oid_len, out.oid}, {out.params_len, out.params}};
@@ -27,47 +22,23 @@ read_t read(const uint8_t* der, std::size_t size) {
 const char* const sha1_with_rsa = "30 0D 06 09 2A 86 48 86 F7 0D 01 01 05 05 00";
 
 TEST(IkeSignalg, GivesObjectIdentifierAndParameters) {
-    for_guarded(from_hex(sha1_with_rsa), [](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
-        EXPECT_TRUE(out.read);
-        EXPECT_EQ(out.oid, (span_t{9, der + 4}));
-        EXPECT_EQ(out.params, (span_t{2, der + 13}));
-    });
+    for_guarded(from_hex(sha1_with_rsa), gives(read, {9, 4}, {2, 13}));
 }
 
 TEST(IkeSignalg, GivesNoParametersWhenTheInputEndsWithTheObjectIdentifier) {
-    for_guarded("30 05 06 03 2A 03 04"_hex, [](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
-        EXPECT_TRUE(out.read);
-        EXPECT_EQ(out.oid, (span_t{3, der + 4}));
-        EXPECT_EQ(out.params, (span_t{0, der + 7}));
-    });
+    for_guarded("30 05 06 03 2A 03 04"_hex, gives(read, {3, 4}, {0, 7}));
 }
 
 TEST(IkeSignalg, DoesNotExamineTheParameters) {
-    for_guarded("30 07 06 01 2A FF 80 00 00"_hex, [](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
-        EXPECT_TRUE(out.read);
-        EXPECT_EQ(out.oid, (span_t{1, der + 4}));
-        EXPECT_EQ(out.params, (span_t{4, der + 5}));
-    });
+    for_guarded("30 07 06 01 2A FF 80 00 00"_hex, gives(read, {1, 4}, {4, 5}));
 }
 
 TEST(IkeSignalg, TakesAnEmptyObjectIdentifier) {
-    for_guarded("30 02 06 00"_hex, [](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
-        EXPECT_TRUE(out.read);
-        EXPECT_EQ(out.oid, (span_t{0, der + 4}));
-        EXPECT_EQ(out.params, (span_t{0, der + 4}));
-    });
+    for_guarded("30 02 06 00"_hex, gives(read, {0, 4}, {0, 4}));
 }
 
 TEST(IkeSignalg, RequiredBytesBehindTheElementAreParameters) {
-    for_guarded(from_hex(std::string(sha1_with_rsa) + "01 02 03 04"), [](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
-        EXPECT_TRUE(out.read);
-        EXPECT_EQ(out.params, (span_t{6, der + 13}));
-    });
+    for_guarded(from_hex(std::string(sha1_with_rsa) + "01 02 03 04"), gives(read, {9, 4}, {6, 13}));
 }
 
 struct refused_row_t {
@@ -81,10 +52,10 @@ class IkeSignalgRefuses : public testing::TestWithParam<refused_row_t> {};
 TEST_P(IkeSignalgRefuses, AndStoresWhatItReached) {
     const refused_row_t& row = GetParam();
     for_guarded(from_hex(row.der), [&](const uint8_t* der, std::size_t size) {
-        const read_t out = read(der, size);
+        const two_spans_t out = read(der, size);
         EXPECT_FALSE(out.read);
-        EXPECT_EQ(out.oid, row.oid_reset ? none : unwritten);
-        EXPECT_EQ(out.params, unwritten);
+        EXPECT_EQ(out.first, row.oid_reset ? none : unwritten);
+        EXPECT_EQ(out.second, unwritten);
     });
 }
 

@@ -1,4 +1,5 @@
 // Fresh keys, signatures and certificates of OpenSSL: what it put in is what is taken out.
+#include "tests/alg/freed_by.h"
 #include "tests/alg/value_text.h"
 #include "tests/support/hex.h"
 
@@ -18,13 +19,6 @@ using namespace pkider_test;
 
 namespace {
 
-template <auto Free>
-struct freed_by_t {
-    template <typename Object>
-    void operator()(Object* object) const {
-        Free(object);
-    }
-};
 using key_ptr_t = std::unique_ptr<EVP_PKEY, freed_by_t<EVP_PKEY_free>>;
 using number_ptr_t = std::unique_ptr<BIGNUM, freed_by_t<BN_free>>;
 using signature_ptr_t = std::unique_ptr<ECDSA_SIG, freed_by_t<ECDSA_SIG_free>>;

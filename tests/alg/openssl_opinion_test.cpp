@@ -5,6 +5,7 @@
 #include "alg/ike_rows.h"
 #include "alg/key_rows.h"
 
+#include "tests/alg/freed_by.h"
 #include "tests/alg/spelled_rows.h"
 #include "tests/alg/value_text.h"
 #include "tests/support/hex.h"
@@ -22,13 +23,6 @@ using namespace pkider_test;
 
 namespace {
 
-template <auto Free>
-struct freed_by_t {
-    template <typename Object>
-    void operator()(Object* object) const {
-        Free(object);
-    }
-};
 using object_ptr_t = std::unique_ptr<ASN1_OBJECT, freed_by_t<ASN1_OBJECT_free>>;
 using algor_ptr_t = std::unique_ptr<X509_ALGOR, freed_by_t<X509_ALGOR_free>>;
 using pss_ptr_t = std::unique_ptr<RSA_PSS_PARAMS, freed_by_t<RSA_PSS_PARAMS_free>>;
