@@ -2,6 +2,7 @@
 // that counts sizes first and then fills one block: both must agree to the byte, odd lengths included.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace pkider {
@@ -11,6 +12,10 @@ constexpr uint64_t asn_max_header_size = 6;
 
 /// The largest contents that a header can stand in front of.
 constexpr uint64_t asn_max_content_size = 0xFFFFFFFF;
+
+// Sizes are summed up as uint64_t and then asked of the memory as they are. With a narrower std::size_t the element of
+// the largest contents would get a block of a few bytes.
+static_assert(sizeof(std::size_t) >= sizeof(uint64_t), "pkider is for 64-bit targets");
 
 /// Number of octets behind the first length octet: 0 for the short form, else 1 to 4.
 ///
