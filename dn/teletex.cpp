@@ -1,6 +1,7 @@
 #include "dn/teletex.h"
 
 #include "dn/teletex_tables.h"
+#include "platform/utf8.h"
 
 namespace pkider {
 namespace {
@@ -41,24 +42,6 @@ bool step_over(const uint8_t* in, int64_t length, int64_t at, step_t& out) {
     const uint8_t next = at + 1 < length ? in[at + 1] : uint8_t{0};
     out = is_accent(in[at]) ? step_over_accent(in[at], next) : step_t{code, 0, 1};
     return true;
-}
-
-constexpr std::size_t utf8_size(uint32_t code) {
-    return code < 0x80 ? 1 : code < 0x800 ? 2 : 3; // nothing in the tables lies above U+FFFF
-}
-
-char* put_utf8(uint32_t code, char* out) {
-    if (code < 0x80) {
-        *out++ = static_cast<char>(code);
-    } else if (code < 0x800) {
-        *out++ = static_cast<char>(0xC0 | code >> 6);
-        *out++ = static_cast<char>(0x80 | (code & 0x3F));
-    } else {
-        *out++ = static_cast<char>(0xE0 | code >> 12);
-        *out++ = static_cast<char>(0x80 | (code >> 6 & 0x3F));
-        *out++ = static_cast<char>(0x80 | (code & 0x3F));
-    }
-    return out;
 }
 
 } // namespace

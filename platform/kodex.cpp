@@ -1,5 +1,7 @@
 #include "platform/kodex.h"
 
+#include "platform/utf8.h"
+
 namespace pkider {
 namespace {
 
@@ -12,34 +14,6 @@ uint32_t read_unit(const uint8_t* at) {
 
 constexpr bool is_scalar_value(uint32_t code) {
     return code < 0xD800 || (code > 0xDFFF && code <= 0x10FFFF);
-}
-
-constexpr uint64_t utf8_size(uint32_t code) {
-    return uint64_t{1} + (code >= 0x80) + (code >= 0x800) + (code >= 0x10000);
-}
-
-constexpr char utf8_tail(uint32_t bits) {
-    return static_cast<char>(0x80 | (bits & 0x3F));
-}
-
-// RFC 3629 3.
-char* put_utf8(uint32_t code, char* out) {
-    if (code < 0x80) {
-        *out++ = static_cast<char>(code);
-    } else if (code < 0x800) {
-        *out++ = static_cast<char>(0xC0 | code >> 6);
-        *out++ = utf8_tail(code);
-    } else if (code < 0x10000) {
-        *out++ = static_cast<char>(0xE0 | code >> 12);
-        *out++ = utf8_tail(code >> 6);
-        *out++ = utf8_tail(code);
-    } else {
-        *out++ = static_cast<char>(0xF0 | code >> 18);
-        *out++ = utf8_tail(code >> 12);
-        *out++ = utf8_tail(code >> 6);
-        *out++ = utf8_tail(code);
-    }
-    return out;
 }
 
 template <int UnitSize>
