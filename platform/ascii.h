@@ -20,15 +20,8 @@ constexpr char ascii_upper(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-/// Compares exactly `size` bytes of both texts, ASCII letters without their case. A NUL ends nothing.
-constexpr bool ascii_equal_ignoring_case(const char* a, const char* b, uint64_t size) {
-    for (uint64_t i = 0; i < size; ++i) {
-        if (ascii_upper(a[i]) != ascii_upper(b[i])) return false;
-    }
-    return true;
-}
-
-/// The order that goes with it: below 0, 0 or above 0, bytes taken as unsigned.
+/// The order of two texts of `size` bytes, ASCII letters without their case: below 0, 0 or above 0, bytes taken as
+/// unsigned. A NUL ends nothing.
 constexpr int ascii_compare_ignoring_case(const char* a, const char* b, uint64_t size) {
     for (uint64_t i = 0; i < size; ++i) {
         const int difference = static_cast<uint8_t>(ascii_upper(a[i])) - static_cast<uint8_t>(ascii_upper(b[i]));

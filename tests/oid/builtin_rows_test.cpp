@@ -75,7 +75,7 @@ const OIDdescr_t* first_with_dotted_text(std::string_view key) {
 }
 const OIDdescr_t* first_with_short_name(std::string_view key) {
     return first_row([&](const OIDdescr_t& row) {
-        return row.sn_len == key.size() && ascii_equal_ignoring_case(row.sn, key.data(), key.size());
+        return row.sn_len == key.size() && ascii_compare_ignoring_case(row.sn, key.data(), key.size()) == 0;
     });
 }
 
