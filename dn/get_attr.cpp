@@ -10,11 +10,6 @@ std::string_view type_of(const RDNdescr_t& record) {
     return {record.type_begin, static_cast<std::size_t>(record.type_end - record.type_begin)};
 }
 
-bool split(const char* dn, std::vector<RDNdescr_t>& out) {
-    out.reserve(10);
-    return printable_dn_split(dn, out).code == 0;
-}
-
 } // namespace
 } // namespace pkider
 
@@ -22,7 +17,7 @@ bool printable_dn_get_attr(const char* dn, const char* type, std::string& out, P
     using namespace pkider;
 
     std::vector<RDNdescr_t> records;
-    if (!split(dn, records)) return false;
+    if (!printable_dn_read(dn, records)) return false;
     const std::string_view wanted(type);
     const auto found = std::find_if(records.begin(), records.end(),
                                     [wanted](const RDNdescr_t& record) { return type_of(record) == wanted; });
@@ -37,7 +32,7 @@ bool printable_dn_C_before_CN(const char* dn) {
     using namespace pkider;
 
     std::vector<RDNdescr_t> records;
-    if (!split(dn, records)) return false;
+    if (!printable_dn_read(dn, records)) return false;
     bool cn_seen = false;
     for (const RDNdescr_t& record : records) {
         if (type_of(record) == "C") return !cn_seen;
