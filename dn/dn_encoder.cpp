@@ -33,9 +33,6 @@ constexpr uint64_t max_short_rdn_size = 2 + 0x7F;
 uint8_t* as_bytes(char* text) {
     return reinterpret_cast<uint8_t*>(text);
 }
-const uint8_t* as_bytes(const char* text) {
-    return reinterpret_cast<const uint8_t*>(text);
-}
 
 uint8_t* put_element(uint8_t* out, uint8_t tag, const uint8_t* contents, uint64_t length) {
     out = asn_put_header(out, tag, length);
@@ -93,8 +90,7 @@ class name_encoder_t {
         attribute_t attribute;
         if (!find_type(pair, attribute) && !encode_type(pair, attribute)) return;
         if ((value_classes & CHAR_SPECIAL) == 0) {
-            attribute.value = {as_bytes(pair.value_begin), static_cast<uint64_t>(pair.value_end - pair.value_begin),
-                               string_tag_for(value_classes)};
+            attribute.value = dn_text_value(pair.value_begin, pair.value_end, value_classes);
         } else if (!decode_value(pair, attribute.value)) {
             return;
         }
@@ -133,7 +129,6 @@ class name_encoder_t {
     }
 
     [[gnu::noinline]] bool decode_value(const RDNdescr_t& pair, dn_value_t& out) {
-        m_value.clear();
         const asn_dn_result_t result = printable_dn_value_decode(pair.value_begin, pair.value_end, m_value, out);
         if (result.code == 0) return true;
         m_fault = dn_fault(dn_fault_t{result.code}, pair.value_begin - m_line + result.position);

@@ -5,18 +5,6 @@
 namespace pkider {
 namespace {
 
-const uint8_t* as_bytes(const char* text) {
-    return reinterpret_cast<const uint8_t*>(text);
-}
-
-dn_value_t in_line(const char* begin, const char* end, uint8_t classes) {
-    return {as_bytes(begin), static_cast<uint64_t>(end - begin), string_tag_for(classes)};
-}
-
-dn_value_t in_scratch(const std::string& scratch, std::size_t from, uint8_t classes) {
-    return {as_bytes(scratch.data()) + from, scratch.size() - from, string_tag_for(classes)};
-}
-
 // Behind the backslash at `at`: two hex digits, or one of the special characters, which then stands for itself.
 asn_dn_result_t decode_escape(const char* begin, const char*& at, const char* end, char& out) {
     ++at;
@@ -36,10 +24,15 @@ asn_dn_result_t decode_escape(const char* begin, const char*& at, const char* en
     return {};
 }
 
+// The value in [begin, end), of which all in front of `run` was rewritten into `scratch`, if anything.
+dn_value_t finish_text(const char* begin, const char* run, const char* end, std::string& scratch, uint8_t classes) {
+    if (run == begin) return dn_text_value(begin, end, classes);
+    scratch.append(run, end);
+    return dn_text_value(scratch.data(), scratch.data() + scratch.size(), classes);
+}
+
 asn_dn_result_t decode_plain(const char* begin, const char* end, std::string& scratch, dn_value_t& out) {
-    const std::size_t from = scratch.size();
     uint8_t classes = 0;
-    bool rewritten = false;
     const char* run = begin;
     for (const char* at = begin; at != end;) {
         const uint8_t c = char_class(*at);
@@ -56,11 +49,9 @@ asn_dn_result_t decode_plain(const char* begin, const char* end, std::string& sc
         if (result.code != 0) return result;
         classes |= char_class(unescaped);
         scratch.push_back(unescaped);
-        rewritten = true;
         run = at;
     }
-    if (rewritten) scratch.append(run, end);
-    out = rewritten ? in_scratch(scratch, from, classes) : in_line(begin, end, classes);
+    out = finish_text(begin, run, end, scratch, classes);
     return {};
 }
 
@@ -69,9 +60,7 @@ asn_dn_result_t decode_plain(const char* begin, const char* end, std::string& sc
 // DnValueDecode.GivesBytesAndTag/RequiredQuotedEscapesAreNotClassified,
 // DnValueDecode.GivesBytesAndTag/RequiredQuotedBackslashStays.
 asn_dn_result_t decode_quoted(const char* begin, const char* end, std::string& scratch, dn_value_t& out) {
-    const std::size_t from = scratch.size();
     uint8_t classes = 0;
-    bool rewritten = false;
     const char* run = begin;
     for (const char* at = begin; at != end; ++at) {
         if (*at == '\\') {
@@ -79,15 +68,13 @@ asn_dn_result_t decode_quoted(const char* begin, const char* end, std::string& s
             if (at == end) return dn_fault(DN_FAULT_BACKSLASH_AT_END, at - begin);
             if (*at == '"') {
                 scratch.append(run, backslash);
-                rewritten = true;
                 run = at;
                 continue;
             }
         }
         classes |= char_class(*at);
     }
-    if (rewritten) scratch.append(run, end);
-    out = rewritten ? in_scratch(scratch, from, classes) : in_line(begin, end, classes);
+    out = finish_text(begin, run, end, scratch, classes);
     return {};
 }
 
@@ -96,7 +83,6 @@ asn_dn_result_t decode_hex(const char* begin, const char* end, std::string& scra
     const std::ptrdiff_t num_digits = end - begin;
     if (num_digits < min_digits || num_digits % 2 != 0) return dn_fault(DN_FAULT_HEX_COUNT, 0);
 
-    const std::size_t from = scratch.size();
     for (const char* at = begin; at != end; at += 2) {
         const uint8_t high = hex_digit_value(at[0]);
         if (high == not_a_hex_digit) return dn_fault(DN_FAULT_HEX_DIGIT, at - begin);
@@ -105,9 +91,9 @@ asn_dn_result_t decode_hex(const char* begin, const char* end, std::string& scra
         scratch.push_back(static_cast<char>(high << 4 | low));
     }
 
-    const uint8_t* const element = as_bytes(scratch.data()) + from;
+    const auto* const element = reinterpret_cast<const uint8_t*>(scratch.data());
     uint64_t length = 0;
-    const uint8_t* const contents = asn_decode_header(asn_tag_t::ANY, element, scratch.size() - from, &length);
+    const uint8_t* const contents = asn_decode_header(asn_tag_t::ANY, element, scratch.size(), &length);
     if (contents == nullptr) return dn_fault(DN_FAULT_HEX_ELEMENT, 0);
     out = {contents, length, element[0]};
     return {};
@@ -116,6 +102,7 @@ asn_dn_result_t decode_hex(const char* begin, const char* end, std::string& scra
 } // namespace
 
 asn_dn_result_t printable_dn_value_decode(const char* begin, const char* end, std::string& scratch, dn_value_t& out) {
+    scratch.clear();
     if (end - begin >= 2) {
         if (begin[0] == '"' && end[-1] == '"') return decode_quoted(begin + 1, end - 1, scratch, out);
         if (begin[0] == '#') return decode_hex(begin + 1, end, scratch, out);
