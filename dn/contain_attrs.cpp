@@ -3,14 +3,13 @@
 // Walks the raw text; what the line means is looked at no further than quotes and backslashes go. A mismatch waits for
 // the next piece of `dn` and begins again with the first wanted RDN that is not yet found.
 bool printable_dn_contain_attrs(const char* dn, const char* attrs) {
-    if (*dn == '\0') return *attrs == '\0';
-
     const char* wanted = attrs;
     const char* restart = attrs;
     bool matching = true;
     bool in_quotes = false;
     for (char previous = '\0'; *dn != '\0'; previous = *dn++) {
         // One backslash in front is enough, be it escaped itself.
+        // Wanted: DnContainAttrs.Answers/RequiredTwoBackslashesEscapeToo.
         const bool escaped = previous == '\\';
         if (*dn == '"' && !escaped) in_quotes = !in_quotes;
         const bool at_boundary = *dn == ',' && !escaped && !in_quotes;
