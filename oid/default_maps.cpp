@@ -28,5 +28,5 @@ void set_oid_default_file_dir(const char* dir) {
     file_map.clear();
     // No separator in between. Wanted: OidDefaultMaps.RequiredNoSeparatorIsPutBehindTheDirectory.
     const pkider::file_bytes_t file = pkider::read_whole_file((std::string(dir) + file_name).c_str());
-    if (file.size != 0) file_map.add({file.bytes.get(), file.size});
+    if (file.size != 0) file_map.assign({file.bytes.get(), file.size});
 }

@@ -4,7 +4,7 @@
 
 namespace pkider {
 
-void oid_map_t::add(std::string_view text) {
+void oid_map_t::assign(std::string_view text) {
     const auto* const added = new oid_map_entries_t(text);
     clear();
     m_added = added;
@@ -34,7 +34,7 @@ const OIDdescr_t* oid_map_t::find_added_sn(const char* sn, uint64_t length) cons
 
 oid_map_handle_t oid_map_parse(const char* text, uint64_t length) {
     auto map = std::make_unique<pkider::oid_map_t>(pkider::oid_map_start_t::EMPTY);
-    map->add({text, length});
+    map->assign({text, length});
     return {map.release()};
 }
 

@@ -1,8 +1,8 @@
 // The map object behind oid_map_handle_t: the built-in rows or none, and whatever a text adds to them.
 //
 // The built-in rows are looked into first, so that they win. Wanted: OidDefaultMaps.RequiredBuiltinNamesWinOverTheFile.
-// They are a constant, so that a map with them is constant-initialised. Finders are safe for any number of threads; add
-// and clear are not.
+// They are a constant, so that a map with them is constant-initialised. Finders are safe for any number of threads;
+// assign and clear are not.
 #pragma once
 
 #include "oid/builtin_index.h"
@@ -27,10 +27,10 @@ class oid_map_t {
     /// must stay there for the destructors of its hosts.
     static void destroy(const oid_map_t* map) noexcept;
 
-    /// Adds the entries of `text` in place of those added before.
+    /// Adds the entries of `text`, in place of those of another text.
     ///
     /// @throws std::bad_alloc, std::length_error; the map is then as it was.
-    void add(std::string_view text);
+    void assign(std::string_view text);
 
     /// Back to what the map started with. Entries added by a text end their life.
     void clear() noexcept;
