@@ -16,6 +16,8 @@ foreach(form IN ITEMS pkider pkider_static)
                                             $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
                                      PRIVATE ${PROJECT_SOURCE_DIR})
   target_link_libraries(${form} PRIVATE $<BUILD_INTERFACE:pkider_warnings>)
+  # -O3 for all of it adds 24 KB and makes few files quicker; those are the hot sources of their rooms.
+  target_compile_options(${form} PRIVATE $<$<CONFIG:Release>:-O2>)
   if(PKIDER_SANITIZE)
     target_compile_options(${form} PRIVATE -O1) # tests that walk whole domains spend their time here
   endif()
@@ -45,10 +47,13 @@ else()
   endif()
 endif()
 
-# A room is a folder with a sources.cmake that names its files.
+# A room is a folder with a sources.cmake that names its files, and among them the hot ones: those that -O3 makes
+# quicker by a tenth or more.
 function(pkider_add_room room)
   include(${PROJECT_SOURCE_DIR}/${room}/sources.cmake)
   list(TRANSFORM ${room}_sources PREPEND ${PROJECT_SOURCE_DIR}/${room}/)
   target_sources(pkider PRIVATE ${${room}_sources})
   target_sources(pkider_static PRIVATE ${${room}_sources})
+  list(TRANSFORM ${room}_hot_sources PREPEND ${PROJECT_SOURCE_DIR}/${room}/)
+  set_source_files_properties(${${room}_hot_sources} PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-O3>)
 endfunction()
