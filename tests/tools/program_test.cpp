@@ -155,6 +155,19 @@ INSTANTIATE_TEST_SUITE_P(
                     command_row_t{"NoOid", {"oid"}}, command_row_t{"NoAttributeType", {"dn", "get"}}),
     row_name);
 
+TEST(Program, TakesAnArgumentInBracketsAsItIs) {
+    const temp_dir_t dir;
+    dir.write(u8"[a,b]", name_in_hex);
+    dir.write(u8"[m]", "2.5.4.3 = NAME\n");
+    const run_options_t options{.directory = dir.path().string()};
+    EXPECT_EQ(run_pkider({"dn", "decode", "[a,b]"}, options).out, "CN=abc\n");
+    EXPECT_EQ(run_pkider({"dn", "decode", "--map", "[m]", "[a,b]"}, options).out, "NAME=abc\n");
+    EXPECT_EQ(run_pkider({"dn", "decode", "--map=[m]", "[a,b]"}, options).out, "NAME=abc\n");
+    EXPECT_EQ(run_pkider({"dn", "get", "[T]", "[T]=[1]", "[T]=]"}).out, "[1]\n]\n");
+    EXPECT_EQ(run_pkider({"dn", "reverse", "[A=1,B=2]"}).out, "B=2],[A=1\n");
+    EXPECT_EQ(run_pkider({"oid", "[]"}).err, "pkider: []: neither dotted text nor a known short name nor hex digits\n");
+}
+
 TEST(Program, NamesAMissingFileInOneLine) {
     for (const char* command : {"cert", "dn"}) {
         std::vector<std::string> arguments{command, "/no/such/file"};

@@ -1,10 +1,12 @@
 #include "tools/pkider/program.h"
 
+#include "tools/pkider/bracket_shield.h"
 #include "tools/pkider/commands.h"
 #include "tools/pkider/failure.h"
 #include "tools/pkider/output.h"
 #include "tools/pkider/report.h"
 
+#include <algorithm>
 #include <new>
 
 namespace tool {
@@ -45,8 +47,11 @@ exit_code_t run_program(int argc, char** argv) {
 
     chosen_command_t chosen;
     register_commands(app, chosen);
+    unshield_brackets(app);
     try {
-        app.parse(argc, argv);
+        std::vector<std::string> arguments = shield_brackets(argc, argv);
+        std::ranges::reverse(arguments); // as parse wants them
+        app.parse(std::move(arguments));
     } catch (const CLI::Success& help_or_version) {
         app.exit(help_or_version);
         return exit_code_t::done;

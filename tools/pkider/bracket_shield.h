@@ -1,0 +1,18 @@
+// CLI11 takes an argument in brackets, [a,b], for a list where several arguments may stand, as a configuration file
+// would write it. Here it is a name or a file like any other.
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include <string>
+#include <vector>
+
+namespace tool {
+
+/// The arguments behind the program's name, those that begin with a bracket marked so that they are left alone.
+std::vector<std::string> shield_brackets(int argc, char** argv);
+
+/// Lets every option of the app and its subcommands take the mark off.
+void unshield_brackets(CLI::App& app);
+
+} // namespace tool
