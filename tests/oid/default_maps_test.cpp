@@ -1,5 +1,6 @@
 #include "oid/builtin_rows.h"
 
+#include "tests/oid/shown_entry.h"
 #include "tests/support/alloc_failure.h"
 #include "tests/support/hex.h"
 #include "tests/support/temp_dir.h"
@@ -17,11 +18,6 @@ using namespace pkider;
 using namespace pkider_test;
 
 namespace {
-
-std::string shown(const OIDdescr_t* entry) {
-    if (entry == nullptr) return "none";
-    return std::string(entry->str) + "|" + entry->sn + "|" + entry->ln;
-}
 
 std::string by_name(std::string_view name, oid_map_handle_t map = OID_MAP_HANDLE_DEFAULT_FILE) {
     return shown(oid_map_find_sn(map, name.data(), name.size()));

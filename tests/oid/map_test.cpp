@@ -1,5 +1,6 @@
 #include "oid/map.h"
 
+#include "tests/oid/shown_entry.h"
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
@@ -34,13 +35,6 @@ class host_map_t {
   private:
     oid_map_handle_t m_handle;
 };
-
-// `dotted|SN|ln` of an entry, or `none`.
-std::string shown(const OIDdescr_t* entry) {
-    if (entry == nullptr) return "none";
-    return std::string(entry->str, entry->str_len) + "|" + std::string(entry->sn, entry->sn_len) + "|" +
-           std::string(entry->ln, entry->ln_len);
-}
 
 struct line_row_t {
     const char* name;
