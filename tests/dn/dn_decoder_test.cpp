@@ -1,6 +1,7 @@
 #include "dn/dn_decoder.h"
 
 #include "tests/support/alloc_failure.h"
+#include "tests/support/der_builder.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
 
@@ -22,26 +23,9 @@ namespace {
 const std::string before = "before|";
 constexpr oid_map_handle_t no_map{};
 
-bytes_t element(uint8_t tag, const bytes_t& contents) {
-    bytes_t out{tag};
-    if (contents.size() >= 0x80) {
-        out.push_back(0x84);
-        for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<uint8_t>(contents.size() >> shift));
-    } else {
-        out.push_back(static_cast<uint8_t>(contents.size()));
-    }
-    out.insert(out.end(), contents.begin(), contents.end());
-    return out;
-}
-
-bytes_t operator+(bytes_t a, const bytes_t& b) {
-    a.insert(a.end(), b.begin(), b.end());
-    return a;
-}
-
 /// A Name of one attribute, CN, with the given bytes behind its type.
 bytes_t name_with_value(const bytes_t& value) {
-    return element(0x30, element(0x31, element(0x30, "06 03 55 04 03"_hex + value)));
+    return der(0x30, der(0x31, der(0x30, {"06 03 55 04 03"_hex, value})));
 }
 
 struct printed_t {
@@ -242,10 +226,10 @@ TEST(DnDecoderValue, EveryLengthUpTo1100IsPrintedWhole) {
             if (i % 3 == 0) escaped.push_back('\\');
             escaped.push_back(contents[i]);
         }
-        ASSERT_EQ(print(name_with_value(element(0x13, to_bytes(contents)))).text, "CN=" + escaped) << length;
+        ASSERT_EQ(print(name_with_value(der(0x13, to_bytes(contents)))).text, "CN=" + escaped) << length;
 
         std::string digits;
-        const bytes_t octets = element(0x04, to_bytes(contents));
+        const bytes_t octets = der(0x04, to_bytes(contents));
         for (const uint8_t octet : octets) digits += to_hex(bytes_t{octet});
         ASSERT_EQ(print(name_with_value(octets)).text, "CN=#" + digits) << length;
     }
@@ -344,11 +328,11 @@ TEST(DnDecoderFault, EmptyHandlePrintsTheArcsBeforeAFault) {
 }
 
 TEST(DnDecoderFault, PositionsBehind65535Wrap) {
-    const bytes_t first = element(0x31, element(0x30, "06 03 55 04 03"_hex + element(0x13, bytes_t(65'536, 'a'))));
-    const bytes_t der = element(0x30, first + "30 00"_hex);
-    const printed_t printed = print(der);
+    const bytes_t first = der(0x31, der(0x30, {"06 03 55 04 03"_hex, der(0x13, bytes_t(65'536, 'a'))}));
+    const bytes_t name = der(0x30, {first, "30 00"_hex});
+    const printed_t printed = print(name);
     EXPECT_EQ(printed.result.code, 12);
-    EXPECT_EQ(printed.result.position, static_cast<uint16_t>(der.size() - 2));
+    EXPECT_EQ(printed.result.position, static_cast<uint16_t>(name.size() - 2));
 }
 
 #ifdef __linux__
@@ -447,7 +431,7 @@ TEST(DnDecoder, TakesNullForNoBytes) {
 TEST(DnDecoder, MayPrintIntoTheStringItReads) {
     for (const std::size_t value_length : {3u, 5'000u}) {
         for (const PrintableDnOrder order : {DN_ORDER_AS_ENCODED, DN_ORDER_REVERSED}) {
-            std::string both = name_with_value(element(0x13, bytes_t(value_length, 'a'))).str();
+            std::string both = name_with_value(der(0x13, bytes_t(value_length, 'a'))).str();
             const std::string der = both;
             const auto* const data = reinterpret_cast<const uint8_t*>(both.data());
             ASSERT_TRUE(
@@ -478,11 +462,11 @@ TEST(DnDecoder, NeedsAtMostThreeTimesItsOutput) {
         const bytes_t rdn = "31 0E 30 0C 06 03 55 04 03 13 05 61 62 63 64 65"_hex;
         contents.insert(contents.end(), rdn.begin(), rdn.end());
     }
-    const bytes_t der = element(0x30, contents);
+    const bytes_t name = der(0x30, contents);
     for (const PrintableDnOrder order : {DN_ORDER_AS_ENCODED, DN_ORDER_REVERSED}) {
         std::string out;
         const std::size_t peak = peak_allocated_bytes([&] {
-            asn_dn_to_printable(der.data(), static_cast<uint32_t>(der.size()), out, order, OID_MAP_HANDLE_DEFAULT);
+            asn_dn_to_printable(name.data(), static_cast<uint32_t>(name.size()), out, order, OID_MAP_HANDLE_DEFAULT);
         });
         EXPECT_LE(peak, 3 * out.size()) << order;
     }
@@ -503,12 +487,12 @@ TEST(DnDecoder, Prints200000RdnsInBothOrders) {
     }
     text.pop_back();
     reversed.pop_back();
-    const bytes_t der = element(0x30, contents);
-    EXPECT_TRUE(print(der, DN_ORDER_AS_ENCODED).text == text);
-    EXPECT_TRUE(print(der, DN_ORDER_REVERSED).text == reversed);
+    const bytes_t name = der(0x30, contents);
+    EXPECT_TRUE(print(name, DN_ORDER_AS_ENCODED).text == text);
+    EXPECT_TRUE(print(name, DN_ORDER_REVERSED).text == reversed);
 
     // A fault at the end leaves all of them, in reversed order too.
-    const bytes_t faulty = element(0x30, contents + "30 00"_hex);
+    const bytes_t faulty = der(0x30, {contents, "30 00"_hex});
     EXPECT_TRUE(print(faulty, DN_ORDER_AS_ENCODED).text == text + ",");
     EXPECT_TRUE(print(faulty, DN_ORDER_REVERSED).text == reversed + ",");
 }
@@ -523,25 +507,25 @@ TEST(DnDecoder, Prints200000MembersOfOneSet) {
         text += "CN=a+";
     }
     text.pop_back();
-    const bytes_t der = element(0x30, element(0x31, contents));
-    EXPECT_TRUE(print(der, DN_ORDER_REVERSED).text == text);
+    const bytes_t name = der(0x30, der(0x31, contents));
+    EXPECT_TRUE(print(name, DN_ORDER_REVERSED).text == text);
 }
 
 TEST(DnDecoder, LeavesTheOutputWhenAllocationFails) {
     bytes_t contents;
     for (int i = 0; i < 20; ++i) {
-        for (const bytes_t& value : {element(0x14, bytes_t(40, 'a')), element(0x1E, bytes_t(80, '0')),
-                                     element(0x13, bytes_t(600, 'b')), element(0x04, "FF"_hex)}) {
-            contents = contents + element(0x31, element(0x30, "06 03 2A 03 04"_hex + value));
+        for (const bytes_t& value : {der(0x14, bytes_t(40, 'a')), der(0x1E, bytes_t(80, '0')),
+                                     der(0x13, bytes_t(600, 'b')), der(0x04, "FF"_hex)}) {
+            contents = join({contents, der(0x31, der(0x30, {"06 03 2A 03 04"_hex, value}))});
         }
     }
-    const bytes_t der = element(0x30, contents);
+    const bytes_t name = der(0x30, contents);
     for (const PrintableDnOrder order : {DN_ORDER_AS_ENCODED, DN_ORDER_REVERSED}) {
         const std::size_t num_failures = for_each_failing_allocation(
             [&] {
                 std::string out = "seed";
                 try {
-                    asn_dn_to_printable(der.data(), static_cast<uint32_t>(der.size()), out, order,
+                    asn_dn_to_printable(name.data(), static_cast<uint32_t>(name.size()), out, order,
                                         OID_MAP_HANDLE_DEFAULT);
                 } catch (...) {
                     EXPECT_EQ(out, "seed");
