@@ -1,7 +1,6 @@
 #include <pkider/dn.h>
 
 #include "tests/support/guarded.h"
-#include "tests/support/hex.h"
 
 #include <gtest/gtest.h>
 
@@ -11,23 +10,14 @@ using namespace pkider_test;
 
 namespace {
 
-bytes_t with_nul(std::string_view text) {
-    bytes_t bytes = to_bytes(text);
-    bytes.push_back(0);
-    return bytes;
-}
-
 /// Asks with guarded copies of both texts.
 bool contains(const char* dn, const char* attrs) {
     int num_true = 0;
     int num_calls = 0;
-    for_guarded(with_nul(dn), [&](const uint8_t* dn_data, std::size_t) {
-        for_guarded(with_nul(attrs), [&](const uint8_t* attrs_data, std::size_t) {
+    for_guarded_line(dn, [&](const char* dn_copy) {
+        for_guarded_line(attrs, [&](const char* attrs_copy) {
             ++num_calls;
-            if (printable_dn_contain_attrs(reinterpret_cast<const char*>(dn_data),
-                                           reinterpret_cast<const char*>(attrs_data))) {
-                ++num_true;
-            }
+            if (printable_dn_contain_attrs(dn_copy, attrs_copy)) ++num_true;
         });
     });
     EXPECT_TRUE(num_true == 0 || num_true == num_calls);

@@ -53,12 +53,6 @@ std::string encode_naively(const char* dn, oid_map_handle_t map) {
     return {name.data(), name.data() + name.size()};
 }
 
-void for_guarded_line(std::string_view line, const std::function<void(const char*)>& visit) {
-    bytes_t bytes = to_bytes(line);
-    bytes.push_back(0);
-    for_guarded(bytes, [&](const uint8_t* data, std::size_t) { visit(reinterpret_cast<const char*>(data)); });
-}
-
 struct encode_row_t {
     const char* name;
     const char* line;

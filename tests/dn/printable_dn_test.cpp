@@ -2,7 +2,6 @@
 
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
-#include "tests/support/hex.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -28,13 +27,6 @@ std::vector<std::string> to_texts(const std::vector<RDNdescr_t>& records) {
     std::vector<std::string> texts;
     for (const RDNdescr_t& record : records) texts.push_back(to_text(record));
     return texts;
-}
-
-/// Calls `visit` with guarded copies of `line`, the NUL being the last byte that may be read.
-void for_guarded_line(std::string_view line, const std::function<void(const char*)>& visit) {
-    bytes_t bytes = to_bytes(line);
-    bytes.push_back(0);
-    for_guarded(bytes, [&](const uint8_t* data, std::size_t) { visit(reinterpret_cast<const char*>(data)); });
 }
 
 struct split_row_t {

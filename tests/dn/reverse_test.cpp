@@ -1,6 +1,5 @@
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
-#include "tests/support/hex.h"
 
 #include <pkider/dn.h>
 
@@ -22,10 +21,7 @@ class DnReverse : public testing::TestWithParam<reverse_row_t> {};
 
 TEST_P(DnReverse, TurnsTheLineRound) {
     const reverse_row_t& row = GetParam();
-    bytes_t bytes = to_bytes(row.line);
-    bytes.push_back(0);
-    for_guarded(bytes, [&row](const uint8_t* data, std::size_t) {
-        char* const line = const_cast<char*>(reinterpret_cast<const char*>(data)); // the copy is ours
+    for_guarded_line(row.line, [&row](char* line) {
         char* const result = printable_dn_reverse(line);
         EXPECT_EQ(result, row.reversed == nullptr ? nullptr : line);
         EXPECT_STREQ(line, row.reversed == nullptr ? row.line : row.reversed);

@@ -1,5 +1,7 @@
 #include "tests/support/guarded.h"
 
+#include "tests/support/der_builder.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -97,18 +99,6 @@ header_t read_header(std::span<const uint8_t> bytes) {
     return header;
 }
 
-void append_element(uint8_t tag, const bytes_t& contents, bytes_t& out) {
-    out.push_back(tag);
-    if (contents.size() >= 0x80) {
-        int shift = 8;
-        while (contents.size() >> shift != 0) shift += 8;
-        out.push_back(static_cast<uint8_t>(0x80 | shift / 8));
-        for (shift -= 8; shift > 0; shift -= 8) out.push_back(static_cast<uint8_t>(contents.size() >> shift));
-    }
-    out.push_back(static_cast<uint8_t>(contents.size()));
-    out.insert(out.end(), contents.begin(), contents.end());
-}
-
 // Copies the elements in `bytes`; the constructed one for which `countdown` reaches 0 gets the junk.
 bytes_t with_junk(std::span<const uint8_t> bytes, std::span<const uint8_t> junk, int& countdown) {
     bytes_t out;
@@ -122,7 +112,8 @@ bytes_t with_junk(std::span<const uint8_t> bytes, std::span<const uint8_t> junk,
             changed = with_junk(contents, junk, countdown);
             if (here) changed.insert(changed.end(), junk.begin(), junk.end());
         }
-        append_element(bytes[0], changed, out);
+        const bytes_t element = der(bytes[0], changed);
+        out.insert(out.end(), element.begin(), element.end());
         bytes = bytes.subspan(header.size + header.content_size);
     }
     return out;
@@ -142,6 +133,14 @@ void for_guarded(std::span<const uint8_t> bytes, const bytes_visitor_t& visit) {
 
     copy(bytes, pages.begin());
     visit(pages.begin(), bytes.size());
+}
+
+void for_guarded_line(std::string_view line, const std::function<void(char* line)>& visit) {
+    bytes_t bytes = to_bytes(line);
+    bytes.push_back(0);
+    for_guarded(bytes, [&visit](const uint8_t* data, std::size_t) {
+        visit(const_cast<char*>(reinterpret_cast<const char*>(data))); // the copy is ours
+    });
 }
 
 void for_every_prefix(std::span<const uint8_t> bytes, const bytes_visitor_t& visit) {

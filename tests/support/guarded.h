@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <string_view>
 
 namespace pkider_test {
 
@@ -16,6 +17,9 @@ using bytes_visitor_t = std::function<void(const uint8_t* data, std::size_t size
 /// Calls `visit` with a copy of `bytes` in an exact heap block, then with one that ends at an inaccessible page, then
 /// with one that begins right behind an inaccessible page.
 void for_guarded(std::span<const uint8_t> bytes, const bytes_visitor_t& visit);
+
+/// for_guarded for a text that ends with a NUL, the last byte that can be read. `visit` may change the copy.
+void for_guarded_line(std::string_view line, const std::function<void(char* line)>& visit);
 
 /// for_guarded for every prefix of `bytes` that is shorter than all of it, the empty one included.
 void for_every_prefix(std::span<const uint8_t> bytes, const bytes_visitor_t& visit);
