@@ -37,6 +37,13 @@ void append_content_info_head(const content_type_t& type, uint64_t element_size,
     put_content_info_head(asn_append_room(out, content_info_size(element_size) - element_size), type, element_size);
 }
 
+// Overwrites a plaintext before its block is given to the caller as the output, or freed.
+void wipe(std::string& plain) {
+    std::fill(plain.begin(), plain.end(), '\0');
+    asm volatile("" : : "r"(plain.data()) : "memory"); // reads it, for all the optimiser knows: the zeros must be there
+    plain.clear();
+}
+
 // EncryptedData ::= SEQUENCE { version 0, SEQUENCE { data, algorithm, [0] IMPLICIT OCTET STRING } }    (RFC 2315 13)
 class encrypted_data_writer_t {
   public:
@@ -49,7 +56,7 @@ class encrypted_data_writer_t {
         pkcs8_encrypted_pki_gost_t params;
         crypto.encrypt(reinterpret_cast<const uint8_t*>(block.data()), block.size(), params, m_encrypted);
         asn_write_pkcs8_encrypted_alg(params, m_algorithm); // `params` may point into m_encrypted and `block`
-        block.clear();
+        wipe(block);
 
         m_info_size = pkcs12_oid::data.size() + m_algorithm.size() + asn_checked_element_size(m_encrypted.size());
         m_content_size = version_0.size() + asn_checked_element_size(m_info_size);

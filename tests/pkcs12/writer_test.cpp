@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -453,6 +454,39 @@ TEST(Pkcs12Writer, CiphertextsOfAnySizeAreWritten) {
         asn_write_pkcs12_easy(in, &crypto, out);
         EXPECT_EQ(out, bottom_up_pfx(in, crypto)) << size;
     }
+}
+
+// The block of the plaintext becomes the output's, which covers only the front of it.
+TEST(Pkcs12Writer, NoPlaintextIsLeftBehindTheEndOfTheOutput) {
+    class shortening_crypto_t final : public pbe_crypto_t {
+      public:
+        const uint8_t* plain = nullptr;
+        uint64_t plain_size = 0;
+
+        bool check_mac(const pkcs12_mac_t&, const uint8_t*, uint64_t) override { return true; }
+        bool make_mac(const uint8_t*, uint64_t, pkcs12_mac_t&) override { return true; }
+        bool decrypt(const pkcs8_encrypted_pki_gost_t&, const uint8_t*, uint64_t, std::string&) override {
+            return false;
+        }
+        bool encrypt(const uint8_t* data, uint64_t size, pkcs8_encrypted_pki_gost_t&, std::string& storage) override {
+            plain = data;
+            plain_size = size;
+            storage = "short";
+            return true;
+        }
+    };
+    const bytes_t large(5000, 0x4B);
+    pkcs12_easy_t in;
+    in.protected_items.push_back(item_of(PKCS12_ITEM_KEY, large));
+    shortening_crypto_t crypto;
+    std::string out;
+    asn_write_pkcs12_easy(in, &crypto, out);
+
+    const auto* const block = reinterpret_cast<const uint8_t*>(out.data());
+    ASSERT_EQ(block, crypto.plain); // so all that was plaintext is still there to look at
+    ASSERT_LE(crypto.plain_size, out.capacity());
+    ASSERT_GT(crypto.plain_size, out.size() + 4000);
+    EXPECT_TRUE(std::all_of(block + out.size(), block + crypto.plain_size, [](uint8_t byte) { return byte == 0; }));
 }
 
 TEST(Pkcs12Writer, AnyNumberOfItemsTakesTheSameAllocations) {
