@@ -112,12 +112,12 @@ bool asn_read_pkcs12_easy(const uint8_t* data, uint64_t size, pbe_crypto_t* cryp
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, pfx)) return false;
     if (!asn_next_element(asn_tag_t::INTEGER, pfx, version)) return false;
     if (!asn_next_element(asn_tag_t::SEQUENCE, pfx, auth_safe)) return false;
-    if (asn_next_is(asn_tag_t::SEQUENCE, pfx) && !asn_next_element(asn_tag_t::SEQUENCE, pfx, mac_data)) return false;
+    // Wanted: Pkcs12Reader.RequiredFileWithoutMacIsRefused.
+    if (!asn_next_element(asn_tag_t::SEQUENCE, pfx, mac_data)) return false;
     if (!is_version(version, 3)) return false;
 
     asn_element_t type, content;
     if (!read_content_info(auth_safe, type, content) || !asn_is_oid(type, pkcs12_oid::data)) return false;
-    // An absent MacData has no bytes, and fails. Wanted: Pkcs12Reader.RequiredFileWithoutMacIsRefused.
     if (!asn_read_pkcs12_MacData(mac_data.content, mac_data.length, out.mac)) return false;
 
     // The MAC is checked before the OCTET STRING is looked at, over all that stands in the [0], header included.
