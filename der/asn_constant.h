@@ -21,6 +21,11 @@ inline constexpr std::array<uint8_t, 2 + sizeof...(Contents)> asn_oid = {0x06, s
 
 inline constexpr std::array<uint8_t, 2> asn_null = {0x05, 0x00};
 
+/// The INTEGER that begins many structures, their version; `number` is below 0x80.
+constexpr std::array<uint8_t, 3> asn_version(uint8_t number) {
+    return {0x02, 0x01, number};
+}
+
 /// The pieces one behind the other.
 template <std::size_t... Sizes>
 constexpr auto asn_constant_join(const std::array<uint8_t, Sizes>&... pieces) {

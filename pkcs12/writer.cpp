@@ -1,6 +1,7 @@
 #include <pkider/pkcs12.h>
 
 #include "der/asn_block.h"
+#include "der/asn_constant.h"
 #include "pkcs12/identifiers.h"
 #include "pkcs12/mac_data.h"
 #include "pkcs12/safe_contents_writer.h"
@@ -14,9 +15,6 @@
 using namespace pkider;
 
 namespace {
-
-constexpr auto version_0 = std::array<uint8_t, 3>{0x02, 0x01, 0x00};
-constexpr auto version_3 = std::array<uint8_t, 3>{0x02, 0x01, 0x03};
 
 // ContentInfo ::= SEQUENCE { contentType OBJECT IDENTIFIER, content [0] }                              (RFC 2315 7)
 //
@@ -59,7 +57,7 @@ class encrypted_data_writer_t {
         wipe(block);
 
         m_info_size = pkcs12_oid::data.size() + m_algorithm.size() + asn_checked_element_size(m_encrypted.size());
-        m_content_size = version_0.size() + asn_checked_element_size(m_info_size);
+        m_content_size = asn_version(0).size() + asn_checked_element_size(m_info_size);
         m_size = asn_checked_element_size(m_content_size);
     }
 
@@ -68,7 +66,7 @@ class encrypted_data_writer_t {
     void append_to(std::string& out) const {
         uint8_t* at = asn_append_room(out, m_size - m_encrypted.size());
         at = asn_put_header(at, asn_tag_t::SEQUENCE, m_content_size);
-        at = asn_put_constant(at, version_0);
+        at = asn_put_constant(at, asn_version(0));
         at = asn_put_header(at, asn_tag_t::SEQUENCE, m_info_size);
         at = asn_put_constant(at, pkcs12_oid::data);
         at = std::copy(m_algorithm.begin(), m_algorithm.end(), at);
@@ -88,7 +86,7 @@ class encrypted_data_writer_t {
 //
 // Its head is what stands in front of the OCTET STRING that carries the AuthenticatedSafe.
 uint64_t pfx_content_size(uint64_t safe_size, uint64_t mac_data_size) {
-    return version_3.size() + content_info_size(safe_size) + mac_data_size;
+    return asn_version(3).size() + content_info_size(safe_size) + mac_data_size;
 }
 
 uint64_t pfx_head_size(uint64_t safe_size, uint64_t mac_data_size) {
@@ -97,7 +95,7 @@ uint64_t pfx_head_size(uint64_t safe_size, uint64_t mac_data_size) {
 
 uint8_t* put_pfx_head(uint8_t* at, uint64_t safe_size, uint64_t mac_data_size) {
     at = asn_put_header(at, asn_tag_t::SEQUENCE, pfx_content_size(safe_size, mac_data_size));
-    at = asn_put_constant(at, version_3);
+    at = asn_put_constant(at, asn_version(3));
     return put_content_info_head(at, pkcs12_oid::data, safe_size);
 }
 

@@ -12,8 +12,6 @@ using namespace pkider;
 
 namespace {
 
-constexpr auto version_0 = std::array<uint8_t, 3>{0x02, 0x01, 0x00};
-
 constexpr auto gost_2001 = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x13>;                 // 1.2.643.2.2.19
 constexpr auto gost_2012_256 = asn_oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x01, 0x01>; // 1.2.643.7.1.1.1.1
 constexpr auto gost_2012_512 = asn_oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x01, 0x02>; // 1.2.643.7.1.1.1.2
@@ -27,7 +25,8 @@ constexpr auto digest_params = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x1E, 0x01>
 // Wanted: GostKey.RequiredDigestParamSetIsThatOf1994.
 template <typename Algorithm, typename Params>
 constexpr auto head_of(const Algorithm& algorithm, const Params& params) {
-    return asn_constant_join(version_0, asn_constant_sequence(algorithm, asn_constant_sequence(params, digest_params)));
+    return asn_constant_join(asn_version(0),
+                             asn_constant_sequence(algorithm, asn_constant_sequence(params, digest_params)));
 }
 
 constexpr auto head_2001 = head_of(gost_2001, params_2001);

@@ -19,6 +19,8 @@ TEST(AsnConstant, LengthsAreCounted) {
     constexpr auto oid = asn_oid<0x2A, 0x85, 0x03>;
     EXPECT_EQ(hex_of(oid), "06 03 2A 85 03");
     EXPECT_EQ(hex_of(asn_oid<>), "06 00");
+    EXPECT_EQ(hex_of(asn_version(0)), "02 01 00");
+    EXPECT_EQ(hex_of(asn_version(3)), "02 01 03");
     EXPECT_EQ(hex_of(asn_constant_join(oid, asn_null)), "06 03 2A 85 03 05 00");
     EXPECT_EQ(hex_of(asn_constant_sequence(oid, asn_constant_sequence(asn_null))), "30 09 06 03 2A 85 03 30 02 05 00");
 }
