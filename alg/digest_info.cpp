@@ -15,7 +15,7 @@ constexpr uint8_t null_tag = 0x05;
 constexpr std::size_t num_hashes = std::size(hash_rows);
 
 struct algorithm_t {
-    std::array<uint8_t, 15> der{};
+    std::array<uint8_t, max_hash_algorithm_size> der{};
     uint8_t size = 0;
 };
 

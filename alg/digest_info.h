@@ -12,6 +12,9 @@
 
 namespace pkider {
 
+/// Size of the longest AlgorithmIdentifier of a hash: an object identifier of 9 bytes, and NULL.
+inline constexpr std::size_t max_hash_algorithm_size = 15;
+
 /// DigestInfo ::= SEQUENCE { AlgorithmIdentifier, OCTET STRING }, up to the contents of the latter (RFC 8017 9.2).
 class digest_info_prefix_t {
   public:
@@ -23,9 +26,7 @@ class digest_info_prefix_t {
     std::string_view bytes() const { return {reinterpret_cast<const char*>(m_storage.data()), m_size}; }
 
   private:
-    static constexpr std::size_t max_algorithm_size = 16;
-
-    std::array<uint8_t, asn_max_header_size + max_algorithm_size + asn_max_header_size> m_storage;
+    std::array<uint8_t, asn_max_header_size + max_hash_algorithm_size + asn_max_header_size> m_storage;
     std::size_t m_size;
 };
 
