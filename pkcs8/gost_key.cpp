@@ -6,7 +6,7 @@
 #include "pkcs8/private_key_info.h"
 
 #include <array>
-#include <span>
+#include <tuple>
 
 using namespace pkider;
 
@@ -29,71 +29,65 @@ constexpr auto head_of(const Algorithm& algorithm, const Params& params) {
                              asn_constant_sequence(algorithm, asn_constant_sequence(params, digest_params)));
 }
 
-constexpr auto head_2001 = head_of(gost_2001, params_2001);
-constexpr auto head_2012_256 = head_of(gost_2012_256, params_2012_256);
-constexpr auto head_2012_512 = head_of(gost_2012_512, params_2012_512);
-constexpr auto head_unknown = head_of(asn_oid<>, asn_oid<>);
+template <typename Algorithm, typename Params>
+struct key_kind_t {
+    uint32_t key_type;
+    Algorithm algorithm;
+    decltype(head_of(Algorithm(), Params())) head;
+
+    constexpr key_kind_t(uint32_t type, const Algorithm& oid, const Params& params)
+        : key_type(type), algorithm(oid), head(head_of(oid, params)) {}
+};
+
+// A tuple, so that each head has a constant size, which saves a call: 5.9 ns for a whole key become 4.6.
+constexpr auto key_kinds = std::tuple{
+    key_kind_t(0, gost_2001, params_2001),
+    key_kind_t(1, gost_2012_256, params_2012_256),
+    key_kind_t(2, gost_2012_512, params_2012_512),
+};
 
 // An unknown kind is written all the same. Wanted: GostKey.RequiredUnknownKindHasEmptyIdentifiers.
-std::span<const uint8_t> head_of_kind(uint32_t key_type) {
-    switch (key_type) {
-    case 0:
-        return head_2001;
-    case 1:
-        return head_2012_256;
-    case 2:
-        return head_2012_512;
-    default:
-        return head_unknown;
-    }
+constexpr auto head_unknown = head_of(asn_oid<>, asn_oid<>);
+
+// Asks `visit` about one kind after the other, until it answers true.
+template <typename Visit>
+bool any_kind(Visit visit) {
+    return std::apply([&](const auto&... kinds) { return (visit(kinds) || ...); }, key_kinds);
 }
 
-// A constant size each, which saves a call: 5.9 ns for a whole key become 4.6.
-uint8_t* put_head(uint8_t* at, uint32_t key_type) {
-    switch (key_type) {
-    case 0:
-        return asn_put_constant(at, head_2001);
-    case 1:
-        return asn_put_constant(at, head_2012_256);
-    case 2:
-        return asn_put_constant(at, head_2012_512);
-    default:
-        return asn_put_constant(at, head_unknown);
-    }
-}
-
-bool read_kind(const asn_element_t& oid, uint32_t& key_type) {
-    if (asn_is_oid(oid, gost_2001)) {
-        key_type = 0;
-    } else if (asn_is_oid(oid, gost_2012_256)) {
-        key_type = 1;
-    } else if (asn_is_oid(oid, gost_2012_512)) {
-        key_type = 2;
-    } else {
-        return false;
-    }
-    return true;
+template <typename Matches>
+bool find_kind(uint32_t& key_type, Matches matches) {
+    return any_kind([&](const auto& kind) {
+        if (!matches(kind)) return false;
+        key_type = kind.key_type;
+        return true;
+    });
 }
 
 bool read_head(asn_element_t& info, uint32_t& key_type) {
     asn_element_t algorithm, oid, parameters;
     return next_key_algorithm(info, algorithm, oid) && asn_next_element(asn_tag_t::ANY, algorithm, parameters) &&
-           read_kind(oid, key_type);
+           find_kind(key_type, [&](const auto& kind) { return asn_is_oid(oid, kind.algorithm); });
 }
 
 // Version and privateKeyAlgorithm as they are written here: one comparison stands for five headers, and 4.5 ns become
 // 3.1. With other parameters read_head finds the kind.
 bool skip_written_head(asn_element_t& info, uint32_t& key_type) {
-    if (asn_skip_constant(info, head_2001)) {
-        key_type = 0;
-    } else if (asn_skip_constant(info, head_2012_256)) {
-        key_type = 1;
-    } else if (asn_skip_constant(info, head_2012_512)) {
-        key_type = 2;
-    } else {
-        return false;
-    }
-    return true;
+    return find_kind(key_type, [&](const auto& kind) { return asn_skip_constant(info, kind.head); });
+}
+
+template <std::size_t HeadSize>
+void write_key(const std::array<uint8_t, HeadSize>& head, const pkcs8_pki_gost_t& key, std::string& out) {
+    const uint64_t inner_size = asn_checked_element_size(key.key_len);
+    const uint64_t info_size = HeadSize + asn_checked_element_size(inner_size);
+
+    asn_replace_by_block(out, asn_checked_element_size(info_size), {key.key}, [&](uint8_t* at) {
+        at = asn_put_header(at, asn_tag_t::SEQUENCE, info_size);
+        at = asn_put_constant(at, head);
+        at = asn_put_header(at, asn_tag_t::OCTET_STRING, inner_size);
+        at = asn_put_header(at, asn_tag_t::OCTET_STRING, key.key_len);
+        asn_put_bytes(at, key.key, key.key_len);
+    });
 }
 
 } // namespace
@@ -111,14 +105,10 @@ bool asn_read_pkcs8_pki_gost(const uint8_t* der, uint64_t len, pkcs8_pki_gost_t&
 }
 
 void asn_write_pkcs8_pki_gost(const pkcs8_pki_gost_t& key, std::string& out) {
-    const uint64_t inner_size = asn_checked_element_size(key.key_len);
-    const uint64_t info_size = head_of_kind(key.key_type).size() + asn_checked_element_size(inner_size);
-
-    asn_replace_by_block(out, asn_checked_element_size(info_size), {key.key}, [&](uint8_t* at) {
-        at = asn_put_header(at, asn_tag_t::SEQUENCE, info_size);
-        at = put_head(at, key.key_type);
-        at = asn_put_header(at, asn_tag_t::OCTET_STRING, inner_size);
-        at = asn_put_header(at, asn_tag_t::OCTET_STRING, key.key_len);
-        asn_put_bytes(at, key.key, key.key_len);
+    const bool is_known = any_kind([&](const auto& kind) {
+        if (kind.key_type != key.key_type) return false;
+        write_key(kind.head, key, out);
+        return true;
     });
+    if (!is_known) write_key(head_unknown, key, out);
 }
