@@ -1,8 +1,8 @@
 #include "alg/digest_info.h"
 
-#include "alg/element_span.h"
 #include "alg/hash_rows.h"
 #include "alg/value_index.h"
+#include "der/element_span.h"
 
 #include <algorithm>
 #include <iterator>
@@ -75,7 +75,7 @@ bool asn_read_alg_from_digest(asn_algorid_t* out, const std::string& digest_info
     asn_element_t input{nullptr, der, digest_info.size()}, info, algorithm, params, digest;
     return asn_next_element(asn_tag_t::SEQUENCE, input, info) &&
            asn_next_element(asn_tag_t::SEQUENCE, info, algorithm) &&
-           read_contents(asn_tag_t::OBJECT_IDENTIFIER, algorithm, out->oid_len, out->oid) &&
+           asn_read_contents(asn_tag_t::OBJECT_IDENTIFIER, algorithm, out->oid_len, out->oid) &&
            asn_next_element(asn_tag_t::ANY, algorithm, params) &&
            asn_next_element(asn_tag_t::OCTET_STRING, info, digest);
 }

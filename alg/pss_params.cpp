@@ -1,6 +1,6 @@
 #include "alg/pss_params.h"
 
-#include "alg/element_span.h"
+#include "der/element_span.h"
 
 namespace pkider {
 namespace {
@@ -29,7 +29,7 @@ bool read_hash_algorithm(asn_element_t& params, asn_algorid_t& out) {
     if (!next_is(field_t::hash_algorithm, params)) return true;
     asn_element_t algorithm, hash_params;
     if (!next_field(field_t::hash_algorithm, asn_tag_t::SEQUENCE, params, algorithm)) return false;
-    if (!read_contents(asn_tag_t::OBJECT_IDENTIFIER, algorithm, out.oid_len, out.oid)) return false;
+    if (!asn_read_contents(asn_tag_t::OBJECT_IDENTIFIER, algorithm, out.oid_len, out.oid)) return false;
     return algorithm.length == 0 || asn_next_element(asn_tag_t::ANY, algorithm, hash_params);
 }
 

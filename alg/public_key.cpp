@@ -1,5 +1,5 @@
-#include "alg/element_span.h"
 #include "der/asn_constant.h"
+#include "der/element_span.h"
 
 #include <pkider/alg.h>
 
@@ -55,11 +55,11 @@ bool asn_read_pubkey(const uint8_t* der, int32_t len, asn_pubkey_t& out) {
     asn_element_t rest = input, info, oid, params, bits;
     if (!asn_next_element(asn_tag_t::SEQUENCE, rest, info)) return false;
     if (!read_algorithm(info, oid, params)) return false;
-    store_contents(oid, out.alg_oid_len, out.alg_oid);
-    store_contents(params, out.params_len, out.params);
+    asn_store_contents(oid, out.alg_oid_len, out.alg_oid);
+    asn_store_contents(params, out.params_len, out.params);
 
     // Bounded by the input, not by the SEQUENCE. Wanted: Pubkey.RequiredBitStringMayRunPastTheSequence.
-    rest = from_place(input, info.content);
+    rest = asn_from_place(input, info.content);
     if (!asn_next_element(asn_tag_t::BIT_STRING, rest, bits)) return false;
 
     // Without the count of unused bits, present or not: an empty BIT STRING gives no_key_bits.
@@ -74,11 +74,11 @@ bool asn_read_rsa_pubkey(const asn_pubkey_t& pk, asn_rsa_pubkey_t& out) {
     const asn_element_t input = key_bits(pk);
     asn_element_t rest = input, numbers;
     if (!asn_next_element(asn_tag_t::SEQUENCE, rest, numbers)) return false;
-    if (!read_contents(asn_tag_t::INTEGER, numbers, out.modulus_len, out.modulus)) return false;
+    if (!asn_read_contents(asn_tag_t::INTEGER, numbers, out.modulus_len, out.modulus)) return false;
 
     // Bounded by the key bits, not by the SEQUENCE. Wanted: RsaPubkey.RequiredExponentMayRunPastTheSequence.
-    rest = from_place(input, numbers.content);
-    if (!read_contents(asn_tag_t::INTEGER, rest, out.exponent_len, out.exponent)) return false;
+    rest = asn_from_place(input, numbers.content);
+    if (!asn_read_contents(asn_tag_t::INTEGER, rest, out.exponent_len, out.exponent)) return false;
 
     drop_leading_zeros(out.modulus_len, out.modulus);
     return true;
@@ -94,12 +94,12 @@ bool asn_read_gost_pubkey(const asn_pubkey_t& pk, asn_gost_pubkey_t& out) {
     asn_element_t sets, set;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, sets)) return false;
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, sets, set)) return false;
-    store_element(set, out.public_key_param_set_len, out.public_key_param_set);
+    asn_store_element(set, out.public_key_param_set_len, out.public_key_param_set);
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, sets, set)) return false;
-    store_element(set, out.digest_param_set_len, out.digest_param_set);
+    asn_store_element(set, out.digest_param_set_len, out.digest_param_set);
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, sets, set)) set = {};
-    store_element(set, out.encryption_param_set_len, out.encryption_param_set);
+    asn_store_element(set, out.encryption_param_set_len, out.encryption_param_set);
 
     asn_element_t key = key_bits(pk);
-    return read_contents(asn_tag_t::OCTET_STRING, key, out.key_len, out.key);
+    return asn_read_contents(asn_tag_t::OCTET_STRING, key, out.key_len, out.key);
 }

@@ -9,19 +9,19 @@
 namespace pkider {
 
 /// Stores what is left of an element's contents.
-inline void store_contents(const asn_element_t& element, uint32_t& len, const uint8_t*& data) {
+inline void asn_store_contents(const asn_element_t& element, uint32_t& len, const uint8_t*& data) {
     len = static_cast<uint32_t>(element.length);
     data = element.content;
 }
 
 /// Stores a whole element, its identifier and length octets included.
-inline void store_element(const asn_element_t& element, uint32_t& len, const uint8_t*& data) {
+inline void asn_store_element(const asn_element_t& element, uint32_t& len, const uint8_t*& data) {
     len = static_cast<uint32_t>(element.length + static_cast<uint64_t>(element.content - element.start));
     data = element.start;
 }
 
 /// Reads the next element of `parent` and stores its contents, or 0 and null when there is no such element.
-inline bool read_contents(asn_tag_t::Type tag, asn_element_t& parent, uint32_t& len, const uint8_t*& data) {
+inline bool asn_read_contents(asn_tag_t::Type tag, asn_element_t& parent, uint32_t& len, const uint8_t*& data) {
     asn_element_t child;
     const bool found = asn_next_element(tag, parent, child);
     len = found ? static_cast<uint32_t>(child.length) : 0;
@@ -30,7 +30,7 @@ inline bool read_contents(asn_tag_t::Type tag, asn_element_t& parent, uint32_t& 
 }
 
 /// The input from the place to which a reader has walked inside it: bounded by the input, not by an element around it.
-inline asn_element_t from_place(const asn_element_t& input, const uint8_t* place) {
+inline asn_element_t asn_from_place(const asn_element_t& input, const uint8_t* place) {
     return {nullptr, place, input.length - static_cast<uint64_t>(place - input.content)};
 }
 

@@ -1,5 +1,6 @@
 #include <pkider/pkcs8.h>
 
+#include "der/element_span.h"
 #include "pkcs8/private_key_info.h"
 
 // PrivateKeyInfo ::= SEQUENCE {                                                                       (RFC 5208 5)
@@ -16,13 +17,11 @@ bool asn_read_pkcs8_priv_key_info(const uint8_t* der, uint32_t len, asn_pkcs8_pr
     asn_element_t info, algorithm, oid, parameters;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, info)) return false;
     if (!next_key_algorithm(info, algorithm, oid)) return false;
-    out.alg_oid_len = static_cast<uint32_t>(oid.length); // inside `len` bytes
-    out.alg_oid = oid.content;
+    asn_store_contents(oid, out.alg_oid_len, out.alg_oid);
     if (!asn_next_element(asn_tag_t::ANY, algorithm, parameters)) return false;
 
     asn_element_t key;
     if (!asn_next_element(asn_tag_t::OCTET_STRING, info, key)) return false;
-    out.private_key_len = static_cast<uint32_t>(key.length);
-    out.private_key = key.content;
+    asn_store_contents(key, out.private_key_len, out.private_key);
     return true;
 }
