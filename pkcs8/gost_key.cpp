@@ -5,9 +5,6 @@
 #include "der/element_steps.h"
 #include "pkcs8/private_key_info.h"
 
-#include <array>
-#include <tuple>
-
 using namespace pkider;
 
 namespace {
@@ -39,55 +36,48 @@ struct key_kind_t {
         : key_type(type), algorithm(oid), head(head_of(oid, params)) {}
 };
 
-// A tuple, so that each head has a constant size, which saves a call: 5.9 ns for a whole key become 4.6.
-constexpr auto key_kinds = std::tuple{
-    key_kind_t(0, gost_2001, params_2001),
-    key_kind_t(1, gost_2012_256, params_2012_256),
-    key_kind_t(2, gost_2012_512, params_2012_512),
-};
-
-// An unknown kind is written all the same. Wanted: GostKey.RequiredUnknownKindHasEmptyIdentifiers.
+constexpr auto kind_2001 = key_kind_t(0, gost_2001, params_2001);
+constexpr auto kind_2012_256 = key_kind_t(1, gost_2012_256, params_2012_256);
+constexpr auto kind_2012_512 = key_kind_t(2, gost_2012_512, params_2012_512);
 constexpr auto head_unknown = head_of(asn_oid<>, asn_oid<>);
 
-// Asks `visit` about one kind after the other, until it answers true.
-template <typename Visit>
-bool any_kind(Visit visit) {
-    return std::apply([&](const auto&... kinds) { return (visit(kinds) || ...); }, key_kinds);
-}
-
+// Gives the type of the first kind about which `matches` answers true.
 template <typename Matches>
-bool find_kind(uint32_t& key_type, Matches matches) {
-    return any_kind([&](const auto& kind) {
+bool find_kind(Matches matches, uint32_t& key_type) {
+    const auto is = [&](const auto& kind) {
         if (!matches(kind)) return false;
         key_type = kind.key_type;
         return true;
-    });
+    };
+    return is(kind_2001) || is(kind_2012_256) || is(kind_2012_512);
+}
+
+// Visits a head of constant size, which saves a call: 5.9 ns for a whole key become 4.6. An unknown kind is written all
+// the same. Wanted: GostKey.RequiredUnknownKindHasEmptyIdentifiers.
+template <typename Visit>
+auto visit_head(uint32_t key_type, Visit visit) {
+    switch (key_type) {
+    case kind_2001.key_type:
+        return visit(kind_2001.head);
+    case kind_2012_256.key_type:
+        return visit(kind_2012_256.head);
+    case kind_2012_512.key_type:
+        return visit(kind_2012_512.head);
+    default:
+        return visit(head_unknown);
+    }
 }
 
 bool read_head(asn_element_t& info, uint32_t& key_type) {
     asn_element_t algorithm, oid, parameters;
     return next_key_algorithm(info, algorithm, oid) && asn_next_element(asn_tag_t::ANY, algorithm, parameters) &&
-           find_kind(key_type, [&](const auto& kind) { return asn_is_oid(oid, kind.algorithm); });
+           find_kind([&](const auto& kind) { return asn_is_oid(oid, kind.algorithm); }, key_type);
 }
 
 // Version and privateKeyAlgorithm as they are written here: one comparison stands for five headers, and 4.5 ns become
 // 3.1. With other parameters read_head finds the kind.
 bool skip_written_head(asn_element_t& info, uint32_t& key_type) {
-    return find_kind(key_type, [&](const auto& kind) { return asn_skip_constant(info, kind.head); });
-}
-
-template <std::size_t HeadSize>
-void write_key(const std::array<uint8_t, HeadSize>& head, const pkcs8_pki_gost_t& key, std::string& out) {
-    const uint64_t inner_size = asn_checked_element_size(key.key_len);
-    const uint64_t info_size = HeadSize + asn_checked_element_size(inner_size);
-
-    asn_replace_by_block(out, asn_checked_element_size(info_size), {key.key}, [&](uint8_t* at) {
-        at = asn_put_header(at, asn_tag_t::SEQUENCE, info_size);
-        at = asn_put_constant(at, head);
-        at = asn_put_header(at, asn_tag_t::OCTET_STRING, inner_size);
-        at = asn_put_header(at, asn_tag_t::OCTET_STRING, key.key_len);
-        asn_put_bytes(at, key.key, key.key_len);
-    });
+    return find_kind([&](const auto& kind) { return asn_skip_constant(info, kind.head); }, key_type);
 }
 
 } // namespace
@@ -105,10 +95,15 @@ bool asn_read_pkcs8_pki_gost(const uint8_t* der, uint64_t len, pkcs8_pki_gost_t&
 }
 
 void asn_write_pkcs8_pki_gost(const pkcs8_pki_gost_t& key, std::string& out) {
-    const bool is_known = any_kind([&](const auto& kind) {
-        if (kind.key_type != key.key_type) return false;
-        write_key(kind.head, key, out);
-        return true;
+    const uint64_t head_size = visit_head(key.key_type, [](const auto& head) { return head.size(); });
+    const uint64_t inner_size = asn_checked_element_size(key.key_len);
+    const uint64_t info_size = head_size + asn_checked_element_size(inner_size);
+
+    asn_replace_by_block(out, asn_checked_element_size(info_size), {key.key}, [&](uint8_t* at) {
+        at = asn_put_header(at, asn_tag_t::SEQUENCE, info_size);
+        at = visit_head(key.key_type, [at](const auto& head) { return asn_put_constant(at, head); });
+        at = asn_put_header(at, asn_tag_t::OCTET_STRING, inner_size);
+        at = asn_put_header(at, asn_tag_t::OCTET_STRING, key.key_len);
+        asn_put_bytes(at, key.key, key.key_len);
     });
-    if (!is_known) write_key(head_unknown, key, out);
 }
