@@ -2,14 +2,23 @@
 
 #include <gtest/gtest.h>
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <new>
 
 namespace {
 
-// Each block carries its size in front, so that a release can be counted too.
-constexpr std::size_t header_size = alignof(std::max_align_t);
+// The allocator knows the sizes. A header of our own in front of each block would not do: on Windows a block of a DLL's
+// operator new may be released here, and one from here in the DLL.
+std::size_t size_of_block(void* block) {
+#ifdef _WIN32
+    return _msize(block);
+#else
+    return malloc_usable_size(block);
+#endif
+}
 
 struct counters_t {
     bool counting = false;
@@ -27,23 +36,21 @@ void* allocate(std::size_t size) {
         ++counters.num_allocations;
         if (counters.failing && counters.num_allocations == counters.fail_at) throw std::bad_alloc();
     }
-    void* const block = std::malloc(size + header_size);
+    void* const block = std::malloc(std::max<std::size_t>(size, 1));
     if (block == nullptr) throw std::bad_alloc();
-    *static_cast<std::size_t*>(block) = size;
     if (counters.counting) {
         ++counters.live_blocks;
-        counters.live_bytes += static_cast<std::ptrdiff_t>(size);
+        counters.live_bytes += static_cast<std::ptrdiff_t>(size_of_block(block));
         counters.peak_bytes = std::max(counters.peak_bytes, counters.live_bytes);
     }
-    return static_cast<char*>(block) + header_size;
+    return block;
 }
 
-void release(void* at) noexcept {
-    if (at == nullptr) return;
-    void* const block = static_cast<char*>(at) - header_size;
+void release(void* block) noexcept {
+    if (block == nullptr) return;
     if (counters.counting) {
         --counters.live_blocks;
-        counters.live_bytes -= static_cast<std::ptrdiff_t>(*static_cast<std::size_t*>(block));
+        counters.live_bytes -= static_cast<std::ptrdiff_t>(size_of_block(block));
     }
     std::free(block);
 }
@@ -56,17 +63,17 @@ void* operator new(std::size_t size) {
 void* operator new[](std::size_t size) {
     return allocate(size);
 }
-void operator delete(void* at) noexcept {
-    release(at);
+void operator delete(void* block) noexcept {
+    release(block);
 }
-void operator delete[](void* at) noexcept {
-    release(at);
+void operator delete[](void* block) noexcept {
+    release(block);
 }
-void operator delete(void* at, std::size_t) noexcept {
-    release(at);
+void operator delete(void* block, std::size_t) noexcept {
+    release(block);
 }
-void operator delete[](void* at, std::size_t) noexcept {
-    release(at);
+void operator delete[](void* block, std::size_t) noexcept {
+    release(block);
 }
 
 namespace pkider_test {
