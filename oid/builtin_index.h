@@ -44,10 +44,10 @@ class builtin_slots_t {
     // False when two digests want one slot.
     constexpr bool fill(const builtin_digests_t& digests) {
         std::fill(std::begin(m_rows), std::end(m_rows), no_builtin_row);
-        for (uint8_t row = 0; row < digests.size(); ++row) {
+        for (std::size_t row = 0; row < digests.size(); ++row) {
             uint8_t& place = m_rows[slot(digests[row])];
             if (place == no_builtin_row) {
-                place = row;
+                place = static_cast<uint8_t>(row);
             } else if (digests[place] != digests[row]) {
                 return false;
             }
