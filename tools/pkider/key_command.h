@@ -5,9 +5,9 @@
 
 namespace tool {
 
-void register_key_show(CLI::App& app, chosen_command_t& chosen);
-void register_key_wrap(CLI::App& app, chosen_command_t& chosen);
-void register_key_encrypt(CLI::App& app, chosen_command_t& chosen);
-void register_key_decrypt(CLI::App& app, chosen_command_t& chosen);
+void register_key_show(CLI::App& key, chosen_command_t& chosen);
+void register_key_wrap(CLI::App& key, chosen_command_t& chosen);
+void register_key_encrypt(CLI::App& key, chosen_command_t& chosen);
+void register_key_decrypt(CLI::App& key, chosen_command_t& chosen);
 
 } // namespace tool

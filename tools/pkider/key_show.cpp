@@ -112,9 +112,9 @@ exit_code_t run(const options_t& options) {
 
 } // namespace
 
-void register_key_show(CLI::App& app, chosen_command_t& chosen) {
+void register_key_show(CLI::App& key, chosen_command_t& chosen) {
     CLI::App& command =
-        add_command(app, "show", "Shows a public key, the one in a certificate or request, or a private key",
+        add_command(key, "show", "Shows a public key, the one in a certificate or request, or a private key",
                     "  pkider key show public.pem\n"
                     "  pkider key show --json server.pem\n"
                     "  pkider key show --reveal --password-file secret.txt encrypted.pem\n");
