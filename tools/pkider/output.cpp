@@ -69,7 +69,7 @@ void json_array_t::add(const json_t& element) {
     print(element.dump(compact, ' ', true));
 }
 
-void json_array_t::end() {
+void json_array_t::end() const {
     if (wanted) print(empty ? "[]\n" : "\n]\n");
 }
 

@@ -42,7 +42,7 @@ class json_array_t {
   public:
     explicit json_array_t(output_form_t form = output_form_t::json) : wanted(form == output_form_t::json) {}
     void add(const json_t& element);
-    void end();
+    void end() const;
 
   private:
     bool wanted;
