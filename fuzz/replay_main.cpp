@@ -1,6 +1,8 @@
 // Runs a fuzz target over every file of the folders and files named on the command line, in the normal build.
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -13,6 +15,10 @@ namespace {
 
 void replay(const std::filesystem::path& path) {
     std::ifstream file(path, std::ios::binary);
+    if (!file) {
+        std::fprintf(stderr, "%s cannot be opened\n", path.string().c_str());
+        std::exit(1); // read as nothing, a missing folder would pass for an empty input
+    }
     const std::vector<char> bytes((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
     // Exactly sized, so that AddressSanitizer sees a byte too many.
     const std::unique_ptr<std::uint8_t[]> exact(new std::uint8_t[bytes.size()]);
