@@ -1,5 +1,6 @@
 #include <pkider/oid.h>
 
+#include "tests/interface/scratch_dir.h"
 #include "tests/support/hex.h"
 
 #include <gtest/gtest.h>
@@ -28,23 +29,20 @@ const OIDdescr_t* find_sn(oid_map_handle_t map, std::string_view sn) {
 // A folder with a vpnoids.cfg in it; the file map is what it was at load when this is gone.
 class config_dir_t {
   public:
-    explicit config_dir_t(const std::string& text)
-        : m_dir(std::filesystem::temp_directory_path() /
-                ("pkider-" + std::string(testing::UnitTest::GetInstance()->current_test_info()->name()))) {
-        std::filesystem::create_directories(m_dir);
-        std::ofstream(m_dir / "vpnoids.cfg", std::ios::binary) << text;
+    explicit config_dir_t(const std::string& text) {
+        std::ofstream(m_dir.path() / "vpnoids.cfg", std::ios::binary) << text;
     }
     ~config_dir_t() {
-        std::filesystem::remove_all(m_dir);
+        std::filesystem::remove(m_dir.path() / "vpnoids.cfg");
         set_oid_default_file_dir(path().c_str());
     }
     config_dir_t(const config_dir_t&) = delete;
     config_dir_t& operator=(const config_dir_t&) = delete;
 
-    std::string path() const { return m_dir.u8string() + "/"; }
+    std::string path() const { return m_dir.path().u8string() + "/"; }
 
   private:
-    std::filesystem::path m_dir;
+    scratch_dir_t m_dir;
 };
 
 } // namespace
