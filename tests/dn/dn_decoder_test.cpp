@@ -525,8 +525,8 @@ TEST(DnDecoder, LeavesTheOutputWhenAllocationFails) {
             [&] {
                 std::string out = "seed";
                 try {
-                    asn_dn_to_printable(name.data(), static_cast<uint32_t>(name.size()), out, order,
-                                        OID_MAP_HANDLE_DEFAULT);
+                    EXPECT_TRUE(asn_dn_to_printable(name.data(), static_cast<uint32_t>(name.size()), out, order,
+                                                    OID_MAP_HANDLE_DEFAULT));
                 } catch (...) {
                     EXPECT_EQ(out, "seed");
                     throw;

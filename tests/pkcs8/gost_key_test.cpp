@@ -203,6 +203,7 @@ TEST(GostKey, NeedsNoAllocationWhereTheOutputHasRoom) {
     out.reserve(512);
     const pkcs8_pki_gost_t key = key_of(1, key_bytes);
     EXPECT_EQ(count_allocations([&] { asn_write_pkcs8_pki_gost(key, out); }), 0u);
+    EXPECT_EQ(out, written(key));
 }
 
 const bytes_t sample = "30 16"
