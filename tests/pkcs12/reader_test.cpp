@@ -2,6 +2,7 @@
 
 #include "tests/pkcs12/describe.h"
 #include "tests/pkcs12/pfx_builder.h"
+#include "tests/pkcs12/plain_crypto.h"
 #include "tests/pkcs12/recording_crypto.h"
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
@@ -625,16 +626,13 @@ TEST(Pkcs12Reader, TakesNullForNoBytes) {
 }
 
 // Decrypts without an allocation of its own but the plaintext.
-class turning_crypto_t final : public pbe_crypto_t {
+class turning_crypto_t final : public plain_crypto_t {
   public:
-    bool check_mac(const pkcs12_mac_t&, const uint8_t*, uint64_t) override { return true; }
-    bool make_mac(const uint8_t*, uint64_t, pkcs12_mac_t&) override { return false; }
     bool decrypt(const pkcs8_encrypted_pki_gost_t&, const uint8_t* data, uint64_t size, std::string& plain) override {
         plain.assign(reinterpret_cast<const char*>(data), static_cast<std::size_t>(size));
         for (char& c : plain) c = static_cast<char>(~c);
         return true;
     }
-    bool encrypt(const uint8_t*, uint64_t, pkcs8_encrypted_pki_gost_t&, std::string&) override { return false; }
 };
 
 TEST(Pkcs12Reader, AllocatesNothingButListNodesAndPlaintexts) {

@@ -244,15 +244,13 @@ TEST(Pkcs12Writer, ThrowingOperationsLeaveTheOutput) {
 }
 
 // A host may leave its parameters in the storage string, short enough to live inside the string object itself.
-class storage_crypto_t final : public pbe_crypto_t {
+class storage_crypto_t final : public plain_crypto_t {
   public:
-    bool check_mac(const pkcs12_mac_t&, const uint8_t*, uint64_t) override { return true; }
     bool make_mac(const uint8_t* data, uint64_t, pkcs12_mac_t& mac) override {
         mac.digest = data; // the authenticated bytes themselves
         mac.digest_len = 4;
         return true;
     }
-    bool decrypt(const pkcs8_encrypted_pki_gost_t&, const uint8_t*, uint64_t, std::string&) override { return false; }
     bool encrypt(const uint8_t* data, uint64_t, pkcs8_encrypted_pki_gost_t& params, std::string& storage) override {
         storage = "salt";
         params.salt = reinterpret_cast<const uint8_t*>(storage.data());
@@ -430,15 +428,10 @@ TEST(Pkcs12Writer, FailedAllocationLeavesTheOutput) {
 
 // The block of the plaintext serves for the output; one that is too small for it is not enlarged but replaced.
 TEST(Pkcs12Writer, CiphertextsOfAnySizeAreWritten) {
-    class growing_crypto_t final : public pbe_crypto_t {
+    class growing_crypto_t final : public plain_crypto_t {
       public:
         std::string ciphertext;
 
-        bool check_mac(const pkcs12_mac_t&, const uint8_t*, uint64_t) override { return true; }
-        bool make_mac(const uint8_t*, uint64_t, pkcs12_mac_t&) override { return true; }
-        bool decrypt(const pkcs8_encrypted_pki_gost_t&, const uint8_t*, uint64_t, std::string&) override {
-            return false;
-        }
         bool encrypt(const uint8_t*, uint64_t, pkcs8_encrypted_pki_gost_t&, std::string& storage) override {
             storage = ciphertext;
             return true;
@@ -458,16 +451,11 @@ TEST(Pkcs12Writer, CiphertextsOfAnySizeAreWritten) {
 
 // The block of the plaintext becomes the output's, which covers only the front of it.
 TEST(Pkcs12Writer, NoPlaintextIsLeftBehindTheEndOfTheOutput) {
-    class shortening_crypto_t final : public pbe_crypto_t {
+    class shortening_crypto_t final : public plain_crypto_t {
       public:
         const uint8_t* plain = nullptr;
         uint64_t plain_size = 0;
 
-        bool check_mac(const pkcs12_mac_t&, const uint8_t*, uint64_t) override { return true; }
-        bool make_mac(const uint8_t*, uint64_t, pkcs12_mac_t&) override { return true; }
-        bool decrypt(const pkcs8_encrypted_pki_gost_t&, const uint8_t*, uint64_t, std::string&) override {
-            return false;
-        }
         bool encrypt(const uint8_t* data, uint64_t size, pkcs8_encrypted_pki_gost_t&, std::string& storage) override {
             plain = data;
             plain_size = size;
