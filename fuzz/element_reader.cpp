@@ -1,7 +1,10 @@
 // Whatever the bytes say: the contents lie inside the input, both widths of the reader agree, and the children of an
-// element tile its contents.
+// element tile its contents; read as a number these are their last four bytes.
 #include "der/element_reader.h"
 #include "fuzz/check.h"
+
+#include <algorithm>
+#include <span>
 
 using namespace pkider;
 
@@ -23,6 +26,23 @@ void check_children(asn_element_t parent) {
     }
 }
 
+// Zeros in front do not count for the length, and what stands before the last four bytes is lost.
+void check_number(std::span<const uint8_t> content) {
+    constexpr uint32_t unwritten = 0x11223344;
+    uint32_t number = unwritten;
+    const bool read = asn_read_uint32(content.data(), content.size(), &number);
+    const auto first = std::find_if(content.begin(), content.end(), [](uint8_t byte) { return byte != 0; });
+    const bool negative = !content.empty() && content[0] >= 0x80;
+    CHECK_TRUE(read == (!negative && content.end() - first <= 5));
+    if (!read || content.empty()) {
+        CHECK_TRUE(number == unwritten);
+        return;
+    }
+    uint32_t last_four = 0;
+    for (const uint8_t byte : content) last_four = last_four << 8 | byte;
+    CHECK_TRUE(number == last_four);
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
@@ -38,7 +58,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     CHECK_TRUE(len <= static_cast<uint64_t>(data + size - content));
     check_children({data, content, len});
 
-    uint32_t number = 0;
-    if (asn_read_uint32(content, len, &number) && len != 0) CHECK_TRUE(content[0] < 0x80);
+    check_number({content, static_cast<std::size_t>(len)});
     return 0;
 }

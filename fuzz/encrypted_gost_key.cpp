@@ -2,21 +2,13 @@
 // any record is what nested elements would give, and is read back equal but for the zero bytes of the count.
 #include "pkcs8/encrypted_gost_key.h"
 #include "fuzz/check.h"
+#include "fuzz/count.h"
 #include "fuzz/spans.h"
 #include "tests/pkcs8/bottom_up_keys.h"
 
 #include <algorithm>
 
 namespace {
-
-uint32_t without_zero_bytes(uint32_t count) {
-    uint32_t out = 0;
-    for (int shift = 24; shift >= 0; shift -= 8) {
-        const uint32_t byte = count >> shift & 0xFF;
-        if (byte != 0) out = out << 8 | byte;
-    }
-    return out;
-}
 
 void check_writer(const pkcs8_encrypted_pki_gost_t& key) {
     std::string der = "before", algorithm = "before";

@@ -2,6 +2,7 @@
 // read again they are what they were, but for the algorithm and the zero bytes of the count.
 #include "pkcs12/mac_data.h"
 #include "fuzz/check.h"
+#include "fuzz/count.h"
 #include "fuzz/spans.h"
 #include "tests/pkcs12/bottom_up_pfx.h"
 
@@ -31,6 +32,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     CHECK_TRUE(content != nullptr && asn_read_pkcs12_MacData(content, content_len, again));
     CHECK_TRUE(std::equal(again.digest, again.digest + again.digest_len, mac.digest, mac.digest + mac.digest_len));
     CHECK_TRUE(std::equal(again.salt, again.salt + again.salt_len, mac.salt, mac.salt + mac.salt_len));
-    CHECK_TRUE(again.digest_alg_len == 10);
+    CHECK_TRUE(again.digest_alg_len == 10 && again.iterations == without_zero_bytes(mac.iterations));
     return 0;
 }

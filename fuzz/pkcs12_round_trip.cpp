@@ -1,6 +1,7 @@
 // Any record at all: the writer gives what nested elements would give, byte for byte; and the reader finds every item
-// again, as long as no length is of 65,536 or more and every item is a key or a certificate.
+// and the MAC again, as long as no length is of 65,536 or more and every item is a key or a certificate.
 #include "fuzz/check.h"
+#include "fuzz/count.h"
 #include "tests/pkcs12/bottom_up_pfx.h"
 #include "tests/pkcs12/plain_crypto.h"
 
@@ -117,5 +118,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     CHECK_TRUE(same_items(back.plain_items, in.plain_items) && same_items(back.protected_items, in.protected_items));
     CHECK_TRUE(same_bytes(back.mac.digest_len, back.mac.digest, mac.digest_len, mac.digest));
     CHECK_TRUE(same_bytes(back.mac.salt_len, back.mac.salt, mac.salt_len, mac.salt));
+    CHECK_TRUE(back.mac.iterations == without_zero_bytes(mac.iterations));
     return 0;
 }
