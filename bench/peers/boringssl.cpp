@@ -181,20 +181,15 @@ void add_name_rows() {
 
 void register_rows() {
     add_row(row_name::walk, num_elements(), [] {
-        uint64_t sum = 0;
-        for (const bytes_t& certificate : certificates()) {
-            sum += walk_elements(certificate,
-                                 [](const uint8_t* at, const uint8_t* end, uint64_t& length) -> const uint8_t* {
-                                     CBS cursor, whole;
-                                     CBS_init(&cursor, at, static_cast<std::size_t>(end - at));
-                                     unsigned tag = 0;
-                                     std::size_t header = 0;
-                                     if (!CBS_get_any_asn1_element(&cursor, &whole, &tag, &header)) return nullptr;
-                                     length = CBS_len(&whole) - header;
-                                     return at + header;
-                                 });
-        }
-        return sum;
+        return walk_certificates([](const uint8_t* at, const uint8_t* end, uint64_t& length) -> const uint8_t* {
+            CBS cursor, whole;
+            CBS_init(&cursor, at, static_cast<std::size_t>(end - at));
+            unsigned tag = 0;
+            std::size_t header = 0;
+            if (!CBS_get_any_asn1_element(&cursor, &whole, &tag, &header)) return nullptr;
+            length = CBS_len(&whole) - header;
+            return at + header;
+        });
     });
     add_oid_rows();
     add_name_rows();

@@ -15,12 +15,6 @@
 namespace pkider_bench {
 namespace {
 
-std::vector<bytes_t> elements_of(const std::vector<bytes_t>& all) {
-    std::vector<bytes_t> out;
-    for (const bytes_t& contents : all) out.push_back(element(0x06, contents));
-    return out;
-}
-
 Botan::OID read_oid(const bytes_t& der) {
     Botan::OID oid;
     Botan::BER_Decoder(der).decode(oid);
@@ -47,7 +41,7 @@ void register_rows() {
         }
         return 0; // identifier and length in front
     });
-    add_row(row_name::oid_to_text, oids().size(), [all = elements_of(oids())] {
+    add_row(row_name::oid_to_text, oids().size(), [all = oid_elements(oids())] {
         uint64_t sum = 0;
         for (const bytes_t& der : all) {
             const std::string text = read_oid(der).to_string();
@@ -55,11 +49,12 @@ void register_rows() {
         }
         return sum;
     });
-    add_row(row_name::find_by_contents, attribute_types().size(), [all = elements_of(attribute_types())]() -> uint64_t {
-        for (const bytes_t& der : all) keep(Botan::OIDS::oid2str_or_empty(read_oid(der)).size());
-        return 0;
-    });
-    add_row(row_name::alg_from_oid, signature_oids().size(), [all = elements_of(signature_oids())]() -> uint64_t {
+    add_row(row_name::find_by_contents, attribute_types().size(),
+            [all = oid_elements(attribute_types())]() -> uint64_t {
+                for (const bytes_t& der : all) keep(Botan::OIDS::oid2str_or_empty(read_oid(der)).size());
+                return 0;
+            });
+    add_row(row_name::alg_from_oid, signature_oids().size(), [all = oid_elements(signature_oids())]() -> uint64_t {
         for (const bytes_t& der : all) keep(Botan::OIDS::oid2str_or_empty(read_oid(der)).size());
         return 0;
     });

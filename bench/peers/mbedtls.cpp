@@ -513,18 +513,13 @@ void add_pkcs12_rows() {
 
 void register_rows() {
     add_row(row_name::walk, num_elements(), [] {
-        uint64_t sum = 0;
-        for (const bytes_t& certificate : certificates()) {
-            sum += walk_elements(certificate,
-                                 [](const uint8_t* at, const uint8_t* end, uint64_t& length) -> const uint8_t* {
-                                     auto* content = const_cast<unsigned char*>(at) + 1;
-                                     std::size_t len = 0;
-                                     if (mbedtls_asn1_get_len(&content, end, &len) != 0) return nullptr;
-                                     length = len;
-                                     return content;
-                                 });
-        }
-        return sum;
+        return walk_certificates([](const uint8_t* at, const uint8_t* end, uint64_t& length) -> const uint8_t* {
+            auto* content = const_cast<unsigned char*>(at) + 1;
+            std::size_t len = 0;
+            if (mbedtls_asn1_get_len(&content, end, &len) != 0) return nullptr;
+            length = len;
+            return content;
+        });
     });
     add_oid_rows();
     add_name_rows();

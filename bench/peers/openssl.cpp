@@ -37,13 +37,6 @@ name_t read_name(const bytes_t& der) {
     return name_t(d2i_X509_NAME(nullptr, &at, static_cast<long>(der.size())));
 }
 
-// The elements that d2i_ASN1_OBJECT wants: it has no reader of bare contents.
-std::vector<bytes_t> elements_of(const std::vector<bytes_t>& all) {
-    std::vector<bytes_t> out;
-    for (const bytes_t& contents : all) out.push_back(element(0x06, contents));
-    return out;
-}
-
 object_t read_object(const bytes_t& der) {
     const unsigned char* at = der.data();
     return object_t(d2i_ASN1_OBJECT(nullptr, &at, static_cast<long>(der.size())));
@@ -59,7 +52,7 @@ void add_oid_rows() {
         }
         return sum;
     });
-    add_row(row_name::oid_to_text, oids().size(), [all = elements_of(oids())] {
+    add_row(row_name::oid_to_text, oids().size(), [all = oid_elements(oids())] {
         uint64_t sum = 0;
         char text[256];
         for (const bytes_t& der : all) {
@@ -68,16 +61,17 @@ void add_oid_rows() {
         }
         return sum;
     });
-    add_row(row_name::find_by_contents, attribute_types().size(), [all = elements_of(attribute_types())]() -> uint64_t {
-        for (const bytes_t& der : all) keep(OBJ_nid2sn(OBJ_obj2nid(read_object(der).get())));
-        return 0; // it knows other types
-    });
+    add_row(row_name::find_by_contents, attribute_types().size(),
+            [all = oid_elements(attribute_types())]() -> uint64_t {
+                for (const bytes_t& der : all) keep(OBJ_nid2sn(OBJ_obj2nid(read_object(der).get())));
+                return 0; // it knows other types
+            });
     add_row(row_name::find_by_short_name, 6, [] {
         uint64_t found = 0;
         for (const char* name : {"CN", "C", "L", "ST", "O", "OU"}) found += OBJ_sn2nid(name) != NID_undef;
         return found;
     });
-    add_row(row_name::alg_from_oid, signature_oids().size(), [all = elements_of(signature_oids())]() -> uint64_t {
+    add_row(row_name::alg_from_oid, signature_oids().size(), [all = oid_elements(signature_oids())]() -> uint64_t {
         for (const bytes_t& der : all) {
             int hash = 0, key = 0;
             keep(OBJ_find_sigid_algs(OBJ_obj2nid(read_object(der).get()), &hash, &key));
@@ -201,20 +195,14 @@ void add_file_rows() {
 
 void register_rows() {
     add_row(row_name::walk, num_elements(), [] {
-        uint64_t sum = 0;
-        for (const bytes_t& certificate : certificates()) {
-            sum += walk_elements(certificate,
-                                 [](const uint8_t* at, const uint8_t* end, uint64_t& length) -> const uint8_t* {
-                                     const unsigned char* content = at;
-                                     long len = 0;
-                                     int tag = 0, cls = 0;
-                                     if ((ASN1_get_object(&content, &len, &tag, &cls, end - at) & 0x80) != 0)
-                                         return nullptr;
-                                     length = static_cast<uint64_t>(len);
-                                     return content;
-                                 });
-        }
-        return sum;
+        return walk_certificates([](const uint8_t* at, const uint8_t* end, uint64_t& length) -> const uint8_t* {
+            const unsigned char* content = at;
+            long len = 0;
+            int tag = 0, cls = 0;
+            if ((ASN1_get_object(&content, &len, &tag, &cls, end - at) & 0x80) != 0) return nullptr;
+            length = static_cast<uint64_t>(len);
+            return content;
+        });
     });
     add_oid_rows();
     add_name_rows();

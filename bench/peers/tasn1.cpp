@@ -12,23 +12,16 @@ namespace pkider_bench {
 
 void register_rows() {
     add_row(row_name::walk, num_elements(), [] {
-        uint64_t sum = 0;
-        for (const bytes_t& certificate : certificates()) {
-            sum += walk_elements(
-                certificate, [](const uint8_t* at, const uint8_t* end, uint64_t& length) -> const uint8_t* {
-                    unsigned char cls = 0;
-                    int tag_size = 0, length_size = 0;
-                    unsigned long tag = 0;
-                    if (asn1_get_tag_der(at, static_cast<int>(end - at), &cls, &tag_size, &tag) != ASN1_SUCCESS)
-                        return nullptr;
-                    const long len =
-                        asn1_get_length_der(at + tag_size, static_cast<int>(end - at) - tag_size, &length_size);
-                    if (len < 0) return nullptr;
-                    length = static_cast<uint64_t>(len);
-                    return at + tag_size + length_size;
-                });
-        }
-        return sum;
+        return walk_certificates([](const uint8_t* at, const uint8_t* end, uint64_t& length) -> const uint8_t* {
+            unsigned char cls = 0;
+            int tag_size = 0, length_size = 0;
+            unsigned long tag = 0;
+            if (asn1_get_tag_der(at, static_cast<int>(end - at), &cls, &tag_size, &tag) != ASN1_SUCCESS) return nullptr;
+            const long len = asn1_get_length_der(at + tag_size, static_cast<int>(end - at) - tag_size, &length_size);
+            if (len < 0) return nullptr;
+            length = static_cast<uint64_t>(len);
+            return at + tag_size + length_size;
+        });
     });
     add_row(row_name::oid_from_text, oids().size(), []() -> uint64_t {
         unsigned char out[512];
@@ -40,12 +33,8 @@ void register_rows() {
     });
     add_made_row(row_name::oid_to_text, oids().size(), []() -> pass_t {
         // It reads behind the identifier: the length octet must stand there.
-        std::vector<bytes_t> all;
-        for (const bytes_t& oid : oids()) {
-            bytes_t der = element(0x06, oid);
-            der.erase(der.begin());
-            all.push_back(der);
-        }
+        std::vector<bytes_t> all = oid_elements(oids());
+        for (bytes_t& der : all) der.erase(der.begin());
         return [all] {
             uint64_t sum = 0;
             char text[256];

@@ -278,6 +278,12 @@ bytes_t element(uint8_t tag, const bytes_t& contents) {
     return out;
 }
 
+std::vector<bytes_t> oid_elements(const std::vector<bytes_t>& contents) {
+    std::vector<bytes_t> out;
+    for (const bytes_t& oid : contents) out.push_back(element(0x06, oid));
+    return out;
+}
+
 const std::vector<bytes_t>& dsa_values() {
     static const std::vector<bytes_t> all = [] {
         std::vector<bytes_t> out;

@@ -54,6 +54,9 @@ bytes_t made_bytes(std::size_t size, uint32_t seed);
 /// One DER element around `contents`, minimal length.
 bytes_t element(uint8_t tag, const bytes_t& contents);
 
+/// Each of these contents octets as a whole OBJECT IDENTIFIER, for libraries that read no bare contents.
+std::vector<bytes_t> oid_elements(const std::vector<bytes_t>& contents);
+
 /// A header as the inputs themselves are read; null when there is none that fits.
 const uint8_t* read_header(const uint8_t* at, const uint8_t* end, uint8_t* tag, std::size_t* length);
 

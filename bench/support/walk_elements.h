@@ -31,6 +31,14 @@ uint64_t walk_elements(const bytes_t& der, Read read) {
     return sum;
 }
 
+/// The pass of row_name::walk.
+template <typename Read>
+uint64_t walk_certificates(Read read) {
+    uint64_t sum = 0;
+    for (const bytes_t& certificate : certificates()) sum += walk_elements(certificate, read);
+    return sum;
+}
+
 inline std::size_t num_elements() {
     std::size_t num = 0;
     for (const bytes_t& certificate : certificates()) {
