@@ -1,6 +1,7 @@
 // mbedTLS: its own Name and OID functions, and its low-level ASN.1 reader and writer where it has nothing higher that
 // does not do more work than the row.
 #include "bench/support/made_files.h"
+#include "bench/support/made_oids.h"
 #include "bench/support/row.h"
 #include "bench/support/row_names.h"
 #include "bench/support/walk_elements.h"
@@ -274,21 +275,6 @@ class back_writer_t {
     unsigned char *m_begin, *m_end, *m_at;
 };
 
-const bytes_t gost_2001 = {0x2A, 0x85, 0x03, 0x02, 0x02, 0x13};
-const bytes_t public_key_params = {0x2A, 0x85, 0x03, 0x02, 0x02, 0x23, 0x01};
-const bytes_t digest_params = {0x2A, 0x85, 0x03, 0x02, 0x02, 0x1E, 0x01};
-const bytes_t pbes2 = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x05, 0x0D};
-const bytes_t pbkdf2 = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x05, 0x0C};
-const bytes_t hmac_gost = {0x2A, 0x85, 0x03, 0x02, 0x02, 0x0A};
-const bytes_t gost_28147 = {0x2A, 0x85, 0x03, 0x02, 0x02, 0x15};
-const bytes_t cipher_params = {0x2A, 0x85, 0x03, 0x02, 0x02, 0x1F, 0x01};
-const bytes_t gost_hash = {0x2A, 0x85, 0x03, 0x02, 0x02, 0x09};
-const bytes_t data = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x07, 0x01};
-const bytes_t cert_bag = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x0C, 0x0A, 0x01, 0x03};
-const bytes_t x509_certificate = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x09, 0x16, 0x01};
-const bytes_t friendly_name = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x09, 0x14};
-const bytes_t local_key_id = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x09, 0x15};
-
 bool is(const cursor_t& contents, const bytes_t& oid) {
     return contents.left() == oid.size() && std::memcmp(contents.at, oid.data(), oid.size()) == 0;
 }
@@ -301,7 +287,8 @@ uint64_t read_private_key(const bytes_t& der) {
     cursor_t cursor(der), key(nullptr, 0);
     mbedtls_asn1_buf algorithm, params;
     if (!cursor.enter(sequence) || !cursor.skip(MBEDTLS_ASN1_INTEGER)) return 1;
-    if (mbedtls_asn1_get_alg(&cursor.at, cursor.end, &algorithm, &params) != 0 || !is(algorithm, gost_2001)) return 1;
+    if (mbedtls_asn1_get_alg(&cursor.at, cursor.end, &algorithm, &params) != 0 || !is(algorithm, made_oid::gost_2001))
+        return 1;
     if (!cursor.enter(MBEDTLS_ASN1_OCTET_STRING) || !cursor.take(MBEDTLS_ASN1_OCTET_STRING, key)) return 1;
     return answer_of(key.at, key.left());
 }
@@ -313,10 +300,10 @@ uint64_t write_private_key(const bytes_t& key) {
     writer.octets(key);
     writer.close(MBEDTLS_ASN1_OCTET_STRING, all);
     const unsigned char* const algorithm = writer.mark();
-    writer.oid(digest_params);
-    writer.oid(public_key_params);
+    writer.oid(made_oid::digest_params);
+    writer.oid(made_oid::public_key_params);
     writer.close(sequence, algorithm);
-    writer.oid(gost_2001);
+    writer.oid(made_oid::gost_2001);
     writer.close(sequence, algorithm);
     writer.integer(0);
     writer.close(sequence, all);
@@ -328,16 +315,17 @@ uint64_t read_encrypted_key(const bytes_t& der) {
     cursor_t id(nullptr, 0), salt(nullptr, 0), iv(nullptr, 0), count(nullptr, 0);
     if (!cursor.enter(sequence) || !cursor.take(sequence, algorithm)) return 1;
     if (!cursor.take(MBEDTLS_ASN1_OCTET_STRING, encrypted)) return 1;
-    if (!algorithm.take(MBEDTLS_ASN1_OID, id) || !is(id, pbes2) || !algorithm.enter(sequence)) return 1;
+    if (!algorithm.take(MBEDTLS_ASN1_OID, id) || !is(id, made_oid::pbes2) || !algorithm.enter(sequence)) return 1;
     if (!algorithm.take(sequence, derivation) || !algorithm.take(sequence, scheme)) return 1;
-    if (!scheme.take(MBEDTLS_ASN1_OID, id) || !is(id, gost_28147) || !scheme.enter(sequence)) return 1;
+    if (!scheme.take(MBEDTLS_ASN1_OID, id) || !is(id, made_oid::gost_28147) || !scheme.enter(sequence)) return 1;
     if (!scheme.take(MBEDTLS_ASN1_OCTET_STRING, iv) || !scheme.skip(MBEDTLS_ASN1_OID)) return 1;
-    if (!derivation.take(MBEDTLS_ASN1_OID, id) || !is(id, pbkdf2) || !derivation.enter(sequence)) return 1;
+    if (!derivation.take(MBEDTLS_ASN1_OID, id) || !is(id, made_oid::pbkdf2) || !derivation.enter(sequence)) return 1;
     if (!derivation.take(MBEDTLS_ASN1_OCTET_STRING, salt)) return 1;
     int iterations = 0;
     if (mbedtls_asn1_get_int(&derivation.at, derivation.end, &iterations) != 0) return 1;
     mbedtls_asn1_buf prf, params;
-    if (mbedtls_asn1_get_alg(&derivation.at, derivation.end, &prf, &params) != 0 || !is(prf, hmac_gost)) return 1;
+    if (mbedtls_asn1_get_alg(&derivation.at, derivation.end, &prf, &params) != 0 || !is(prf, made_oid::hmac_gost))
+        return 1;
     return answer_of(salt.at, salt.left()) + answer_of(iv.at, iv.left()) + static_cast<uint64_t>(iterations) +
            answer_of(encrypted.at, encrypted.left());
 }
@@ -348,22 +336,22 @@ uint64_t write_encrypted_key(const encrypted_parts_t& parts) {
     const unsigned char* const all = writer.mark();
     writer.octets(parts.encrypted);
     const unsigned char* const algorithm = writer.mark();
-    writer.oid(cipher_params);
+    writer.oid(made_oid::cipher_params);
     writer.octets(parts.iv);
     writer.close(sequence, algorithm);
-    writer.oid(gost_28147);
+    writer.oid(made_oid::gost_28147);
     writer.close(sequence, algorithm);
     const unsigned char* const derivation = writer.mark();
     writer.null();
-    writer.oid(hmac_gost);
+    writer.oid(made_oid::hmac_gost);
     writer.close(sequence, derivation);
     writer.integer(static_cast<int>(parts.iterations));
     writer.octets(parts.salt);
     writer.close(sequence, derivation);
-    writer.oid(pbkdf2);
+    writer.oid(made_oid::pbkdf2);
     writer.close(sequence, derivation);
     writer.close(sequence, algorithm);
-    writer.oid(pbes2);
+    writer.oid(made_oid::pbes2);
     writer.close(sequence, algorithm);
     writer.close(sequence, all);
     return answer_of(writer.data(), writer.size());
@@ -391,11 +379,11 @@ bool read_attributes(cursor_t& bag, item_t& out) {
     while (bag.left() != 0) {
         if (!bag.take(sequence, attribute) || !attribute.take(MBEDTLS_ASN1_OID, id) || !attribute.enter(set))
             return false;
-        if (is(id, friendly_name)) {
+        if (is(id, made_oid::friendly_name)) {
             if (!attribute.take(MBEDTLS_ASN1_BMP_STRING, value)) return false;
             out.name = value.at;
             out.name_len = value.left();
-        } else if (is(id, local_key_id)) {
+        } else if (is(id, made_oid::local_key_id)) {
             if (!attribute.take(MBEDTLS_ASN1_OCTET_STRING, value)) return false;
             out.id = value.at;
             out.id_len = value.left();
@@ -407,7 +395,8 @@ bool read_attributes(cursor_t& bag, item_t& out) {
 bool read_bag(cursor_t& bag, item_t& out) {
     cursor_t id(nullptr, 0), value(nullptr, 0), certificate(nullptr, 0);
     if (!bag.take(MBEDTLS_ASN1_OID, id) || !bag.take(context_0, value) || !read_attributes(bag, out)) return false;
-    if (!is(id, cert_bag) || !value.enter(sequence) || !value.skip(MBEDTLS_ASN1_OID) || !value.enter(context_0))
+    if (!is(id, made_oid::cert_bag) || !value.enter(sequence) || !value.skip(MBEDTLS_ASN1_OID) ||
+        !value.enter(context_0))
         return false;
     if (!value.take(MBEDTLS_ASN1_OCTET_STRING, certificate)) return false;
     out.data = certificate.at;
@@ -424,9 +413,9 @@ uint64_t read_pfx(const bytes_t& der) {
     cursor_t cursor(der), safe(nullptr, 0), bag(nullptr, 0), id(nullptr, 0);
     if (!cursor.enter(sequence) || !cursor.skip(MBEDTLS_ASN1_INTEGER) || !cursor.take(sequence, safe)) return 1;
     if (!cursor.skip(sequence)) return 1; // MacData
-    if (!safe.take(MBEDTLS_ASN1_OID, id) || !is(id, data)) return 1;
+    if (!safe.take(MBEDTLS_ASN1_OID, id) || !is(id, made_oid::data)) return 1;
     if (!safe.enter(context_0) || !safe.enter(MBEDTLS_ASN1_OCTET_STRING) || !safe.enter(sequence)) return 1;
-    if (!safe.enter(sequence) || !safe.take(MBEDTLS_ASN1_OID, id) || !is(id, data)) return 1;
+    if (!safe.enter(sequence) || !safe.take(MBEDTLS_ASN1_OID, id) || !is(id, made_oid::data)) return 1;
     if (!safe.enter(context_0) || !safe.enter(MBEDTLS_ASN1_OCTET_STRING) || !safe.enter(sequence)) return 1;
 
     std::unique_ptr<node_t> first;
@@ -455,16 +444,16 @@ void write_attribute(back_writer_t& writer, const bytes_t& type, int tag, const 
 
 void write_bag(back_writer_t& writer, const made_item_t& item) {
     const unsigned char* const bag = writer.mark();
-    write_attribute(writer, local_key_id, MBEDTLS_ASN1_OCTET_STRING, item.local_key_id);
-    write_attribute(writer, friendly_name, MBEDTLS_ASN1_BMP_STRING, item.friendly_name);
+    write_attribute(writer, made_oid::local_key_id, MBEDTLS_ASN1_OCTET_STRING, item.local_key_id);
+    write_attribute(writer, made_oid::friendly_name, MBEDTLS_ASN1_BMP_STRING, item.friendly_name);
     writer.close(set, bag);
     const unsigned char* const value = writer.mark();
     writer.octets(*item.certificate);
     writer.close(context_0, value);
-    writer.oid(x509_certificate);
+    writer.oid(made_oid::x509_certificate);
     writer.close(sequence, value);
     writer.close(context_0, value);
-    writer.oid(cert_bag);
+    writer.oid(made_oid::cert_bag);
     writer.close(sequence, bag);
 }
 
@@ -477,7 +466,7 @@ uint64_t write_pfx(const std::vector<made_item_t>& items, const bytes_t& digest,
     writer.octets(digest);
     const unsigned char* const algorithm = writer.mark();
     writer.null();
-    writer.oid(gost_hash);
+    writer.oid(made_oid::gost_hash);
     writer.close(sequence, algorithm);
     writer.close(sequence, digest_info);
     writer.close(sequence, all);
@@ -487,7 +476,7 @@ uint64_t write_pfx(const std::vector<made_item_t>& items, const bytes_t& digest,
     for (int level = 0; level < 2; ++level) { // the SafeContents, then the AuthenticatedSafe around it
         writer.close(MBEDTLS_ASN1_OCTET_STRING, safe);
         writer.close(context_0, safe);
-        writer.oid(data);
+        writer.oid(made_oid::data);
         writer.close(sequence, safe);
         if (level == 0) writer.close(sequence, safe);
     }
