@@ -53,7 +53,7 @@ enum PrintableDnGetAttr : uint32_t {
 /// Takes a line apart into its pairs, without a look at what types and values mean.
 ///
 /// @param dn       The line, ended by a NUL. An empty or blank one has no pairs.
-/// @param out      A record a pair is appended. After a failure it keeps the records in front of the fault.
+/// @param out      One record is appended for each pair. After a failure it keeps the records in front of the fault.
 /// @return         False when a type, a separator or a quote stands wrong (codes 1 and 3). Types that nobody knows and
 ///                 wrong values are not found here.
 /// @throws         std::bad_alloc, std::length_error when `out` cannot grow; it then keeps what was appended before.
@@ -64,7 +64,8 @@ PKIDER_API bool printable_dn_parse(const char* dn, std::vector<RDNdescr_t>& out)
 ///
 /// RDNs stay in the order of the line, and the members of a SET too: they are not sorted as DER would have a SET OF. A
 /// value becomes the narrowest of PrintableString, IA5String and UTF8String that its characters need; bytes of 0x80 and
-/// above are taken for UTF-8 as they stand, unchecked. `#` values are taken as they are, whatever their tag.
+/// above are taken for UTF-8 as they stand, unchecked. Of a `#` value tag and contents are kept, whatever the tag; its
+/// length is written anew, and bytes behind the element are dropped.
 ///
 /// Blanks between "=" and the separator belong to the value. Between quotes only the quote is unescaped: `"a\,b"` keeps
 /// its backslash. A type is looked for among the short names first, dotted text or not.
@@ -92,10 +93,10 @@ PKIDER_API bool printable_to_asn_dn(const char* dn, std::string& der, oid_map_ha
 /// hexadecimal, to the end of its attribute; behind a string, what is left of its attribute is ignored. An empty
 /// BMPString or UniversalString is a fault, empty strings of the other types are none.
 ///
-/// Not every line that is printed can be encoded again: an RDN without attributes prints as nothing, an empty short
-/// name as "=", and an OID under 2 with a second arc above 39 as another one (2.999 as 26.39). And a type that `map`
-/// does not know can print as the dotted text of one that it knows: arcs lose what exceeds 32 bits, and
-/// `55 04 90 80 80 80 03` prints as `2.5.4.3`, which is encoded as a CN.
+/// Not every line that is printed can be encoded again: an RDN without attributes prints as nothing, a type with
+/// an empty short name as "=" alone, and an OID under 2 with a second arc above 39 as another one (2.999 as 26.39). And
+/// a type that `map` does not know can print as the dotted text of one that it knows: arcs lose what exceeds 32 bits,
+/// and `55 04 90 80 80 80 03` prints as `2.5.4.3`, which is encoded as a CN.
 ///
 /// @param der      First byte of the Name. Bytes behind it are not looked at. It may stand in `out`.
 /// @param length   Bytes available from `der`.

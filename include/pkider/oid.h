@@ -29,7 +29,7 @@ namespace pkider {
 class oid_map_t;
 }
 
-/// Names a map, and may be copied. A default-made handle is the empty handle: no map.
+/// Names a map, and may be copied. A default-constructed handle is the empty handle: no map.
 struct oid_map_handle_t {
     const pkider::oid_map_t* map = nullptr;
 };
@@ -38,7 +38,8 @@ struct oid_map_handle_t {
 ///
 /// Two arcs or more, the first one 0 to 2, each of at most 32 bits; leading zeros are skipped. The second arc is not
 /// limited to 39, so that `1.50` gives the bytes of `2.10`, and the sum of it and 40 times the first one wraps at 2^32:
-/// `2.4294967295` gives those of `1.39`. Only oid_asn_to_str_ tells whether a text is exact.
+/// `2.4294967295` gives those of `1.39`. A host that must tell such texts apart looks at the second arc itself: behind
+/// 0 and 1 it is at most 39, behind 2 at most 4294967215 (X.690 8.19.4).
 ///
 /// @param begin  First character. No terminator is needed or looked at.
 /// @param end    Behind the last one.
@@ -53,7 +54,7 @@ PKIDER_API uint64_t oid_str_to_asn_(const char* begin, const char* end, uint8_t 
 /// Converts the contents octets of an OBJECT IDENTIFIER to dotted text.
 ///
 /// The first subidentifier is divided by 40 without a limit: `88 37`, which is 2.999, prints as `26.39`. Subidentifiers
-/// of more than 32 bits lose their high bits; leading 80 octets are accepted. So other contents can print as the text
+/// of more than 32 bits lose their high bits; leading octets 0x80 are accepted. So other contents can print as the text
 /// of a well-known OID: compare contents, not texts.
 ///
 /// @param begin  First contents octet.
@@ -132,7 +133,7 @@ PKIDER_API extern oid_map_handle_t OID_MAP_HANDLE_DEFAULT_FILE;
 ///
 /// The file can only add OIDs and short names. What a built-in OID is printed as, and what a built-in short name means,
 /// stays. A file that cannot be opened or sized (a directory), is empty, has more than 2^31 - 1 bytes or cannot be read
-/// to its end adds nothing, and nobody is told. Lines are read as oid_map_parse reads them; behind a byte order mark
+/// to its end adds nothing, without a report. Lines are read as oid_map_parse reads them; behind a byte order mark
 /// the first one is lost.
 ///
 /// @param dir    The directory in UTF-8, NUL-terminated, not null. The file's name is put behind it as it is, so that
