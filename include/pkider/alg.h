@@ -125,7 +125,7 @@ struct asn_pubkey_t {
 /// An RSA public key (RFC 8017 A.1.1), numbers with the highest byte first.
 struct asn_rsa_pubkey_t {
     uint32_t modulus_len = 0;
-    const uint8_t* modulus = nullptr; ///< Contents without leading zero bytes; a zero keeps one.
+    const uint8_t* modulus = nullptr; ///< Contents without leading zero bytes; the number 0 keeps one.
     uint32_t exponent_len = 0;
     const uint8_t* exponent = nullptr; ///< Contents as encoded, leading zero bytes included.
 };
@@ -193,12 +193,15 @@ PKIDER_API const PKI_OID& PKI_CERT_SIGN_ALG_TO_OID(pki_alg_t alg);
 
 /// The complete DER AlgorithmIdentifier of a signature algorithm, ready to be sent in IKE (RFC 7427 3).
 ///
-/// RSA carries an explicit NULL, DSA and GOST carry no parameters. RSASSA-PSS with a hash carries parameters that name
-/// the hash only: the mask generation function is then MGF1 with SHA-1 and the salt 20 bytes long, whatever the hash
-/// (RFC 4055 3.1). A peer that expects the parameters of RFC 7427 A.4 must be given others.
+/// RSA carries an explicit NULL, DSA and GOST carry no parameters. RSASSA-PSS with SHA-1 carries an empty SEQUENCE,
+/// with another hash parameters that name that hash only: the mask generation function is then MGF1 with SHA-1 and the
+/// salt 20 bytes long, whatever the hash (RFC 4055 3.1). A peer that expects the parameters of RFC 7427 A.4.3 must be
+/// given others. PKI_ALG_RSASSA_PSS carries no parameters at all, which RFC 4055 3.1 does not allow in a signature.
+/// docs/ike_signature_identifiers.md compares them with those of RFC 7427.
 ///
-/// @param alg  Any value of the certificate signature kind.
-/// @return     The AlgorithmIdentifier in a record that is never freed, or the empty record.
+/// @param alg  Any value.
+/// @return     The AlgorithmIdentifier in a record that is never freed; the empty record for what is no certificate
+///             signature that the library knows.
 /// @throws     Nothing.
 PKIDER_API const PKI_OID& asn_form_ike_signalg(pki_alg_t alg);
 
@@ -282,7 +285,8 @@ PKIDER_API bool asn_read_rsa_pubkey(const asn_pubkey_t& pk, asn_rsa_pubkey_t& ou
 
 /// Reads a GOST public key: parameter sets from the parameters of `pk`, the key from its key bits.
 ///
-/// A third element of the parameters that is not a well-formed OBJECT IDENTIFIER is ignored.
+/// A third element of the parameters that is not a well-formed OBJECT IDENTIFIER is ignored. The second set is
+/// required: a key that leaves it out, as RFC 9215 4.2 allows, is refused, with its first set stored.
 ///
 /// @param pk   From asn_read_pubkey; its algorithm is not looked at.
 /// @param out  Receives spans of the input of asn_read_pubkey. After a failure parameter sets read before it are stored
