@@ -51,7 +51,8 @@ struct pkcs12_easy_t {
     std::list<pkcs12_item_t> plain_items;     ///< Found in the clear; they point into the input.
     std::list<pkcs12_item_t> protected_items; ///< Found encrypted, every shrouded key included; data in `buffers`.
     pkcs12_mac_t mac;                         ///< The MacData; points into the input.
-    std::list<std::string> buffers;           ///< Decrypted plaintexts. Keep them as long as items are used.
+    std::list<std::string> buffers;           ///< Decrypted plaintexts, keys among them: keep them as long
+                                              ///< as items are used, and wipe them; the record does not.
 
     pkcs12_easy_t() = default;
     pkcs12_easy_t(pkcs12_easy_t&&) noexcept = default;
@@ -60,7 +61,9 @@ struct pkcs12_easy_t {
     pkcs12_easy_t& operator=(const pkcs12_easy_t&) = delete;
 };
 
-/// The cryptography of PKCS#12, implemented by the host. Password, algorithms, salts and counts are the object's own.
+/// The cryptography of PKCS#12, implemented by the host. Password, salts and counts are the object's own; the way to
+/// encrypt is given, by the DER that the library reads and writes: PBES2 with PBKDF2, HMAC GOST R 34.11-94 and
+/// GOST 28147-89 (RFC 8018 A.4, RFC 4357). docs/crypto_object.md describes such an object.
 ///
 /// Declare the implementing class `final`: the destructor here is neither public nor virtual, so that the four
 /// operations are the first four entries of the table, and the object is destroyed by whoever made it.
@@ -96,19 +99,21 @@ class PKIDER_API pbe_crypto_t {
     /// **`params.encrypted` tells the two apart.** For an encryptedData it is null, with a length of 0; the plaintext
     /// must then begin with an OCTET STRING that holds the SafeContents, or the whole read fails. Other programs
     /// encrypt the bare SafeContents SEQUENCE: put the header of an OCTET STRING in front of it. For a shrouded key
-    /// `params.encrypted` and its length equal `data` and `size`, and the plaintext is a PrivateKeyInfo.
+    /// `params.encrypted` and its length equal `data` and `size`; the plaintext, a PrivateKeyInfo, becomes an item
+    /// without a look at it.
     ///
     /// @param params  Salt, iteration count and IV; the rest is zero but for the above. The count is whatever the file
-    ///                says, 0 and 4294967295 included: limit it. A count without contents is seen as 0.
+    ///                says, 0 and 4294967295 included: limit it. A count without contents is seen as 0. The cipher's
+    ///                parameter set is not here; docs/crypto_object.md tells where it stands.
     /// @param data    The ciphertext, in the caller's input or in an earlier plaintext.
     /// @param size    Bytes at `data`.
     /// @param plain   An empty string that receives the plaintext.
-    /// @return        False skips the content, and the read goes on; `plain` is dropped. Answer false to a plaintext
-    ///                that cannot be right: a wrong password may show in no other way.
+    /// @return        False skips the content, and the read goes on; `plain` is dropped, and not wiped. Answer false to
+    ///                a plaintext that cannot be right: a wrong password may show in no other way.
     virtual bool decrypt(const pkcs8_encrypted_pki_gost_t& params, const uint8_t* data, uint64_t size,
                          std::string& plain) = 0;
 
-    /// Writing, once, only when there are protected items.
+    /// Writing, once, only when there are protected items. The file names the cipher's parameter set 1.2.643.2.2.31.1.
     ///
     /// @param data     An OCTET STRING, identifier and length included, around the SafeContents. Encrypt it whole, and
     ///                 decrypt gets it back whole. Encrypt its contents only, and other programs can read the file;
@@ -146,9 +151,10 @@ PKIDER_API bool asn_read_pkcs12_MacData(const uint8_t* data, uint64_t size, pkcs
 /// nothing left out because it occurs twice. A keyBag in the clear gives a plain item; a shrouded key gives a protected
 /// one wherever it stands.
 ///
-/// Malformed DER fails the read. Skipped without a word are: contents and shrouded keys of other algorithms or with
-/// malformed parameters, contents and keys for which `decrypt` answers false, other content types, and bags of other
-/// kinds (CRLs, secrets, nested SafeContents), though the attributes of a skipped bag must be well formed.
+/// Malformed DER fails the read. Skipped without a word are: contents and shrouded keys that are encrypted in another
+/// way than pbe_crypto_t names or have malformed parameters, contents and keys for which `decrypt` answers false, other
+/// content types, and bags of other kinds (CRLs, secrets, nested SafeContents), though the attributes of a skipped bag
+/// must be well formed.
 ///
 /// @param data    First byte of the PFX; bytes behind it are ignored. Must live as long as `out` is used: plain items,
 ///                `mac` and the attributes of shrouded keys point into it. May be null when `size` is 0.

@@ -10,8 +10,8 @@
 //     if (!asn_read_pkcs8_pki_gost(plain.data(), plain.size(), key)) return;
 //
 // Readers store spans that point into the caller's buffer and are valid while it lives; they copy and allocate nothing.
-// Writers replace their output: it is built aside and moved in at the end, so a record may point into the very string
-// that is written, and an exception leaves the string as it was.
+// Writers replace their output. A record may point into the very string that is written, and an exception leaves the
+// string as it was.
 #pragma once
 
 #include <pkider/export.h>
@@ -64,7 +64,7 @@ PKIDER_API bool asn_read_pkcs8_priv_key_info(const uint8_t* der, uint32_t len, a
 ///
 /// The kind is told by the algorithm's identifier alone (1.2.643.2.2.19, 1.2.643.7.1.1.1.1, 1.2.643.7.1.1.1.2); the
 /// parameter sets are not looked at. Inside the privateKey the key must stand in an OCTET STRING of its own: a raw key,
-/// as some programs write it, is refused.
+/// as some programs write it, is refused. Bytes behind that OCTET STRING are ignored.
 ///
 /// @param der  First byte of the PrivateKeyInfo. May be null when `len` is 0.
 /// @param len  Bytes available from `der`. Only the low 32 bits count: 2^32 + 70 is taken as 70.
