@@ -181,8 +181,8 @@ PKIDER_API bool asn_read_pkcs12_easy(const uint8_t* data, uint64_t size, pbe_cry
 /// written cut, and so is an iteration count with a zero byte: read back what was written before relying on it.
 ///
 /// Memory beyond the output: the plaintext of the protected items while they are encrypted, then the ciphertext while
-/// the output is put together. The plaintext is wiped when `encrypt` has returned, so nothing of it is in the room that
-/// `out` has behind its end; after an exception it may stay in freed memory.
+/// the output is put together. The plaintext is wiped when `encrypt` has returned, so nothing of it is in the spare
+/// capacity of `out`; after an exception it may stay in freed memory.
 ///
 /// @param in      Items, and the MAC that stands in when none can be made. A null pointer with a length is written as
 ///                zeros. Spans may point into `out`. `buffers` is not looked at.
