@@ -147,9 +147,9 @@ PKIDER_API bool asn_read_pkcs12_MacData(const uint8_t* data, uint64_t size, pkcs
 
 /// Reads the keys and certificates of a PKCS#12 file.
 ///
-/// A file without a MacData is refused. Every key and certificate is kept, in the file's order; nothing is paired, and
-/// nothing left out because it occurs twice. A keyBag in the clear gives a plain item; a shrouded key gives a protected
-/// one wherever it stands.
+/// A file without a MacData is refused; a version of one byte is accepted whatever it is. Every key and certificate is
+/// kept, in the file's order; nothing is paired, and nothing left out because it occurs twice. A keyBag in the clear
+/// gives a plain item; a shrouded key gives a protected one wherever it stands.
 ///
 /// Malformed DER fails the read. Skipped without a word are: contents and shrouded keys that are encrypted in another
 /// way than pbe_crypto_t names or have malformed parameters, contents and keys for which `decrypt` answers false, other
@@ -172,9 +172,10 @@ PKIDER_API bool asn_read_pkcs12_easy(const uint8_t* data, uint64_t size, pbe_cry
 
 /// Writes a PKCS#12 file: the plain items in the clear, then the protected ones encrypted, then the MAC.
 ///
-/// Keys are always written as plain keyBags, inside the encrypted contents too. An item of a type other than the two
-/// named becomes a bag that holds nothing but its attributes, and no reader accepts it. Friendly names are written as
-/// they are and must be big-endian UTF-16; an attribute of length 0 is left out.
+/// Keys are always written as plain keyBags, inside the encrypted contents too, certificates always as x509Certificate.
+/// An item of a type other than the two named becomes a bag that holds nothing but its attributes, and no reader
+/// accepts it. Friendly names are written as they are and must be big-endian UTF-16; an attribute of length 0 is left
+/// out.
 ///
 /// The writer always makes a file. The answer of `encrypt` is ignored, and when `make_mac` answers false the MAC in
 /// `in` is written, empty in a fresh record. A length of 65,536 or more with a zero byte above its lowest byte is
