@@ -131,7 +131,7 @@ PKIDER_API bool asn_dn_to_printable(const uint8_t* der, uint32_t length, std::st
 PKIDER_API asn_dn_result_t printable_dn_normalize_r(const std::string& dn, std::string& out, std::string* der,
                                                     oid_map_handle_t map);
 
-/// printable_dn_normalize_r, of whose result only success is told.
+/// printable_dn_normalize_r for callers who need no code and no position.
 ///
 /// @return         True when the code is 0.
 PKIDER_API bool printable_dn_normalize(const std::string& dn, std::string& out, std::string* der, oid_map_handle_t map);
@@ -159,7 +159,7 @@ PKIDER_API char* printable_dn_reverse(char* dn);
 ///   `O=b`.
 ///
 /// @param dn       The line to search, ended by a NUL.
-/// @param attrs    The wanted RDNs, separated by ",", ended by a NUL. None at all are contained only in an empty line
+/// @param attrs    The wanted RDNs, separated by ",", ended by a NUL. An empty list is contained only in an empty line
 ///                 and in one that begins with ",".
 /// @return         Whether they were all found.
 /// @throws         Nothing.
@@ -173,7 +173,8 @@ PKIDER_API bool printable_dn_contain_attrs(const char* dn, const char* attrs);
 /// @param out      The text is appended as the line has it, quotes, escapes and blanks included. It may hold the line.
 ///                 Untouched when nothing is found and after an exception.
 /// @param mode     The value alone, or the whole pair.
-/// @return         False when the line cannot be taken apart (codes 1 and 3, also behind the attribute) or has none.
+/// @return         False when the line cannot be taken apart (codes 1 and 3, also behind the attribute) or has no such
+///                 attribute.
 /// @throws         std::bad_alloc, std::length_error when `out` cannot grow.
 /// @par Threads    Touches only its arguments.
 PKIDER_API bool printable_dn_get_attr(const char* dn, const char* type, std::string& out, PrintableDnGetAttr mode);
