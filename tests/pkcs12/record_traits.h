@@ -14,3 +14,15 @@ static_assert(sizeof(pkcs12_item_type_t) == 4);
 // Nobody but the maker destroys a crypto object, and nobody makes one of the abstract class.
 static_assert(std::is_abstract_v<pbe_crypto_t> && !std::is_destructible_v<pbe_crypto_t>);
 static_assert(!std::has_virtual_destructor_v<pbe_crypto_t>);
+
+/// A fresh record is all zeros, made without a brace, so that it means the same before and after C++20.
+///
+/// @tparam Language  __cplusplus: one function a version, so that the linker does not take one for all.
+template <long Language>
+bool fresh_record_is_empty() {
+    const pkcs12_easy_t record;
+    const pkcs12_mac_t& mac = record.mac;
+    return record.plain_items.empty() && record.protected_items.empty() && record.buffers.empty() &&
+           mac.digest_alg_len == 0 && mac.digest_alg == nullptr && mac.digest_len == 0 && mac.digest == nullptr &&
+           mac.salt_len == 0 && mac.salt == nullptr && mac.iterations == 0;
+}
