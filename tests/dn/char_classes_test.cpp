@@ -1,10 +1,13 @@
 #include "dn/char_classes.h"
 
+#include "tests/dn/char_sets.h"
+
 #include <gtest/gtest.h>
 
 #include <cstring>
 
 using namespace pkider;
+using namespace pkider_test;
 
 namespace {
 
@@ -15,11 +18,9 @@ bool contains(const char* set, int c) {
 // Every byte, each set spelt a second time.
 TEST(CharClasses, EveryByteIsInItsSets) {
     for (int c = 0; c < 256; ++c) {
-        const bool letter_or_digit = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9');
-        const bool printable = letter_or_digit || contains(" '()+,-./:=?", c);
         int expected = 0;
-        if (contains("\"#+,;<=>\\", c)) expected |= CHAR_SPECIAL;
-        if (c < 0x80 && !printable) expected |= CHAR_NOT_PRINTABLE;
+        if (is_special_char(c)) expected |= CHAR_SPECIAL;
+        if (c < 0x80 && !is_printable_string_char(c)) expected |= CHAR_NOT_PRINTABLE;
         if (c >= 0x80) expected |= CHAR_NOT_ASCII;
         if (c == 0 || contains(" \t=", c)) expected |= CHAR_ENDS_TYPE;
         if (c == 0 || contains("\"\\+,", c)) expected |= CHAR_STOPS_VALUE;

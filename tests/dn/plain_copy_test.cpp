@@ -1,5 +1,6 @@
 #include "dn/plain_copy.h"
 
+#include "tests/dn/char_sets.h"
 #include "tests/support/guarded.h"
 
 #include <gtest/gtest.h>
@@ -12,10 +13,6 @@ using namespace pkider_test;
 namespace {
 
 constexpr std::size_t longest = 70; // several blocks, of which the last two overlap in every way
-
-bool is_special(int c) {
-    return special_chars.find(static_cast<char>(c)) != std::string_view::npos;
-}
 
 TEST(CopyIfPlain, CopiesEveryLengthExactly) {
     for (std::size_t size = 0; size <= longest; ++size) {
@@ -47,7 +44,7 @@ TEST(CopyIfPlain, KnowsEveryByteInEveryKindOfCopy) {
     for (int c = 0; c < 256; ++c) {
         for (const std::size_t size : {1u, 8u, 15u, 16u, 17u, 33u}) {
             const bytes_t bytes(size, static_cast<uint8_t>(c));
-            ASSERT_EQ(copy_if_plain(out, bytes.data(), size), !is_special(c)) << c << ", " << size << " times";
+            ASSERT_EQ(copy_if_plain(out, bytes.data(), size), !is_special_char(c)) << c << ", " << size << " times";
         }
     }
 }

@@ -1,5 +1,6 @@
 #include "dn/printable_dn.h"
 
+#include "tests/dn/char_sets.h"
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
@@ -186,9 +187,8 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(DnValueDecode, EveryByteOnItsOwn) {
     for (int c = 0; c < 256; ++c) {
         const auto character = static_cast<char>(c);
-        const bool special = std::string_view("\"#+,;<=>\\").find(character) != std::string_view::npos;
-        const bool in_alphabet = (char_class(character) & (CHAR_NOT_PRINTABLE | CHAR_NOT_ASCII)) == 0;
-        const uint8_t tag = c >= 0x80 ? utf8 : in_alphabet ? printable : ia5;
+        const bool special = is_special_char(c);
+        const uint8_t tag = c >= 0x80 ? utf8 : is_printable_string_char(c) ? printable : ia5;
         const std::string text = std::string("a") + character;
 
         const decoded_t plain = decode(text);
@@ -207,7 +207,7 @@ TEST(DnValueDecode, EveryByteOnItsOwn) {
             EXPECT_EQ(escaped.bytes, to_bytes(std::string(1, character))) << c;
             EXPECT_EQ(escaped.tag, tag) << c;
         } else {
-            EXPECT_EQ(escaped.result.code, hex_digit_value(character) == not_a_hex_digit ? 9 : 8) << c;
+            EXPECT_EQ(escaped.result.code, hex_digit(character) < 0 ? 9 : 8) << c;
         }
 
         const decoded_t quoted = decode("\"" + text + "\"");
@@ -228,12 +228,10 @@ TEST(DnValueDecode, EveryPairBehindABackslash) {
             const decoded_t value = decode(text);
             const int high = hex_digit(static_cast<char>(first));
             const int low = hex_digit(static_cast<char>(second));
-            const bool first_special = (char_class(text[1]) & CHAR_SPECIAL) != 0;
-            const bool second_special = (char_class(text[2]) & CHAR_SPECIAL) != 0;
             uint16_t code = 0;
-            if (high < 0 && !first_special) code = 9;
+            if (high < 0 && !is_special_char(first)) code = 9;
             if (high >= 0 && low < 0) code = 8;
-            if (high < 0 && first_special && second_special) code = text[2] == '\\' ? 7 : 10;
+            if (high < 0 && is_special_char(first) && is_special_char(second)) code = text[2] == '\\' ? 7 : 10;
             ASSERT_EQ(value.result.code, code) << first << " " << second;
             if (code != 0) continue;
             if (high >= 0) {
