@@ -134,6 +134,16 @@ TEST(DerCommand, CostsOnlyWhatIsShown) {
     EXPECT_THAT(result.out, HasSubstr("... 4294966970 more bytes\n"));
 }
 
+// Opened once: at the second time its writer would be gone.
+TEST(DerCommand, ReadsANamedPipe) {
+    const temp_dir_t dir;
+    const run_options_t options{.environment = {{"PKIDER", PKIDER_PROGRAM}}, .directory = dir.path().string()};
+    const std::string line = "mkfifo pipe; printf 0500 > pipe & timeout 10 $PKIDER der pipe";
+    const run_result_t result = run_program({"/bin/sh", "-c", line}, options);
+    EXPECT_EQ(result.exit_code, 0) << result;
+    EXPECT_EQ(result.out, "   0  2+0     NULL\n");
+}
+
 TEST(DerCommand, SendsNoControlCharacterToATerminal) {
     const run_result_t result = run_pkider_on_terminal({"der"}, {.input = "30 06 0C 04 1B 5B 32 4A"_hex.str()});
     EXPECT_THAT(result.out, HasSubstr("UTF8String \"\\1B[2J\""));

@@ -46,9 +46,8 @@ class lister_t {
 
     exit_code_t run() {
         const exit_code_t code =
-            for_each_input(options.files, json, [this](const std::string& file, const std::string& bytes) {
-                return list_file(file, bytes);
-            });
+            for_each_input(options.files, json,
+                           [this](const std::string& file, std::string_view bytes) { return list_file(file, bytes); });
         json.end();
         if (!options.round_trip) return code;
         if (options.form == output_form_t::text) print_counts();
@@ -56,7 +55,7 @@ class lister_t {
     }
 
   private:
-    exit_code_t list_file(const std::string& file, const std::string& bytes) {
+    exit_code_t list_file(const std::string& file, std::string_view bytes) {
         exit_code_t worst = exit_code_t::done;
         std::size_t index = 0;
         for (const block_t& block : read_blocks(bytes, options.in)) {
@@ -68,7 +67,7 @@ class lister_t {
 
     // One certificate, or several one behind the other where the input is bare DER.
     exit_code_t list_block(const std::string& file, const block_t& block, std::size_t& index) {
-        der_cursor_t der(as_bytes(block.der));
+        der_cursor_t der(block.der.view());
         do {
             ++index;
             const json_t head = {{"file", json_text(file)}, {"index", index}};

@@ -6,34 +6,18 @@
 #include "tools/pkider/terminal_text.h"
 #include "tools/pkider/utf8.h"
 
-#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace tool {
 namespace {
 
-class descriptor_t {
-  public:
-    explicit descriptor_t(const std::string& path) : number(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {}
-    ~descriptor_t() {
-        if (number >= 0) close(number);
-    }
-    descriptor_t(const descriptor_t&) = delete;
-    descriptor_t& operator=(const descriptor_t&) = delete;
-
-    const int number;
-};
-
 /// Null when the file is no regular file with something in it.
-void* map_file(const std::string& path, std::size_t& size) {
-    const descriptor_t file(path);
+void* map_file(const open_file_t& file, std::size_t& size) {
     struct stat status {};
-    if (file.number < 0 || fstat(file.number, &status) != 0) return nullptr;
-    if (!S_ISREG(status.st_mode) || status.st_size <= 0) return nullptr;
+    if (fstat(file.descriptor(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_size <= 0) return nullptr;
     size = static_cast<std::size_t>(status.st_size);
-    void* const mapping = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.number, 0);
+    void* const mapping = mmap(nullptr, size, PROT_READ, MAP_PRIVATE, file.descriptor(), 0);
     return mapping == MAP_FAILED ? nullptr : mapping;
 }
 
@@ -60,7 +44,7 @@ exit_code_t work_on_file(const std::string& path, input_form_t form, json_array_
     exit_code_t worst = exit_code_t::done;
     for (const block_t& block : read_blocks(text, form)) {
         const std::string name = block_name(input_name(path), block);
-        const der_input_t input{name, path, block.line, block.label, true_form, as_bytes(block.der)};
+        const der_input_t input{name, path, block.line, block.label, true_form, block.der.view()};
         worst = worse(worst, work_on_one(input, block.fault, json, work));
     }
     return worst;
@@ -69,14 +53,20 @@ exit_code_t work_on_file(const std::string& path, input_form_t form, json_array_
 } // namespace
 
 file_view_t::file_view_t(const std::string& path) {
+    if (path == "-") {
+        copy = read_file(path);
+        view = copy.view();
+        return;
+    }
+    const open_file_t file(path); // once: a named pipe would lose its writer in between
     std::size_t size = 0;
-    if (path != "-") mapping = map_file(path, size);
+    mapping = map_file(file, size);
     if (mapping != nullptr) {
         view = {static_cast<const std::uint8_t*>(mapping), size};
         return;
     }
-    copy = read_file(path);
-    view = as_bytes(copy);
+    copy = read_all(file.descriptor(), path);
+    view = copy.view();
 }
 
 file_view_t::~file_view_t() {

@@ -25,7 +25,7 @@ class file_view_t {
   private:
     bytes_t view;
     void* mapping = nullptr;
-    std::string copy;
+    secret_t copy;
 };
 
 /// One DER encoding out of a file.

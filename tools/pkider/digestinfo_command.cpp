@@ -45,13 +45,13 @@ pki_alg_t read_hash_name(const std::string& name) {
 
 std::string read_digest(const wrap_options_t& options) {
     if (options.digest_hex) {
-        auto digest = from_hex(*options.digest_hex);
+        const auto digest = from_hex(*options.digest_hex);
         if (!digest) throw usage_fault_t("not hex");
-        return *digest;
+        return std::string(digest->text());
     }
-    const std::vector<block_t> blocks = read_blocks(read_file(options.file), options.form);
+    const std::vector<block_t> blocks = read_blocks(read_file(options.file).text(), options.form);
     if (!blocks.front().fault.empty()) throw data_fault_t(blocks.front().fault);
-    return blocks.front().der;
+    return std::string(blocks.front().der.text());
 }
 
 std::string wrap_digest(std::string digest, pki_alg_t hash, bool any_size) {

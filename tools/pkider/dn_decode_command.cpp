@@ -21,8 +21,8 @@ struct options_t {
 };
 
 // The Name's own bytes; the library ignores what stands behind them.
-bytes_t cut_to_name(const std::string& source, const std::string& der) {
-    der_cursor_t cursor(as_bytes(der));
+bytes_t cut_to_name(const std::string& source, bytes_t der) {
+    der_cursor_t cursor(der);
     const bytes_t name = cursor.next(asn_tag_t::SEQUENCE, "a Name (a SEQUENCE)").whole;
     if (!cursor.at_end())
         report_note(source + ": " + std::to_string(der.size() - name.size()) + " bytes behind the name");
@@ -33,8 +33,8 @@ exit_code_t decode(const options_t& options) {
     const map_in_force_t map(options.map);
     json_array_t json(options.form);
     const auto decode_block = [&](const std::string& file, const block_t& block) {
-        const std::string name = print_name(as_bytes(block.der), map.handle(), options.reversed);
-        const std::string_view der = as_text(cut_to_name(block_name(file, block), block.der));
+        const std::string name = print_name(block.der.view(), map.handle(), options.reversed);
+        const std::string_view der = as_text(cut_to_name(block_name(file, block), block.der.view()));
         if (options.form == output_form_t::json) {
             json_t result = json_source(file, block);
             result["name"] = json_text(name);

@@ -53,8 +53,9 @@ std::string to_hex(std::string_view bytes) {
 }
 
 std::string to_base64(std::string_view bytes, std::size_t width) {
+    const std::size_t num_digits = (bytes.size() + 2) / 3 * 4;
     std::string out;
-    out.reserve((bytes.size() + 2) / 3 * 4);
+    out.reserve(num_digits + (width == 0 ? 0 : num_digits / width)); // once: an outgrown buffer would not be wiped
     std::size_t in_line = 0;
     const auto put = [&](char digit) {
         if (width != 0 && in_line == width) {
@@ -75,9 +76,9 @@ std::string to_base64(std::string_view bytes, std::size_t width) {
     return out;
 }
 
-std::optional<std::string> from_hex(std::string_view text) {
-    std::string out;
-    out.reserve(text.size() / 2);
+std::optional<secret_t> from_hex(std::string_view text) {
+    secret_t out(text.size() / 2);
+    std::size_t size = 0;
     for (std::size_t i = 0; i < text.size();) {
         if (is_space(text[i]) || text[i] == ':') {
             ++i;
@@ -86,15 +87,17 @@ std::optional<std::string> from_hex(std::string_view text) {
         const int high = hex_value(text[i]);
         const int low = i + 1 < text.size() ? hex_value(text[i + 1]) : no_digit;
         if (high < 0 || low < 0) return std::nullopt;
-        out += static_cast<char>(high << 4 | low);
+        out.data()[size++] = static_cast<std::uint8_t>(high << 4 | low);
         i += 2;
     }
+    out.resize(size);
     return out;
 }
 
-std::optional<std::string> from_base64(std::string_view text) {
-    std::string out;
-    out.reserve(text.size() / 4 * 3);
+std::optional<secret_t> from_base64(std::string_view text) {
+    secret_t out(text.size() / 4 * 3);
+    std::size_t size = 0;
+    const auto put = [&](std::uint32_t byte) { out.data()[size++] = static_cast<std::uint8_t>(byte); };
     std::uint32_t bits = 0;
     std::size_t digits = 0; // of the group of four
     std::size_t padding = 0;
@@ -108,19 +111,20 @@ std::optional<std::string> from_base64(std::string_view text) {
         if (value < 0 || padding != 0) return std::nullopt;
         bits = bits << 6 | static_cast<std::uint32_t>(value);
         if (++digits < 4) continue;
-        out += {static_cast<char>(bits >> 16), static_cast<char>(bits >> 8), static_cast<char>(bits)};
+        for (const int shift : {16, 8, 0}) put(bits >> shift);
         bits = 0;
         digits = 0;
     }
-    if (digits == 0) return padding == 0 ? std::optional(std::move(out)) : std::nullopt;
-    if (digits + padding != 4 || digits == 1) return std::nullopt;
+    const std::size_t wanted_padding = digits == 0 ? 0 : 4 - digits;
+    if (digits == 1 || padding != wanted_padding) return std::nullopt;
     if (digits == 2) {
         if ((bits & 0x0F) != 0) return std::nullopt;
-        out += static_cast<char>(bits >> 4);
-    } else {
+        put(bits >> 4);
+    } else if (digits == 3) {
         if ((bits & 0x03) != 0) return std::nullopt;
-        out += {static_cast<char>(bits >> 10), static_cast<char>(bits >> 2)};
+        for (const int shift : {10, 2}) put(bits >> shift);
     }
+    out.resize(size);
     return out;
 }
 

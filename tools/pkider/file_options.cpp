@@ -72,13 +72,13 @@ void write_blocks(const file_options_t& options, std::span<const written_block_t
     const wipe_guard_t wipe_bytes(bytes);
     const auto read_back = [&](std::string_view on_disk) {
         const input_form_t form = options.form == written_form_t::pem ? input_form_t::pem : input_form_t::der;
-        std::vector<block_t> read = read_blocks(on_disk, form);
+        const std::vector<block_t> read = read_blocks(on_disk, form);
         bool equal = read.size() == blocks.size();
         for (std::size_t i = 0; equal && i < read.size(); ++i) {
-            equal = read[i].der == blocks[i].der && (form == input_form_t::der || read[i].label == blocks[i].label);
-            if (equal && look) look(read[i].der);
+            equal =
+                read[i].der.text() == blocks[i].der && (form == input_form_t::der || read[i].label == blocks[i].label);
+            if (equal && look) look(read[i].der.text());
         }
-        for (block_t& block : read) wipe(block.der);
         if (!equal) throw failure_t(exit_code_t::internal, "what was written does not read back");
     };
 

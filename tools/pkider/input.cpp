@@ -9,11 +9,7 @@
 
 #include <unistd.h>
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <map>
-#include <memory>
 #include <optional>
 
 namespace tool {
@@ -24,12 +20,6 @@ const std::map<std::string, input_form_t> form_names = {{"pem", input_form_t::pe
                                                         {"hex", input_form_t::hex},
                                                         {"base64", input_form_t::base64}};
 
-struct file_closer_t {
-    void operator()(std::FILE* file) const {
-        if (file != stdin) std::fclose(file);
-    }
-};
-
 bool is_text(std::string_view bytes) {
     for (const char c : bytes) {
         const bool graphic = c >= 0x20 && c < 0x7F;
@@ -38,10 +28,16 @@ bool is_text(std::string_view bytes) {
     return true;
 }
 
-std::string decode(std::optional<std::string> decoded, const char* form) {
+secret_t decode(std::optional<secret_t> decoded, const char* form) {
     if (!decoded) throw data_fault_t(std::string("not ") + form);
     if (decoded->empty()) throw data_fault_t("empty input");
     return std::move(*decoded);
+}
+
+std::vector<block_t> one_block(secret_t der) {
+    std::vector<block_t> blocks(1);
+    blocks[0].der = std::move(der);
+    return blocks;
 }
 
 bool is_hex_and_no_file(const std::string& argument) {
@@ -68,20 +64,6 @@ void add_input_option(CLI::App& command, input_form_t& form) {
         ->type_name("FORM");
 }
 
-std::string read_file(const std::string& path) {
-    const std::unique_ptr<std::FILE, file_closer_t> file(path == "-" ? stdin : std::fopen(path.c_str(), "rb"));
-    if (!file) throw file_trouble_t(path, std::strerror(errno));
-    std::string bytes;
-    char chunk[1 << 16];
-    while (const std::size_t size = std::fread(chunk, 1, sizeof chunk, file.get())) bytes.append(chunk, size);
-    if (std::ferror(file.get())) throw file_trouble_t(input_name(path), std::strerror(errno));
-    return bytes;
-}
-
-std::string input_name(const std::string& path) {
-    return path == "-" ? "standard input" : path;
-}
-
 input_form_t guess_form(std::string_view bytes) {
     // No text has a byte of the form 10xxxxxx behind a character of one byte, and so a long form of length shows DER
     // without a look at the rest of a file that may be large.
@@ -105,11 +87,11 @@ std::vector<block_t> read_blocks(std::string_view bytes, input_form_t form) {
         return blocks;
     }
     case input_form_t::hex:
-        return {{{}, 0, decode(from_hex(text), "hex"), {}}};
+        return one_block(decode(from_hex(text), "hex"));
     case input_form_t::base64:
-        return {{{}, 0, decode(from_base64(text), guessed ? "PEM, DER, hex or base64" : "base64"), {}}};
+        return one_block(decode(from_base64(text), guessed ? "PEM, DER, hex or base64" : "base64"));
     default:
-        return {{{}, 0, std::string(bytes), {}}};
+        return one_block(secret_t(bytes));
     }
 }
 
@@ -124,7 +106,7 @@ json_t json_source(const std::string& input, const block_t& block) {
 }
 
 exit_code_t for_each_input(const std::vector<std::string>& files, json_array_t& json,
-                           const std::function<exit_code_t(const std::string&, const std::string&)>& work,
+                           const std::function<exit_code_t(const std::string&, std::string_view)>& work,
                            arguments_t arguments) {
     const std::vector<std::string> standard_input{"-"};
     exit_code_t worst = exit_code_t::done;
@@ -135,8 +117,8 @@ exit_code_t for_each_input(const std::vector<std::string>& files, json_array_t& 
             continue;
         }
         const std::string name = input_name(file);
-        worst =
-            worse(worst, guarded(name, json, {{"file", json_text(name)}}, [&] { return work(name, read_file(file)); }));
+        worst = worse(worst, guarded(name, json, {{"file", json_text(name)}},
+                                     [&] { return work(name, read_file(file).text()); }));
     }
     return worst;
 }
@@ -144,7 +126,7 @@ exit_code_t for_each_input(const std::vector<std::string>& files, json_array_t& 
 exit_code_t for_each_block(const std::vector<std::string>& files, input_form_t form, json_array_t& json,
                            const std::function<exit_code_t(const std::string&, const block_t&)>& work,
                            arguments_t arguments) {
-    const auto work_on_blocks = [&](const std::string& name, const std::string& bytes) {
+    const auto work_on_blocks = [&](const std::string& name, std::string_view bytes) {
         exit_code_t worst = exit_code_t::done;
         for (const block_t& block : read_blocks(bytes, form)) {
             const exit_code_t code = guarded(block_name(name, block), json, json_source(name, block), [&] {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tools/pkider/exit_codes.h"
+#include "tools/pkider/file_input.h"
 #include "tools/pkider/output.h"
 #include "tools/pkider/pem.h"
 
@@ -28,12 +29,6 @@ void add_file_argument(CLI::App& command, std::string& file, const std::string& 
 /// Adds `--in FORM`.
 void add_input_option(CLI::App& command, input_form_t& form);
 
-/// The whole file; `-` is standard input. Throws file_trouble_t.
-std::string read_file(const std::string& path);
-
-/// How a file is called in messages.
-std::string input_name(const std::string& path);
-
 /// PEM when a line begins a block; bytes that are no text are DER; else hex when all digits are hex digits; else
 /// base64. A byte order mark in front of a text is none of it.
 input_form_t guess_form(std::string_view bytes);
@@ -56,7 +51,7 @@ enum class arguments_t {
 /// Works on every file, standard input when there is none. A failure of one is reported under the name of its input and
 /// the others are still worked on. The worst code is the answer.
 exit_code_t for_each_input(const std::vector<std::string>& files, json_array_t& json,
-                           const std::function<exit_code_t(const std::string& name, const std::string& bytes)>& work,
+                           const std::function<exit_code_t(const std::string& name, std::string_view bytes)>& work,
                            arguments_t arguments = arguments_t::files);
 
 /// Works on every readable block of every file in the same way; a faulty block is reported.

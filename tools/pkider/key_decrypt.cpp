@@ -3,10 +3,10 @@
 #include "tools/pkider/failure.h"
 #include "tools/pkider/faults.h"
 #include "tools/pkider/file_options.h"
+#include "tools/pkider/key_block.h"
 #include "tools/pkider/key_command.h"
 #include "tools/pkider/pbe_setup.h"
 #include "tools/pkider/secret.h"
-#include "tools/pkider/secret_block.h"
 
 #include <memory>
 
@@ -21,12 +21,12 @@ struct options_t {
 };
 
 exit_code_t decrypt(const options_t& options) {
-    const secret_block_t input(options.file, options.form, "ENCRYPTED PRIVATE KEY");
-    const encrypted_key_t key = read_encrypted_key(as_bytes(input.der()));
+    const block_t input = read_key_block(options.file, options.form, "ENCRYPTED PRIVATE KEY");
+    const encrypted_key_t key = read_encrypted_key(input.der.view());
     check_decryptable(key);
     gost_pbe_t crypto =
         make_pbe(options.password, read_password(options.password, "Password of " + input_name(options.file)));
-    std::string plain = decrypt_key(key, as_bytes(input.der()), crypto);
+    std::string plain = decrypt_key(key, input.der.view(), crypto);
     const wipe_guard_t wipe_plain(plain);
     const written_block_t block{"PRIVATE KEY", plain};
     write_blocks(options.output, {&block, 1});

@@ -2,11 +2,11 @@
 #include "tools/pkider/failure.h"
 #include "tools/pkider/faults.h"
 #include "tools/pkider/file_options.h"
+#include "tools/pkider/key_block.h"
 #include "tools/pkider/key_command.h"
 #include "tools/pkider/pbe_setup.h"
 #include "tools/pkider/private_key.h"
 #include "tools/pkider/secret.h"
-#include "tools/pkider/secret_block.h"
 
 #include <memory>
 
@@ -21,15 +21,15 @@ struct options_t {
     uint32_t iterations = default_iterations;
 };
 
-void check_key(const secret_block_t& input) {
-    if (input.label() == "ENCRYPTED PRIVATE KEY") throw data_fault_t("the key is encrypted already");
-    const private_key_t key = read_private_key(as_bytes(input.der()));
+void check_key(const block_t& input) {
+    if (input.label == "ENCRYPTED PRIVATE KEY") throw data_fault_t("the key is encrypted already");
+    const private_key_t key = read_private_key(input.der.view());
     if (!key.is_gost) throw data_fault_t("no GOST key: " + private_key_line(key));
     if (!key.gost) throw data_fault_t("the key lacks its inner OCTET STRING; 'pkider key wrap' puts it around the key");
 }
 
 /// Decrypts what was written, by what stands in it, and compares.
-void compare(const std::string& meant, std::string_view der, gost_pbe_t& crypto) {
+void compare(std::string_view meant, std::string_view der, gost_pbe_t& crypto) {
     pkcs8_encrypted_pki_gost_t record;
     std::string plain;
     const wipe_guard_t wipe_plain(plain);
@@ -41,7 +41,7 @@ void compare(const std::string& meant, std::string_view der, gost_pbe_t& crypto)
 }
 
 exit_code_t encrypt(const options_t& options) {
-    const secret_block_t input(options.file, options.form, "PRIVATE KEY");
+    const block_t input = read_key_block(options.file, options.form, "PRIVATE KEY");
     check_key(input);
     secret_t password = read_password(
         options.password, "New password of " + (options.output.path.empty() ? "the key" : options.output.path),
@@ -50,10 +50,10 @@ exit_code_t encrypt(const options_t& options) {
 
     pkcs8_encrypted_pki_gost_t record;
     std::string storage, der;
-    crypto.encrypt_key(as_bytes(input.der()), record, storage);
+    crypto.encrypt_key(input.der.view(), record, storage);
     asn_write_pkcs8_encrypted_pki_gost(record, der);
     const written_block_t block{"ENCRYPTED PRIVATE KEY", der};
-    write_blocks(options.output, {&block, 1}, [&](std::string_view read) { compare(input.der(), read, crypto); });
+    write_blocks(options.output, {&block, 1}, [&](std::string_view read) { compare(input.der.text(), read, crypto); });
     return exit_code_t::done;
 }
 

@@ -3,10 +3,10 @@
 #include "tools/pkider/failure.h"
 #include "tools/pkider/faults.h"
 #include "tools/pkider/file_options.h"
+#include "tools/pkider/key_block.h"
 #include "tools/pkider/key_command.h"
 #include "tools/pkider/private_key.h"
 #include "tools/pkider/secret.h"
-#include "tools/pkider/secret_block.h"
 
 #include <algorithm>
 #include <map>
@@ -67,8 +67,8 @@ std::string wrap_info(bytes_t info) {
 }
 
 exit_code_t wrap(const options_t& options) {
-    const secret_block_t input(options.file, options.form, "PRIVATE KEY");
-    const bytes_t given = as_bytes(input.der());
+    const block_t input = read_key_block(options.file, options.form, "PRIVATE KEY");
+    const bytes_t given = input.der.view();
     std::string wrapped = options.kind ? wrap_octets(given, *options.kind) : wrap_info(given);
     const wipe_guard_t wipe_wrapped(wrapped);
 

@@ -3,6 +3,7 @@ target_sources(pkider_tool_support PRIVATE
   encrypted_key.cpp
   file_options.cpp
   file_output.cpp
+  key_block.cpp
   key_decrypt.cpp
   key_encrypt.cpp
   key_show_private.cpp
@@ -20,5 +21,4 @@ target_sources(pkider_tool_support PRIVATE
   pbe_setup.cpp
   private_key.cpp
   progress_note.cpp
-  secret_block.cpp
   terminal_prompt.cpp)

@@ -70,7 +70,7 @@ json_t json_verdict(const map_line_t& line, const verdict_t& verdict) {
     return result;
 }
 
-exit_code_t check_file(const std::string& file, const std::string& text, const options_t& options, json_array_t& json) {
+exit_code_t check_file(const std::string& file, std::string_view text, const options_t& options, json_array_t& json) {
     const std::vector<map_line_t> builtin =
         read_map_lines("built-in", options.alone ? std::string_view() : builtin_map_text);
     const std::vector<map_line_t> lines = read_map_lines(file, text);
@@ -97,7 +97,7 @@ exit_code_t check_file(const std::string& file, const std::string& text, const o
 
 exit_code_t check(const options_t& options) {
     json_array_t json(options.form);
-    const exit_code_t code = for_each_input(options.files, json, [&](const std::string& file, const std::string& text) {
+    const exit_code_t code = for_each_input(options.files, json, [&](const std::string& file, std::string_view text) {
         return check_file(file, text, options, json);
     });
     json.end();

@@ -27,18 +27,18 @@ struct answer_t {
     const char* found_by = nullptr;
 };
 
-const OIDdescr_t* find_contents(oid_map_handle_t map, const std::optional<std::string>& contents) {
-    if (!contents) return nullptr;
-    const bytes_t bytes = as_bytes(*contents);
-    return oid_map_find_asn(map, bytes.data(), bytes.size());
+const OIDdescr_t* find_contents(oid_map_handle_t map, bytes_t contents) {
+    return oid_map_find_asn(map, contents.data(), contents.size());
 }
 
 answer_t find(oid_map_handle_t map, const std::string& value) {
     if (const OIDdescr_t* const entry = oid_map_find_sn(map, value.data(), value.size())) return {entry, "short name"};
     if (const OIDdescr_t* const entry = oid_map_find_str(map, value.data(), value.size()))
         return {entry, "dotted text"};
-    if (const OIDdescr_t* const entry = find_contents(map, oid_contents(value))) return {entry, "contents"};
-    if (const OIDdescr_t* const entry = find_contents(map, from_hex(value))) return {entry, "contents"};
+    const std::string encoded = oid_contents(value).value_or("");
+    const secret_t decoded = from_hex(value).value_or(secret_t());
+    if (const OIDdescr_t* const entry = find_contents(map, as_bytes(encoded))) return {entry, "contents"};
+    if (const OIDdescr_t* const entry = find_contents(map, decoded.view())) return {entry, "contents"};
     return {};
 }
 

@@ -1,7 +1,7 @@
 // pkider map list: the entries of the map in force, in the order in which they take their keys.
 #include "tools/pkider/builtin_map.h"
 #include "tools/pkider/encodings.h"
-#include "tools/pkider/input.h"
+#include "tools/pkider/file_input.h"
 #include "tools/pkider/map_command.h"
 #include "tools/pkider/map_options.h"
 #include "tools/pkider/map_reach.h"
@@ -27,10 +27,11 @@ struct map_text_t {
 std::list<map_text_t> texts_in_force(const map_options_t& options) {
     const map_text_t builtin{"built-in", std::string(builtin_map_text)};
     if (options.none) return {};
-    if (!options.map_file.empty()) return {{input_name(options.map_file), read_file(options.map_file)}};
+    if (!options.map_file.empty())
+        return {{input_name(options.map_file), std::string(read_file(options.map_file).text())}};
     if (options.config_dir.empty()) return {builtin};
     const std::string file = config_file_path(options.config_dir);
-    return {builtin, {file, read_file(file)}};
+    return {builtin, {file, std::string(read_file(file).text())}};
 }
 
 std::string pad(const std::string& text, std::size_t width) {

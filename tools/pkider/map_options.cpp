@@ -1,6 +1,6 @@
 #include "tools/pkider/map_options.h"
 
-#include "tools/pkider/input.h"
+#include "tools/pkider/file_input.h"
 
 #include <CLI/CLI.hpp>
 
@@ -40,8 +40,8 @@ map_in_force_t::map_in_force_t(const map_options_t& options) : map(OID_MAP_HANDL
     if (options.none) {
         map = {};
     } else if (!options.map_file.empty()) {
-        const std::string text = read_file(options.map_file);
-        map = oid_map_parse(text.data(), text.size());
+        const secret_t file = read_file(options.map_file);
+        map = oid_map_parse(file.text().data(), file.size());
         owned = true;
     } else if (!options.config_dir.empty()) {
         map = default_file_map(options.config_dir);

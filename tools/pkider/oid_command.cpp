@@ -59,7 +59,7 @@ std::string read_name(oid_map_handle_t map, const std::string& value) {
 std::string read_hex(const std::string& value) {
     const auto contents = from_hex(value);
     if (!contents || contents->empty()) throw data_fault_t("not hex digits");
-    return *contents;
+    return std::string(contents->text());
 }
 
 std::string read_der(const std::string& value) {
@@ -88,7 +88,9 @@ reading_t read_value(oid_map_handle_t map, const std::string& value, oid_form_t 
     if (has_dot && value.find_first_not_of("0123456789.") == std::string::npos) {
         return {oid_form_t::dotted, read_dotted(value)};
     }
-    if (const auto contents = from_hex(value); contents && !contents->empty()) return {oid_form_t::hex, *contents};
+    if (const auto contents = from_hex(value); contents && !contents->empty()) {
+        return {oid_form_t::hex, std::string(contents->text())};
+    }
     throw data_fault_t("neither dotted text nor a known short name nor hex digits");
 }
 

@@ -32,28 +32,21 @@ struct options_t {
     password_options_t password;
 };
 
-/// Keys and certificates that were read, wiped in the end; and the record that points into them.
+/// Keys and certificates that were read, and the record that points into them.
 struct items_t {
-    std::list<std::string> data;
+    std::list<secret_t> data;
     pkcs12_easy_t content;
-
-    items_t() = default;
-    items_t(const items_t&) = delete;
-    items_t& operator=(const items_t&) = delete;
-    ~items_t() {
-        for (std::string& each : data) wipe(each);
-    }
 };
 
 void check_item(pkcs12_item_type_t type, const block_t& block) {
     if (!block.fault.empty()) throw data_fault_t(block.fault);
     if (type == PKCS12_ITEM_CERT) {
-        certificate_subject(as_bytes(block.der), {});
+        certificate_subject(block.der.view(), {});
         return;
     }
     if (block.label == "ENCRYPTED PRIVATE KEY")
         throw data_fault_t("the key is encrypted; 'pkider key decrypt' opens it");
-    read_private_key(as_bytes(block.der));
+    read_private_key(block.der.view());
 }
 
 /// Whether a block of a file belongs to what is taken from it: a PEM file may hold both kinds.
@@ -62,9 +55,9 @@ bool is_of_type(pkcs12_item_type_t type, const block_t& block) {
     return block.label.ends_with("PRIVATE KEY") == (type == PKCS12_ITEM_KEY);
 }
 
-void add_item(const source_t& source, bool first, std::string der, const options_t& options, items_t& items) {
+void add_item(const source_t& source, bool first, secret_t der, const options_t& options, items_t& items) {
     items.data.push_back(std::move(der));
-    const bytes_t data = as_bytes(items.data.back());
+    const bytes_t data = items.data.back().view();
     pkcs12_item_t item;
     item.type = source.type;
     item.data = data.data();
@@ -80,11 +73,9 @@ void add_item(const source_t& source, bool first, std::string der, const options
 }
 
 void add_source(const source_t& source, const options_t& options, items_t& items) {
-    std::string bytes = read_file(source.path);
-    const wipe_guard_t wipe_bytes(bytes);
+    const secret_t bytes = read_file(source.path);
     std::size_t added = 0;
-    for (block_t& block : read_blocks(bytes, input_form_t::guess)) {
-        const wipe_guard_t wipe_der(block.der);
+    for (block_t& block : read_blocks(bytes.text(), input_form_t::guess)) {
         if (!is_of_type(source.type, block)) continue;
         check_item(source.type, block);
         add_item(source, added++ == 0, std::move(block.der), options, items);
@@ -178,9 +169,9 @@ void add_source_options(CLI::App& command, options_t& options) {
         latest(options, "--name").friendly_name = utf16;
     });
     add("--id", "HEX", "Local key id of the key or (first) certificate before it", [&](const std::string& text) {
-        const std::optional<std::string> id = from_hex(text);
+        const auto id = from_hex(text);
         if (!id || id->empty()) throw CLI::ValidationError("--id", "is not hex digits");
-        latest(options, "--id").local_key_id = *id;
+        latest(options, "--id").local_key_id = id->text();
     });
 }
 

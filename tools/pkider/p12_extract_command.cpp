@@ -84,13 +84,13 @@ exit_code_t extract(const options_t& options, const std::string& name, bytes_t f
 
 exit_code_t run(const options_t& options) {
     if (!options.output.path.empty()) check_output_file(options.output.path, options.output.force);
-    const std::string bytes = read_file(options.file);
+    const secret_t bytes = read_file(options.file);
     const std::string name = input_name(options.file);
     return guarded(name, [&] {
-        const std::vector<block_t> blocks = read_blocks(bytes, options.form);
+        const std::vector<block_t> blocks = read_blocks(bytes.text(), options.form);
         if (blocks.size() != 1) throw data_fault_t("more than one block in it");
         if (!blocks[0].fault.empty()) throw data_fault_t(blocks[0].fault);
-        return extract(options, name, as_bytes(blocks[0].der));
+        return extract(options, name, blocks[0].der.view());
     });
 }
 

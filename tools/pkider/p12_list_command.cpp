@@ -98,7 +98,7 @@ exit_code_t run(const options_t& options) {
     json_array_t results(options.output);
     const exit_code_t code =
         for_each_block(options.files, options.form, results, [&](const std::string& name, const block_t& block) {
-            const bytes_t file = as_bytes(block.der);
+            const bytes_t file = block.der.view();
             const pfx_t pfx = read_pfx(file);
             gost_pbe_t crypto = make_pbe(options.password, password.get(name));
             const p12_reading_t reading = read_p12(file, crypto);

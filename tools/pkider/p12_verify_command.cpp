@@ -20,7 +20,7 @@ exit_code_t run(const options_t& options) {
     password_once_t password(options.password);
     json_array_t no_json(output_form_t::text);
     return for_each_block(options.files, options.form, no_json, [&](const std::string& name, const block_t& block) {
-        const pfx_t pfx = read_pfx(as_bytes(block.der));
+        const pfx_t pfx = read_pfx(block.der.view());
         gost_pbe_t crypto = make_pbe(options.password, password.get(name));
         check_mac(pfx, crypto);
         print(printable(name) + ": the MAC is right: " + mac_text(pfx.mac, crypto.mac_form()) + "\n");

@@ -2,11 +2,11 @@
 
 #include "tools/pkider/count_option.h"
 #include "tools/pkider/failure.h"
+#include "tools/pkider/file_input.h"
 #include "tools/pkider/terminal_prompt.h"
 
 #include <CLI/CLI.hpp>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -18,10 +18,6 @@ namespace {
 
 constexpr std::size_t max_password_size = 4096;
 
-std::string errno_text() {
-    return std::generic_category().message(errno);
-}
-
 /// The first line. Read byte by byte, so that what follows it in a pipe is left for others.
 secret_t read_line(int fd, const std::string& source) {
     secret_t line(max_password_size);
@@ -30,23 +26,13 @@ secret_t read_line(int fd, const std::string& source) {
         uint8_t byte = 0;
         const ssize_t got = read(fd, &byte, 1);
         if (got < 0 && errno == EINTR) continue;
-        if (got < 0) throw file_trouble_t(source, errno_text());
+        if (got < 0) throw file_trouble_t(source, std::generic_category().message(errno));
         if (got == 0 || byte == '\n') break;
         if (size == max_password_size) throw data_fault_t(source + ": password of more than 4096 bytes");
         line.data()[size++] = byte;
     }
     if (size > 0 && line.data()[size - 1] == '\r') --size;
     return secret_t(line.view().first(size));
-}
-
-secret_t read_file(const std::string& path) {
-    const int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-    if (fd < 0) throw file_trouble_t(path, errno_text());
-    struct closer_t {
-        int fd;
-        ~closer_t() { close(fd); }
-    } const closer{fd};
-    return read_line(fd, path);
 }
 
 secret_t ask(const std::string& prompt, password_use_t use) {
@@ -81,7 +67,7 @@ void add_password_options(CLI::App& command, password_options_t& options) {
 }
 
 secret_t read_password(const password_options_t& options, const std::string& prompt, password_use_t use) {
-    if (!options.file.empty()) return read_file(options.file);
+    if (!options.file.empty()) return read_line(open_file_t(options.file).descriptor(), options.file);
     if (options.fd >= 0) return read_line(options.fd, "descriptor " + std::to_string(options.fd));
     if (const char* const value = std::getenv("PKIDER_PASSWORD")) return secret_t(std::string_view(value));
     return ask(prompt, use);

@@ -50,18 +50,22 @@ std::optional<std::string_view> label_in(std::string_view line, std::string_view
     return line.substr(mark.size(), line.size() - mark.size() - dashes.size());
 }
 
+// Decoded where it stands: a copy of the digits would be one more copy of a private key.
+std::string_view between(const char* first, const char* end) {
+    return first == nullptr ? std::string_view() : std::string_view(first, end);
+}
+
 // Everything up to the END line, or up to the next block when there is none. Headers in the manner of RFC 1421
 // (`Proc-Type: ...`) are stepped over.
 block_t read_block(std::string_view label, lines_t& lines) {
     block_t block{std::string(label), lines.number, {}, {}};
-    std::string digits;
     std::string_view line;
-    bool in_headers = true;
+    const char* first_digit = nullptr;
     while (lines.next(line)) {
         if (const auto end_label = label_in(line, end_mark)) {
             if (*end_label != label) {
                 block.fault = "END line " + std::to_string(lines.number) + " names another label";
-            } else if (auto der = from_base64(digits)) {
+            } else if (auto der = from_base64(between(first_digit, line.data()))) {
                 block.der = std::move(*der);
             } else {
                 block.fault = "the base64 digits are faulty";
@@ -72,9 +76,8 @@ block_t read_block(std::string_view label, lines_t& lines) {
             lines.back();
             break;
         }
-        if (in_headers && (line.empty() || line.find(':') != std::string_view::npos)) continue;
-        in_headers = false;
-        digits += line;
+        const bool may_be_header = line.empty() || line.find(':') != std::string_view::npos;
+        if (first_digit == nullptr && !may_be_header) first_digit = line.data();
     }
     block.fault = "no END line";
     return block;

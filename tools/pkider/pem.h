@@ -1,6 +1,8 @@
 // PEM text (RFC 7468): blocks of base64 between BEGIN and END lines, anything else between the blocks.
 #pragma once
 
+#include "tools/pkider/secret.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -12,7 +14,7 @@ namespace tool {
 struct block_t {
     std::string label;    // `CERTIFICATE`; empty when the input was not PEM
     std::size_t line = 0; // of its BEGIN line, counted from 1; 0 when the input was not PEM
-    std::string der;      // empty when there is a fault
+    secret_t der;         // empty when there is a fault
     std::string fault;    // why the block cannot be read, else empty
 };
 

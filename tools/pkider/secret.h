@@ -4,6 +4,7 @@
 //     derive(key.data(), key.size());   // an exception from here on leaves no key behind
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 #include <span>
@@ -28,7 +29,7 @@ inline void wipe(std::string& text) noexcept {
     text.clear();
 }
 
-/// Bytes of fixed size that are wiped at the end of their life. Moved, never copied: there is only ever one of them.
+/// Bytes that are wiped at the end of their life. Moved, never copied: there is only ever one of them.
 class secret_t {
   public:
     secret_t() = default;
@@ -44,6 +45,19 @@ class secret_t {
     secret_t(const secret_t&) = delete;
     secret_t& operator=(const secret_t&) = delete;
     ~secret_t() { wipe(bytes_.data(), bytes_.size()); }
+
+    /// Cuts the end off, or puts zeros behind it. What is cut off, or left at the old place when all move, is wiped.
+    void resize(std::size_t size) {
+        if (size > bytes_.capacity()) {
+            secret_t larger;
+            larger.bytes_.reserve(std::max(size, 2 * bytes_.size()));
+            larger.bytes_.assign(bytes_.begin(), bytes_.end());
+            bytes_.swap(larger.bytes_);
+        } else if (size < bytes_.size()) {
+            wipe(bytes_.data() + size, bytes_.size() - size);
+        }
+        bytes_.resize(size);
+    }
 
     uint8_t* data() { return bytes_.data(); }
     const uint8_t* data() const { return bytes_.data(); }

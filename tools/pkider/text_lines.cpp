@@ -2,7 +2,7 @@
 
 #include "tools/pkider/failure.h"
 #include "tools/pkider/faults.h"
-#include "tools/pkider/input.h"
+#include "tools/pkider/file_input.h"
 
 namespace tool {
 namespace {
@@ -13,12 +13,13 @@ struct line_t {
 };
 
 void add_standard_input(std::vector<line_t>& lines) {
-    const std::string text = read_file("-");
+    const secret_t input = read_file("-");
+    const std::string_view text = input.text();
     std::size_t number = 0;
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find('\n', begin), text.size());
         const bool carriage_return = end < text.size() && end > begin && text[end - 1] == '\r';
-        lines.push_back({text.substr(begin, end - begin - (carriage_return ? 1 : 0)),
+        lines.push_back({std::string(text.substr(begin, end - begin - (carriage_return ? 1 : 0))),
                          input_name("-") + ":" + std::to_string(++number)});
         begin = end + 1;
     }

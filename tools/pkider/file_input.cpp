@@ -1,0 +1,52 @@
+#include "tools/pkider/file_input.h"
+
+#include "tools/pkider/failure.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <system_error>
+
+namespace tool {
+namespace {
+
+[[noreturn]] void fail(const std::string& name) {
+    throw file_trouble_t(name, std::generic_category().message(errno));
+}
+
+} // namespace
+
+open_file_t::open_file_t(const std::string& path) : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (descriptor_ < 0) fail(path);
+}
+
+open_file_t::~open_file_t() {
+    close(descriptor_);
+}
+
+secret_t read_all(int descriptor, const std::string& name) {
+    constexpr std::size_t chunk_size = 1 << 16;
+    secret_t bytes;
+    for (std::size_t size = 0;;) {
+        bytes.resize(size + chunk_size);
+        const ssize_t got = read(descriptor, bytes.data() + size, chunk_size);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) fail(name);
+        size += static_cast<std::size_t>(got);
+        if (got > 0) continue;
+        bytes.resize(size);
+        return bytes;
+    }
+}
+
+secret_t read_file(const std::string& path) {
+    if (path == "-") return read_all(STDIN_FILENO, input_name(path));
+    return read_all(open_file_t(path).descriptor(), path);
+}
+
+std::string input_name(const std::string& path) {
+    return path == "-" ? "standard input" : path;
+}
+
+} // namespace tool

@@ -1,0 +1,34 @@
+// Files that are read. Any of them may hold a private key, so what was read is wiped in the end.
+#pragma once
+
+#include "tools/pkider/secret.h"
+
+#include <string>
+
+namespace tool {
+
+/// A file that is open for reading, closed on every path.
+class open_file_t {
+  public:
+    /// @throws file_trouble_t
+    explicit open_file_t(const std::string& path);
+    open_file_t(const open_file_t&) = delete;
+    open_file_t& operator=(const open_file_t&) = delete;
+    ~open_file_t();
+
+    int descriptor() const { return descriptor_; }
+
+  private:
+    int descriptor_;
+};
+
+/// All that is left to be read from the descriptor; failures call it `name`. @throws file_trouble_t
+secret_t read_all(int descriptor, const std::string& name);
+
+/// The whole file; `-` is standard input. @throws file_trouble_t
+secret_t read_file(const std::string& path);
+
+/// How a file is called in messages.
+std::string input_name(const std::string& path);
+
+} // namespace tool
