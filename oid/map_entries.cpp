@@ -1,7 +1,6 @@
 #include "oid/map_entries.h"
 
 #include "oid/codec.h"
-#include "oid/map_text.h"
 #include "platform/ascii.h"
 
 #include <algorithm>
@@ -16,38 +15,13 @@ char* put_text(std::string_view text, char* at) {
     return at + 1;
 }
 
-// One block an entry: the record, then contents, dotted text, NUL, short name, NUL, long name, NUL.
-const OIDdescr_t* make_entry(const oid_map_line_t& line, const uint8_t* contents, uint64_t contents_len) {
-    const uint64_t strings_size = contents_len + line.oid.size() + line.short_name.size() + line.long_name.size() + 3;
-    void* const block = ::operator new(sizeof(OIDdescr_t) + strings_size);
-
-    auto* const asn = static_cast<uint8_t*>(block) + sizeof(OIDdescr_t);
-    char* const str = reinterpret_cast<char*>(std::copy(contents, contents + contents_len, asn));
-    char* const sn = put_text(line.oid, str);
-    char* const ln = put_text(line.short_name, sn);
-    put_text(line.long_name, ln);
-    std::transform(sn, ln, sn, ascii_upper);
-
-    return new (block)
-        OIDdescr_t{asn, contents_len, str, line.oid.size(), sn, line.short_name.size(), ln, line.long_name.size()};
-}
-
 } // namespace
 
 oid_map_entries_t::oid_map_entries_t(std::string_view text) {
-    try {
-        read_lines(text);
-        m_by_contents.build(m_entries);
-        m_by_dotted_text.build(m_entries);
-        m_by_short_name.build(m_entries);
-    } catch (...) {
-        release();
-        throw;
-    }
-}
-
-oid_map_entries_t::~oid_map_entries_t() {
-    release();
+    read_lines(text);
+    m_by_contents.build(m_entries);
+    m_by_dotted_text.build(m_entries);
+    m_by_short_name.build(m_entries);
 }
 
 const OIDdescr_t* oid_map_entries_t::find_asn(const uint8_t* asn, uint64_t length) const {
@@ -68,17 +42,29 @@ void oid_map_entries_t::read_lines(std::string_view text) {
     while (next_oid_map_line(text, line)) {
         const uint64_t contents_len = encode_oid(line.oid.data(), line.oid.data() + line.oid.size(), contents);
         if (contents_len == 0) continue;
-        m_entries.push_back(nullptr); // first, so that nothing fails between making an entry and owning it
-        const OIDdescr_t* const entry = make_entry(line, contents, contents_len);
-        m_entries.back() = entry;
+        const OIDdescr_t* const entry = make_entry(line, {contents, contents_len});
+        m_entries.push_back(entry);
         m_by_contents.add(*entry);
         m_by_dotted_text.add(*entry);
         m_by_short_name.add(*entry);
     }
 }
 
-void oid_map_entries_t::release() noexcept {
-    for (const OIDdescr_t* entry : m_entries) ::operator delete(const_cast<OIDdescr_t*>(entry));
+// The record, then contents, dotted text, NUL, short name, NUL, long name, NUL.
+const OIDdescr_t* oid_map_entries_t::make_entry(const oid_map_line_t& line, std::span<const uint8_t> contents) {
+    const uint64_t strings_size =
+        contents.size() + line.oid.size() + line.short_name.size() + line.long_name.size() + 3;
+    void* const block = m_memory.allocate(sizeof(OIDdescr_t) + strings_size, alignof(OIDdescr_t));
+
+    auto* const asn = static_cast<uint8_t*>(block) + sizeof(OIDdescr_t);
+    char* const str = reinterpret_cast<char*>(std::copy(contents.begin(), contents.end(), asn));
+    char* const sn = put_text(line.oid, str);
+    char* const ln = put_text(line.short_name, sn);
+    put_text(line.long_name, ln);
+    std::transform(sn, ln, sn, ascii_upper);
+
+    return new (block)
+        OIDdescr_t{asn, contents.size(), str, line.oid.size(), sn, line.short_name.size(), ln, line.long_name.size()};
 }
 
 } // namespace pkider

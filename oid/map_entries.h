@@ -3,10 +3,13 @@
 
 #include "oid/map_index.h"
 #include "oid/map_keys.h"
+#include "oid/map_text.h"
 
 #include <pkider/oid.h>
 
 #include <cstdint>
+#include <memory_resource>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -20,7 +23,6 @@ class oid_map_entries_t {
     explicit oid_map_entries_t(std::string_view text);
     oid_map_entries_t(const oid_map_entries_t&) = delete;
     oid_map_entries_t& operator=(const oid_map_entries_t&) = delete;
-    ~oid_map_entries_t();
 
     // Not inline: a map that finds a built-in row is to pay for nothing else.
     const OIDdescr_t* find_asn(const uint8_t* asn, uint64_t length) const;
@@ -29,9 +31,11 @@ class oid_map_entries_t {
 
   private:
     void read_lines(std::string_view text);
-    void release() noexcept;
+    const OIDdescr_t* make_entry(const oid_map_line_t& line, std::span<const uint8_t> contents);
 
-    std::vector<const OIDdescr_t*> m_entries; // in the order of the text, repeated keys included; owned
+    // Of the entries, which end together. With a block of its own for each, 100,000 lines take a quarter longer.
+    std::pmr::monotonic_buffer_resource m_memory;
+    std::vector<const OIDdescr_t*> m_entries; // in the order of the text, repeated keys included
     oid_map_index_t<by_contents_t> m_by_contents;
     oid_map_index_t<by_dotted_text_t> m_by_dotted_text;
     oid_map_index_t<by_short_name_t> m_by_short_name;
