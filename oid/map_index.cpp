@@ -10,15 +10,15 @@ namespace pkider {
 
 void oid_map_slots_t::build(std::span<const OIDdescr_t* const> entries, compare_t compare) {
     if (entries.size() > std::numeric_limits<uint32_t>::max()) throw std::length_error("pkider: OID map too long");
-    const std::size_t num_buckets = std::max<std::size_t>(2, std::bit_ceil(entries.size()));
+    const std::size_t num_buckets = std::max<std::size_t>(2, std::bit_ceil(entries.size() / 2));
     m_entries = entries;
     m_shift = 32 - std::countr_zero(num_buckets);
     m_first.assign(num_buckets + 1, 0);
     spread();
-    sort_buckets(compare);
+    sort_large_buckets(compare);
 }
 
-// Groups the slots by bucket; m_first then says where each bucket begins.
+// Groups the slots by bucket, each bucket in the order of the text; m_first then says where each one begins.
 void oid_map_slots_t::spread() {
     for (const slot_t& slot : m_slots) ++m_first[bucket_of(slot)];
     uint32_t end = 0;
@@ -29,19 +29,15 @@ void oid_map_slots_t::spread() {
     m_slots = std::move(slots);
 }
 
-// Walks over slots, not over buckets: most have one slot or none, and nobody can foretell which.
-void oid_map_slots_t::sort_buckets(compare_t compare) {
+void oid_map_slots_t::sort_large_buckets(compare_t compare) {
     const auto stands_before = [&](const slot_t& a, const slot_t& b) {
         if (a.hash != b.hash) return a.hash < b.hash;
-        const int order = compare(*entry(a), *entry(b));
+        const int order = compare(entry(a), entry(b));
         return order != 0 ? order < 0 : a.number < b.number;
     };
-    for (std::size_t i = 1; i < m_slots.size(); ++i) {
-        const std::size_t bucket = bucket_of(m_slots[i]);
-        if (bucket != bucket_of(m_slots[i - 1])) continue;
+    for (std::size_t bucket = 0; bucket + 1 < m_first.size(); ++bucket) {
         const std::span<slot_t> slots(m_slots.data() + m_first[bucket], m_slots.data() + m_first[bucket + 1]);
-        std::sort(slots.begin(), slots.end(), stands_before);
-        i = m_first[bucket + 1] - 1;
+        if (slots.size() > max_unsorted) std::sort(slots.begin(), slots.end(), stands_before);
     }
 }
 
