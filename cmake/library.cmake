@@ -47,13 +47,15 @@ else()
   endif()
 endif()
 
-# A room is a folder with a sources.cmake that names its files, and among them the hot ones: those that -O3 makes
-# quicker by a tenth or more.
+# A room is a folder with a sources.cmake that names its files. Among them are the hot ones, those that -O3 makes quicker
+# by a tenth or more, and the cold ones, which run once a file: -Os takes 8 KB off the library.
 function(pkider_add_room room)
   include(${PROJECT_SOURCE_DIR}/${room}/sources.cmake)
   list(TRANSFORM ${room}_sources PREPEND ${PROJECT_SOURCE_DIR}/${room}/)
   target_sources(pkider PRIVATE ${${room}_sources})
   target_sources(pkider_static PRIVATE ${${room}_sources})
   list(TRANSFORM ${room}_hot_sources PREPEND ${PROJECT_SOURCE_DIR}/${room}/)
+  list(TRANSFORM ${room}_cold_sources PREPEND ${PROJECT_SOURCE_DIR}/${room}/)
   set_source_files_properties(${${room}_hot_sources} PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-O3>)
+  set_source_files_properties(${${room}_cold_sources} PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-Os>)
 endfunction()
