@@ -299,6 +299,50 @@ TEST(Program, JsonIsAsciiForAnyBytes) {
     EXPECT_EQ(answer["der"], hostile_name);
 }
 
+struct input_row_t {
+    const char* name;
+    std::vector<std::string> command;
+    const char* input;
+};
+
+void PrintTo(const input_row_t& row, std::ostream* stream) {
+    *stream << row.name;
+}
+
+class ProgramHostileMap : public testing::TestWithParam<input_row_t> {};
+
+// A short name of a map may hold any byte: here an escape sequence and a byte that is no UTF-8.
+TEST_P(ProgramHostileMap, IsPrintedSafelyAndIsJson) {
+    const temp_dir_t dir;
+    dir.write(u8"map", "1.2.643.100.7 = \x1B[31M\xFF\n");
+    std::vector<std::string> arguments = GetParam().command;
+    arguments.insert(arguments.end(), {"--map", dir.utf8(u8"map")});
+    const run_result_t text = run_pkider(arguments, {.input = GetParam().input});
+    EXPECT_THAT(text.out, HasSubstr("\\1B[31M\\FF")) << text;
+    EXPECT_THAT(text.out, Not(HasSubstr("\x1B")));
+
+    arguments.push_back("--json");
+    const run_result_t json_result = run_pkider(arguments, {.input = GetParam().input});
+    EXPECT_EQ(json_result.exit_code, text.exit_code) << json_result;
+    ASSERT_TRUE(json::accept(json_result.out)) << json_result;
+    EXPECT_THAT(json_result.out, HasSubstr("\\u001b[31M\\\\FF"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Commands, ProgramHostileMap,
+                         testing::Values(input_row_t{"Der", {"der"}, "0605 2A85036407"},
+                                         input_row_t{"What", {"what"}, "3007 0605 2A85036407"},
+                                         input_row_t{"KeyShow", {"key", "show"}, "300D 3007 0605 2A85036407 0302 0001"},
+                                         input_row_t{"SigIke", {"sig", "ike"}, "3007 0605 2A85036407"},
+                                         input_row_t{"SigIkeWithParameters",
+                                                     {"sig", "ike"},
+                                                     "3018 0609 2A864886F70D01010A 300B A009 3007 0605 2A85036407"},
+                                         input_row_t{"Oid", {"oid", "--in", "hex", "-"}, "2A85036407"},
+                                         input_row_t{"MapFind", {"map", "find", "-"}, "1.2.643.100.7"},
+                                         input_row_t{"MapList", {"map", "list"}, ""},
+                                         input_row_t{
+                                             "DnDecode", {"dn", "decode"}, "300E 310C 300A 0605 2A85036407 0C01 61"}),
+                         row_name);
+
 TEST(Program, WritesNoControlCharacterOfAnArgument) {
     const run_result_t file = run_pkider({"cert", "no\x1B[31mfile"});
     EXPECT_EQ(file.err, "pkider: no\\1B[31mfile: No such file or directory\n");

@@ -62,7 +62,7 @@ std::string der_tree_t::lines(const der_node_t& node, const der_value_t& value) 
     if (value.is_string) {
         out += " \"" + printable(value.text) + "\"";
     } else if (!value.text.empty()) {
-        out += " " + value.text;
+        out += " " + printable(value.text);
     }
     const bool is_short = value.bytes.size() <= bytes_beside_tag;
     if (is_short && !value.bytes.empty()) out += " " + hex_line(value.bytes, value.bytes.size());

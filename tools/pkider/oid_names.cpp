@@ -262,7 +262,7 @@ std::string oid_label(const oid_text_t& oid) {
 }
 
 json_t oid_json(const oid_text_t& oid) {
-    const auto or_null = [](const std::string& text) { return text.empty() ? json_t() : json_t(text); };
+    const auto or_null = [](const std::string& text) { return text.empty() ? json_t() : json_text(text); };
     return {{"name", or_null(oid.name)}, {"oid", or_null(oid.dotted)}};
 }
 

@@ -12,10 +12,9 @@
 namespace tool {
 
 struct oid_text_t {
-    std::string name;   ///< Short name, algorithm name or standard name; empty when nobody knows the OID.
-    std::string dotted; ///< As X.690 8.19 reads it, arcs of any size; empty when the contents are not an OID.
-    bool minimal =
-        true; ///< No subidentifier has padding, which X.690 8.19.2 forbids; other bytes have the same text else.
+    std::string name;    ///< Short name (any bytes that a map holds), algorithm name or standard name; may be empty.
+    std::string dotted;  ///< As X.690 8.19 reads it, arcs of any size; empty when the contents are not an OID.
+    bool minimal = true; ///< No subidentifier has padding (X.690 8.19.2): no other bytes have the same text.
 };
 
 /// Names the OID with these contents octets. The empty handle leaves the short names out.

@@ -67,10 +67,10 @@ exit_code_t show_ike(const der_input_t& input, const options_t& options, oid_map
         json.update(signature_algorithm_json(*algorithm));
         results.add(json);
     } else {
-        std::string text = "algorithm  " + signature_algorithm_name(*algorithm) + "\n";
+        std::string text = "algorithm  " + printable(signature_algorithm_name(*algorithm)) + "\n";
         text += "OID        " + algorithm->oid.dotted + "\n";
         if (is_known) text += "value      " + alg_value_text(algorithm->alg) + "\n";
-        if (algorithm->pss) text += "PSS        " + pss_line(*algorithm->pss) + "\n";
+        if (algorithm->pss) text += "PSS        " + printable(pss_line(*algorithm->pss)) + "\n";
         print_heading(input, options.files.size());
         print(text);
     }

@@ -116,7 +116,7 @@ std::string pss_line(const pss_parameters_t& pss) {
 
 json_t signature_algorithm_json(const signature_algorithm_t& algorithm) {
     json_t json = oid_json(algorithm.oid);
-    json["name"] = signature_algorithm_name(algorithm);
+    json["name"] = json_text(signature_algorithm_name(algorithm));
     json["value"] = nullptr;
     if (algorithm.alg != PKI_ALG_NONE) json["value"] = alg_value_text(algorithm.alg);
     if (algorithm.pss) {
