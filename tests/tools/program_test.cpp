@@ -168,6 +168,21 @@ TEST(Program, TakesAnArgumentInBracketsAsItIs) {
     EXPECT_EQ(run_pkider({"oid", "[]"}).err, "pkider: []: neither dotted text nor a known short name nor hex digits\n");
 }
 
+TEST(Program, NamesAnArgumentInBracketsAsItIs) {
+    const std::string more = "\nRun with --help for more information.\n";
+    EXPECT_EQ(run_pkider({"map", "list", "[x]"}).err, "pkider: The following argument was not expected: [x]" + more);
+    EXPECT_EQ(run_pkider({"key", "encrypt", "a", "[b", "[c]"}).err,
+              "pkider: The following arguments were not expected: [c] [b" + more);
+    EXPECT_EQ(run_pkider({"dn", "decode", "--in", "[x]"}).err, "pkider: --in: [x] not in {base64,der,hex,pem}" + more);
+}
+
+TEST(Program, NamesACountBelowZero) {
+    EXPECT_EQ(run_pkider({"der", "--max", "-1"}).err,
+              "pkider: --max: -1 is below 0\nRun with --help for more information.\n");
+    EXPECT_EQ(run_pkider({"der", "--max", "x"}).err,
+              "pkider: Could not convert: --max = x\nRun with --help for more information.\n");
+}
+
 TEST(Program, NamesAMissingFileInOneLine) {
     for (const char* command : {"cert", "dn"}) {
         std::vector<std::string> arguments{command, "/no/such/file"};
@@ -258,6 +273,9 @@ TEST(Program, TellsThatStandardOutputIsFull) {
     const run_result_t result = run_pkider({"dn", "normalize", "CN=a"}, {.output_file = "/dev/full"});
     EXPECT_EQ(result.exit_code, 74) << result;
     EXPECT_EQ(result.err, "pkider: standard output: No space left on device\n");
+    for (const char* const flag : {"--help", "--version"}) {
+        EXPECT_EQ(run_pkider({flag}, {.output_file = "/dev/full"}).exit_code, 74) << flag;
+    }
 }
 
 // CN= with an escape sequence, a C1 control, a mark that turns the direction, a NUL and a byte that is no UTF-8.

@@ -25,4 +25,9 @@ void unshield_brackets(CLI::App& app) {
     for (CLI::App* const subcommand : app.get_subcommands({})) unshield_brackets(*subcommand);
 }
 
+std::string unshielded(std::string words) {
+    std::erase(words, mark);
+    return words;
+}
+
 } // namespace tool

@@ -15,4 +15,7 @@ std::vector<std::string> shield_brackets(int argc, char** argv);
 /// Lets every option of the app and its subcommands take the mark off.
 void unshield_brackets(CLI::App& app);
 
+/// The words of an error without the marks of arguments that no option took.
+std::string unshielded(std::string words);
+
 } // namespace tool

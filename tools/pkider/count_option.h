@@ -7,7 +7,7 @@ namespace tool {
 
 /// Refuses "-1", which CLI11 would read as the largest number.
 inline CLI::Validator not_negative() {
-    return CLI::Validator(CLI::NonNegativeNumber).description("");
+    return {[](std::string& value) { return value.starts_with('-') ? value + " is below 0" : std::string(); }, ""};
 }
 
 } // namespace tool

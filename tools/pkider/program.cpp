@@ -42,7 +42,7 @@ exit_code_t run_program(int argc, char** argv) {
     app.set_version_flag("--version", "pkider " PKIDER_VERSION);
     app.require_subcommand(1);
     app.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return format_error(error.what()) + "Run with --help for more information.\n";
+        return format_error(unshielded(error.what())) + "Run with --help for more information.\n";
     });
 
     chosen_command_t chosen;
@@ -53,8 +53,10 @@ exit_code_t run_program(int argc, char** argv) {
         std::ranges::reverse(arguments); // as parse wants them
         app.parse(std::move(arguments));
     } catch (const CLI::Success& help_or_version) {
-        app.exit(help_or_version);
-        return exit_code_t::done;
+        return run_chosen([&] {
+            app.exit(help_or_version);
+            return exit_code_t::done;
+        });
     } catch (const CLI::ParseError& error) {
         app.exit(error);
         return exit_code_t::usage;
