@@ -7,6 +7,7 @@
 #include "tools/pkider/output.h"
 #include "tools/pkider/text_lines.h"
 
+#include <algorithm>
 #include <charconv>
 #include <memory>
 #include <vector>

@@ -3,6 +3,8 @@
 #include "tools/pkider/encodings.h"
 #include "tools/pkider/failure.h"
 
+#include <algorithm>
+
 namespace tool {
 namespace {
 

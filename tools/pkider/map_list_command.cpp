@@ -8,6 +8,7 @@
 #include "tools/pkider/output.h"
 #include "tools/pkider/terminal_text.h"
 
+#include <algorithm>
 #include <list>
 #include <memory>
 

@@ -5,6 +5,7 @@
 #include "tools/pkider/der_cursor.h"
 #include "tools/pkider/encodings.h"
 
+#include <algorithm>
 #include <bit>
 
 namespace tool {

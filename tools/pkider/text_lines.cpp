@@ -4,6 +4,8 @@
 #include "tools/pkider/faults.h"
 #include "tools/pkider/file_input.h"
 
+#include <algorithm>
+
 namespace tool {
 namespace {
 

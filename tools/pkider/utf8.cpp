@@ -37,15 +37,6 @@ utf8_step_t next_utf8(std::string_view text) {
     return {character, lead.size, true};
 }
 
-bool is_utf8(std::string_view text) {
-    while (!text.empty()) {
-        const utf8_step_t step = next_utf8(text);
-        if (!step.valid) return false;
-        text.remove_prefix(step.size);
-    }
-    return true;
-}
-
 std::string_view without_byte_order_mark(std::string_view text) {
     return text.starts_with(byte_order_mark) ? text.substr(byte_order_mark.size()) : text;
 }

@@ -18,8 +18,6 @@ struct utf8_step_t {
 /// (RFC 3629 3).
 utf8_step_t next_utf8(std::string_view text);
 
-bool is_utf8(std::string_view text);
-
 /// What some editors leave at the start of a text: U+FEFF.
 inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 

@@ -9,6 +9,7 @@
 #include "tools/pkider/output.h"
 #include "tools/pkider/terminal_text.h"
 
+#include <algorithm>
 #include <map>
 #include <memory>
 
