@@ -221,6 +221,15 @@ TEST_F(P12Commands, CreateWritesNothingWhenAPartIsMissing) {
     EXPECT_FALSE(exists("out.p12"));
 }
 
+TEST_F(P12Commands, CreateTellsWhatIsWrongWithASubject) {
+    folder.write(u8"bad", "300F 300D 020101 3000 3000 3000 3002 0500");
+    const run_result_t result =
+        run(std::vector<std::string>{"p12", "create", "-o", "out.p12", "--cert", "bad"} + quick);
+    EXPECT_EQ(result.exit_code, 2) << result;
+    EXPECT_EQ(result.err,
+              "pkider: bad: offset 15: expected a RelativeDistinguishedName (a SET), found 05 00 [code 12]\n");
+}
+
 TEST_F(P12Commands, CreateNamesTheNearestCountsThatCanBeStored) {
     const run_result_t result = run({"p12", "create", "-o", "out.p12", "--cert", cert, "--iterations", "65536"});
     EXPECT_EQ(result.exit_code, 64);

@@ -2,10 +2,9 @@
 
 #include "tools/pkider/encodings.h"
 #include "tools/pkider/failure.h"
+#include "tools/pkider/name_fault.h"
 #include "tools/pkider/private_key.h"
 #include "tools/pkider/utf16.h"
-
-#include <pkider/dn.h>
 
 namespace tool {
 
@@ -20,10 +19,8 @@ std::string certificate_subject(bytes_t certificate, oid_map_handle_t map) {
     tbs.next(asn_tag_t::SEQUENCE, "SEQUENCE (issuer)");
     tbs.next(asn_tag_t::SEQUENCE, "SEQUENCE (validity)");
     if (!input.at_end()) input.fail("the end of the certificate");
-    const bytes_t subject = tbs.next(asn_tag_t::SEQUENCE, "SEQUENCE (subject)").whole;
-    std::string text;
-    if (!asn_dn_to_printable(subject.data(), static_cast<uint32_t>(subject.size()), text, DN_ORDER_AS_ENCODED, map))
-        throw data_fault_t("its subject is malformed");
+    const der_element_t subject = tbs.next(asn_tag_t::SEQUENCE, "SEQUENCE (subject)");
+    const std::string text = print_name(subject.whole, map, false, subject.offset);
     return text.empty() ? "(empty)" : text;
 }
 
