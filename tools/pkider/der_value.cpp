@@ -1,11 +1,13 @@
 #include "tools/pkider/der_value.h"
 
 #include "tools/pkider/count_text.h"
+#include "tools/pkider/name_around_value.h"
 #include "tools/pkider/oid_names.h"
 
 #include <pkider/dn.h>
 
 #include <algorithm>
+#include <limits>
 #include <string_view>
 
 namespace tool {
@@ -87,28 +89,11 @@ der_value_t as_oid(bytes_t contents, std::uint64_t max_bytes, oid_map_handle_t m
 /// Teletex, BMP and Universal text in UTF-8, by the library's own converters: the string is printed as the value of a
 /// name with one attribute, and the escapes are taken away again. None when it does not convert.
 std::optional<std::string> convert_string(std::uint8_t tag, bytes_t contents) {
-    constexpr std::string_view type = "\x06\x01\x2A"; // 1.2, to be printed as "1.2="
-    std::string name;
-    const auto wrap = [&name](std::uint8_t outer) {
-        const auto size = static_cast<std::uint32_t>(name.size());
-        const std::uint8_t header[] = {outer,
-                                       0x84,
-                                       std::uint8_t(size >> 24),
-                                       std::uint8_t(size >> 16),
-                                       std::uint8_t(size >> 8),
-                                       std::uint8_t(size)};
-        name.insert(name.begin(), std::begin(header), std::end(header));
-    };
-    name.assign(contents.begin(), contents.end());
-    wrap(tag);
-    name.insert(0, type);
-    constexpr std::uint8_t around[] = {0x30, 0x31, 0x30}; // AttributeTypeAndValue, RelativeDistinguishedName, Name
-    for (const std::uint8_t outer : around) wrap(outer);
-
+    const std::string name = name_around_value(der_header(tag, contents.size()).append(tool::as_text(contents)));
+    if (name.size() > std::numeric_limits<std::uint32_t>::max()) return std::nullopt;
+    const auto size = static_cast<std::uint32_t>(name.size());
     std::string line;
-    const auto* const der = reinterpret_cast<const std::uint8_t*>(name.data());
-    if (!asn_dn_to_printable(der, static_cast<std::uint32_t>(name.size()), line, DN_ORDER_AS_ENCODED, {}))
-        return std::nullopt;
+    if (!asn_dn_to_printable(tool::as_bytes(name).data(), size, line, DN_ORDER_AS_ENCODED, {})) return std::nullopt;
     std::string text;
     for (std::size_t at = line.find('=') + 1; at < line.size(); ++at) {
         if (line[at] == '\\') ++at;

@@ -1,5 +1,7 @@
 #include "tools/pkider/name_fault.h"
 
+#include "tools/pkider/name_around_value.h"
+
 #include <pkider/dn.h>
 
 #include <algorithm>
@@ -49,21 +51,8 @@ bool is_numeric_character(std::uint8_t c) {
 
 // Whether the library can convert a string: it is asked with a Name that holds nothing but this value.
 bool converts(const der_element_t& value) {
-    constexpr std::uint8_t type[] = {0x06, 0x03, 0x55, 0x04, 0x03};
-    std::string element(as_text(type));
-    element.append(as_text(value.whole));
-    for (const char tag : {'\x30', '\x31', '\x30'}) {
-        const std::uint64_t size = element.size();
-        const char header[] = {tag,
-                               '\x84',
-                               static_cast<char>(size >> 24),
-                               static_cast<char>(size >> 16),
-                               static_cast<char>(size >> 8),
-                               static_cast<char>(size)};
-        element.insert(0, header, sizeof header);
-    }
     std::string ignored;
-    return print(as_bytes(element), {}, DN_ORDER_AS_ENCODED, ignored);
+    return print(as_bytes(name_around_value(as_text(value.whole))), {}, DN_ORDER_AS_ENCODED, ignored);
 }
 
 void check_value(der_cursor_t& attribute) {
