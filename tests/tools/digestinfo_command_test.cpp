@@ -65,6 +65,14 @@ TEST(DigestinfoWrap, WantsAHashThatHasAnOid) {
     EXPECT_EQ(run_pkider({"digestinfo", "wrap", "SHA1", "/nonexistent/file"}).exit_code, 74);
 }
 
+TEST(DigestinfoWrap, TakesNoneOfSeveralBlocks) {
+    const std::string block = "-----BEGIN DIGEST-----\nZm9v\n-----END DIGEST-----\n";
+    const run_result_t result = run_pkider({"digestinfo", "wrap", "SHA1", "--any-size"}, {.input = block + block});
+    EXPECT_EQ(result.exit_code, 2) << result;
+    EXPECT_EQ(result.err, "pkider: standard input: more than one block in it\n");
+    EXPECT_EQ(run_pkider({"digestinfo", "wrap", "SHA1", "--any-size"}, {.input = block}).exit_code, 0);
+}
+
 TEST(DigestinfoRead, ShowsHashAndDigest) {
     const run_result_t result = run_pkider({"digestinfo", "read"}, {.input = empty_sha1_info});
     EXPECT_EQ(result.exit_code, 0) << result;

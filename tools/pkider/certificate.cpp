@@ -1,10 +1,10 @@
 #include "tools/pkider/certificate.h"
 
+#include "tools/pkider/time_text.h"
+
 namespace tool {
 namespace {
 
-constexpr asn_tag_t::Type utc_time{0x17};
-constexpr asn_tag_t::Type generalized_time{0x18};
 constexpr asn_tag_t::Type context_3{0xA3};
 
 // The element inside an EXPLICIT tag, when that tag comes next.
@@ -17,8 +17,8 @@ std::optional<der_element_t> read_explicit(der_cursor_t& fields, asn_tag_t::Type
 
 // Time ::= CHOICE { utcTime UTCTime, generalTime GeneralizedTime }
 der_element_t read_time(der_cursor_t& validity, const char* what) {
-    const bool generalized = validity.sees(static_cast<std::uint8_t>(generalized_time));
-    return validity.next(generalized ? generalized_time : utc_time, what);
+    const std::uint8_t tag = validity.sees(generalized_time_tag) ? generalized_time_tag : utc_time_tag;
+    return validity.next(asn_tag_t::Type{tag}, what);
 }
 
 // Between the key and the extensions stand the unique identifiers [1] and [2]; nobody uses them.

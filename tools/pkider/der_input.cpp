@@ -92,9 +92,8 @@ void print_heading(const der_input_t& input, std::size_t num_files) {
 
 exit_code_t for_each_der(const std::vector<std::string>& files, input_form_t form, json_array_t& json,
                          const std::function<exit_code_t(const der_input_t&)>& work, other_text_t other_text) {
-    const std::vector<std::string> standard_input{"-"};
     exit_code_t worst = exit_code_t::done;
-    for (const std::string& file : files.empty() ? standard_input : files) {
+    for (const std::string& file : or_standard_input(files)) {
         const json_t head = {{"file", json_text(input_name(file))}};
         worst = worse(worst, guarded(input_name(file), json, head,
                                      [&] { return work_on_file(file, form, json, work, other_text); }));

@@ -49,9 +49,7 @@ std::string read_digest(const wrap_options_t& options) {
         if (!digest) throw usage_fault_t("not hex");
         return std::string(digest->text());
     }
-    const std::vector<block_t> blocks = read_blocks(read_file(options.file).text(), options.form);
-    if (!blocks.front().fault.empty()) throw data_fault_t(blocks.front().fault);
-    return std::string(blocks.front().der.text());
+    return std::string(read_only_block(read_file(options.file).text(), options.form).der.text());
 }
 
 std::string wrap_digest(std::string digest, pki_alg_t hash, bool any_size) {

@@ -45,6 +45,10 @@ secret_t read_file(const std::string& path) {
     return read_all(open_file_t(path).descriptor(), path);
 }
 
+std::vector<std::string> or_standard_input(const std::vector<std::string>& arguments) {
+    return arguments.empty() ? std::vector<std::string>{"-"} : arguments;
+}
+
 std::string input_name(const std::string& path) {
     return path == "-" ? "standard input" : path;
 }

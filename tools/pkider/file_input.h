@@ -4,6 +4,7 @@
 #include "tools/pkider/secret.h"
 
 #include <string>
+#include <vector>
 
 namespace tool {
 
@@ -27,6 +28,9 @@ secret_t read_all(int descriptor, const std::string& name);
 
 /// The whole file; `-` is standard input. @throws file_trouble_t
 secret_t read_file(const std::string& path);
+
+/// The files or lines to work on: standard input, `-`, when there is none.
+std::vector<std::string> or_standard_input(const std::vector<std::string>& arguments);
 
 /// How a file is called in messages.
 std::string input_name(const std::string& path);

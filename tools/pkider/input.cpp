@@ -95,6 +95,13 @@ std::vector<block_t> read_blocks(std::string_view bytes, input_form_t form) {
     }
 }
 
+block_t read_only_block(std::string_view bytes, input_form_t form) {
+    std::vector<block_t> blocks = read_blocks(bytes, form);
+    if (blocks.size() != 1) throw data_fault_t("more than one block in it");
+    if (!blocks[0].fault.empty()) throw data_fault_t(blocks[0].fault);
+    return std::move(blocks[0]);
+}
+
 std::string block_name(const std::string& input, const block_t& block) {
     return block.line == 0 ? input : input + ":" + std::to_string(block.line);
 }
@@ -108,9 +115,8 @@ json_t json_source(const std::string& input, const block_t& block) {
 exit_code_t for_each_input(const std::vector<std::string>& files, json_array_t& json,
                            const std::function<exit_code_t(const std::string&, std::string_view)>& work,
                            arguments_t arguments) {
-    const std::vector<std::string> standard_input{"-"};
     exit_code_t worst = exit_code_t::done;
-    for (const std::string& file : files.empty() ? standard_input : files) {
+    for (const std::string& file : or_standard_input(files)) {
         if (arguments == arguments_t::files_or_hex && is_hex_and_no_file(file)) {
             worst =
                 worse(worst, guarded("argument", json, {{"file", "argument"}}, [&] { return work("argument", file); }));

@@ -36,6 +36,9 @@ input_form_t guess_form(std::string_view bytes);
 /// The blocks of an input: one, or as many as a PEM text holds. Throws data_fault_t when there is none.
 std::vector<block_t> read_blocks(std::string_view bytes, input_form_t form);
 
+/// The block of an input that holds no other. Throws data_fault_t when there are more, or it is faulty.
+block_t read_only_block(std::string_view bytes, input_form_t form);
+
 /// How a block is called in messages: the input's name, for PEM with the line where the block begins.
 std::string block_name(const std::string& input, const block_t& block);
 

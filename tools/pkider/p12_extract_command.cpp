@@ -87,10 +87,8 @@ exit_code_t run(const options_t& options) {
     const secret_t bytes = read_file(options.file);
     const std::string name = input_name(options.file);
     return guarded(name, [&] {
-        const std::vector<block_t> blocks = read_blocks(bytes.text(), options.form);
-        if (blocks.size() != 1) throw data_fault_t("more than one block in it");
-        if (!blocks[0].fault.empty()) throw data_fault_t(blocks[0].fault);
-        return extract(options, name, blocks[0].der.view());
+        const block_t block = read_only_block(bytes.text(), options.form);
+        return extract(options, name, block.der.view());
     });
 }
 

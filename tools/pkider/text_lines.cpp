@@ -55,10 +55,9 @@ exit_code_t work_on_line(const std::string& source, const std::string& line, con
 } // namespace
 
 exit_code_t for_each_line(const std::vector<std::string>& arguments, json_array_t& json, const line_work_t& work) {
-    const std::vector<std::string> standard_input{"-"};
     exit_code_t worst = exit_code_t::done;
     std::size_t number = 0;
-    for (const line_t& line : collect_lines(arguments.empty() ? standard_input : arguments)) {
+    for (const line_t& line : collect_lines(or_standard_input(arguments))) {
         const std::string source = line.place.empty() ? "argument:" + std::to_string(++number) : line.place;
         worst = worse(worst, work_on_line(source, line.text, "line", json, work));
     }

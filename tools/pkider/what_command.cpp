@@ -158,9 +158,8 @@ exit_code_t run(const options_t& options) {
         findings.add(look_at(input, map.handle()));
         return exit_code_t::done;
     };
-    const std::vector<std::string> standard_input{"-"};
     exit_code_t worst = exit_code_t::done;
-    for (const std::string& file : options.files.empty() ? standard_input : options.files) {
+    for (const std::string& file : or_standard_input(options.files)) {
         worst = worse(worst, for_each_der({file}, options.form, results, look, other_text_t::passes));
         findings.end_file();
     }
