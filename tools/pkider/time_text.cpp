@@ -1,14 +1,15 @@
 #include "tools/pkider/time_text.h"
 
+#include <chrono>
 #include <string_view>
 
 namespace tool {
 namespace {
 
-constexpr int days_in_month[] = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-
-int two_digits(std::string_view digits, std::size_t at) {
-    return (digits[at] - '0') * 10 + (digits[at + 1] - '0');
+unsigned number(std::string_view digits, std::size_t at, std::size_t size) {
+    unsigned value = 0;
+    for (const char digit : digits.substr(at, size)) value = value * 10 + static_cast<unsigned>(digit - '0');
+    return value;
 }
 
 } // namespace
@@ -19,15 +20,15 @@ std::optional<std::string> time_text(std::uint8_t tag, bytes_t contents) {
     digits.pop_back();
     if (digits.find_first_not_of("0123456789") != std::string::npos) return std::nullopt;
     if (tag == utc_time_tag && digits.size() == 12) {
-        digits.insert(0, two_digits(digits, 0) < 50 ? "20" : "19"); // RFC 5280 4.1.2.5.1
+        digits.insert(0, number(digits, 0, 2) < 50 ? "20" : "19"); // RFC 5280 4.1.2.5.1
     }
     if (digits.size() != 14) return std::nullopt;
 
-    const int month = two_digits(digits, 4);
-    if (month < 1 || month > 12) return std::nullopt;
-    const int day = two_digits(digits, 6);
-    if (day < 1 || day > days_in_month[month - 1]) return std::nullopt;
-    if (two_digits(digits, 8) > 23 || two_digits(digits, 10) > 59 || two_digits(digits, 12) > 59) return std::nullopt;
+    const std::chrono::year year(static_cast<int>(number(digits, 0, 4)));
+    const std::chrono::month month(number(digits, 4, 2));
+    const std::chrono::day day(number(digits, 6, 2));
+    if (!(year / month / day).ok()) return std::nullopt;
+    if (number(digits, 8, 2) > 23 || number(digits, 10, 2) > 59 || number(digits, 12, 2) > 59) return std::nullopt;
 
     for (const std::size_t at : {4U, 7U}) digits.insert(at, "-");
     digits.insert(10, "T");
