@@ -152,7 +152,12 @@ INSTANTIATE_TEST_SUITE_P(
                     command_row_t{"UnknownInputForm", {"dn", "decode", "--in", "xml"}},
                     command_row_t{"TwoOutputForms", {"dn", "encode", "--hex", "--json", "CN=a"}},
                     command_row_t{"TwoMaps", {"dn", "encode", "--no-map", "--config-dir", "/", "CN=a"}},
-                    command_row_t{"NoOid", {"oid"}}, command_row_t{"NoAttributeType", {"dn", "get"}}),
+                    command_row_t{"EmptyMap", {"dn", "encode", "--map", "", "CN=a"}},
+                    command_row_t{"EmptyConfigurationFolder", {"dn", "encode", "--config-dir", "", "CN=a"}},
+                    command_row_t{"EmptyPasswordFile", {"p12", "verify", "--password-file", "", "a"}},
+                    command_row_t{"EmptyOutputFile", {"p12", "extract", "-o", "", "a"}},
+                    command_row_t{"EmptyAlgorithm", {"sig", "ike", "--make", ""}}, command_row_t{"NoOid", {"oid"}},
+                    command_row_t{"NoAttributeType", {"dn", "get"}}),
     row_name);
 
 TEST(Program, TakesAnArgumentInBracketsAsItIs) {

@@ -30,7 +30,7 @@
 
 namespace tool {
 
-/// What main runs after the command line has been read.
+/// What runs after the command line has been read.
 using chosen_command_t = std::function<exit_code_t()>;
 
 /// Adds a subcommand. `examples`: one command line a line, indented by two blanks; every command has some.

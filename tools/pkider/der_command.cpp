@@ -1,11 +1,11 @@
 // pkider der: a readable tree of any DER.
 #include "tools/pkider/command.h"
-#include "tools/pkider/count_option.h"
 #include "tools/pkider/count_text.h"
 #include "tools/pkider/der_input.h"
 #include "tools/pkider/der_tree.h"
 #include "tools/pkider/failure.h"
 #include "tools/pkider/map_options.h"
+#include "tools/pkider/option_checks.h"
 #include "tools/pkider/output.h"
 #include "tools/pkider/terminal_text.h"
 

@@ -1,4 +1,5 @@
 // pkider dn decode: the DER of a Name to a line of text.
+#include "tools/pkider/count_text.h"
 #include "tools/pkider/der_cursor.h"
 #include "tools/pkider/dn_command.h"
 #include "tools/pkider/encodings.h"
@@ -25,7 +26,7 @@ bytes_t cut_to_name(const std::string& source, bytes_t der) {
     der_cursor_t cursor(der);
     const bytes_t name = cursor.next(asn_tag_t::SEQUENCE, "a Name (a SEQUENCE)").whole;
     if (!cursor.at_end())
-        report_note(source + ": " + std::to_string(der.size() - name.size()) + " bytes behind the name");
+        report_note(source + ": " + count_text(der.size() - name.size(), "byte") + " behind the name");
     return name;
 }
 

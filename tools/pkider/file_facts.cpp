@@ -62,8 +62,8 @@ facts_t describe_request(bytes_t contents, oid_map_handle_t map) {
     return facts;
 }
 
-// TBSCertList ::= SEQUENCE { version OPTIONAL, signature, issuer Name, thisUpdate, nextUpdate OPTIONAL, revoked
-// OPTIONAL, ... }
+// TBSCertList ::= SEQUENCE { version OPTIONAL, signature, issuer, thisUpdate, nextUpdate OPTIONAL, revoked OPTIONAL,
+// ... }
 facts_t describe_certificate_list(bytes_t contents, oid_map_handle_t map) {
     facts_t facts;
     der_cursor_t body(der_cursor_t(contents).take(asn_tag_t::SEQUENCE)->contents);
@@ -115,8 +115,7 @@ facts_t describe_ec_private_key(bytes_t contents, oid_map_handle_t map) {
     return facts;
 }
 
-// PBES2-params ::= SEQUENCE { keyDerivationFunc AlgorithmIdentifier, encryptionScheme AlgorithmIdentifier } (RFC 8018
-// A.4)
+// PBES2-params ::= SEQUENCE { keyDerivationFunc, encryptionScheme AlgorithmIdentifier }  (RFC 8018 A.4)
 void add_pbes2(bytes_t parameters, oid_map_handle_t map, facts_t& facts) {
     const auto sequence = der_cursor_t(parameters).take(asn_tag_t::SEQUENCE);
     if (!sequence) return;

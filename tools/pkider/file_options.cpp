@@ -3,6 +3,7 @@
 #include "tools/pkider/encodings.h"
 #include "tools/pkider/failure.h"
 #include "tools/pkider/input.h"
+#include "tools/pkider/option_checks.h"
 #include "tools/pkider/output.h"
 #include "tools/pkider/secret.h"
 
@@ -42,7 +43,9 @@ std::string encoded(const file_options_t& options, std::span<const written_block
 } // namespace
 
 void add_file_options(CLI::App& command, file_options_t& options) {
-    command.add_option("-o,--out", options.path, "File to write; standard output without")->type_name("FILE");
+    command.add_option("-o,--out", options.path, "File to write; standard output without")
+        ->check(not_empty())
+        ->type_name("FILE");
     command.add_flag("--force", options.force, "Replace the file if it is there");
     command
         .add_option_function<std::string>(

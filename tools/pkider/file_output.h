@@ -2,7 +2,7 @@
 // all of it is on the disk, has been read again, and says what it should say.
 //
 //     check_output_file(path, force);                            // before a long computation
-//     write_file({path, file_mode_t::secret, force}, bytes, [&](bytes_view_t on_disk) { ... });
+//     write_file({path, file_mode_t::secret, force}, bytes, [&](std::span<const uint8_t> on_disk) { ... });
 #pragma once
 
 #include <cstdint>

@@ -94,10 +94,10 @@ class gost_pbe_t final : public pbe_crypto_t {
 
     const gost_pbe_options_t& options() const { return options_; }
     pbe_fault_t fault() const { return fault_; }
-    uint32_t asked_iterations() const {
-        return asked_iterations_;
-    }                                                 ///< Count of the derivation that was asked for last.
-    mac_form_t mac_form() const { return mac_form_; } ///< After check_mac said true.
+    /// Count of the derivation that was asked for last.
+    uint32_t asked_iterations() const { return asked_iterations_; }
+    /// After check_mac said true.
+    mac_form_t mac_form() const { return mac_form_; }
 
   private:
     struct derived_key_t {

@@ -1,7 +1,5 @@
-// pkider key: what a key is. Each subcommand has a file of its own.
+// pkider key: keys, shown, wrapped, encrypted and decrypted.
 #include "tools/pkider/key_command.h"
-
-#include "tools/pkider/command.h"
 
 namespace tool {
 namespace {

@@ -1,6 +1,7 @@
 #include "tools/pkider/map_options.h"
 
 #include "tools/pkider/file_input.h"
+#include "tools/pkider/option_checks.h"
 
 #include <CLI/CLI.hpp>
 
@@ -25,8 +26,11 @@ oid_map_handle_t default_file_map(const std::string& dir) {
 
 void add_map_options(CLI::App& command, map_options_t& options) {
     CLI::Option_group& group = *command.add_option_group("Names of OIDs", "the built-in table without these");
-    group.add_option("--map", options.map_file, "Take the names of this file alone")->type_name("FILE");
+    group.add_option("--map", options.map_file, "Take the names of this file alone")
+        ->check(not_empty())
+        ->type_name("FILE");
     group.add_option("--config-dir", options.config_dir, "Add the names of vpnoids.cfg in this directory")
+        ->check(not_empty())
         ->type_name("DIR");
     group.add_flag("--no-map", options.none, "No names: attribute types are dotted text");
     group.require_option(0, 1);

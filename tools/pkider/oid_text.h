@@ -20,7 +20,7 @@ std::optional<std::string> oid_dotted(std::string_view contents);
 /// Nothing when they are not whole subidentifiers, or one has more than 64 octets.
 std::optional<std::string> exact_oid_dotted(std::string_view contents);
 
-/// Whether dotted text writes every arc without leading zeros: `2.5.4.3`, not `2.5.4.03`.
+/// Whether dotted text has an arc with leading zeros: `2.5.4.03`.
 bool has_leading_zeros(std::string_view dotted);
 
 } // namespace tool

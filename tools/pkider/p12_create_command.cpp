@@ -4,6 +4,7 @@
 #include "tools/pkider/faults.h"
 #include "tools/pkider/file_options.h"
 #include "tools/pkider/input.h"
+#include "tools/pkider/option_checks.h"
 #include "tools/pkider/p12_item.h"
 #include "tools/pkider/p12_options.h"
 #include "tools/pkider/private_key.h"
@@ -184,7 +185,7 @@ void register_p12_create(CLI::App& p12, chosen_command_t& chosen) {
                     "  pkider p12 create -o certs.p12 --cert chain.pem --plain-certs --password-file secret.txt\n");
     const auto options = std::make_shared<options_t>();
     add_source_options(command, *options);
-    command.add_option("-o,--out", options->path, "File to write")->type_name("FILE")->required();
+    command.add_option("-o,--out", options->path, "File to write")->check(not_empty())->type_name("FILE")->required();
     command.add_flag("--force", options->force, "Replace the file if it is there");
     command.add_flag("--plain-certs", options->plain_certs, "Leave certificates unencrypted");
     add_iterations_option(command, options->iterations);

@@ -1,9 +1,9 @@
 // pkider p12 extract: keys and certificates out of the file, as PEM or DER.
-#include "tools/pkider/count_option.h"
 #include "tools/pkider/failure.h"
 #include "tools/pkider/faults.h"
 #include "tools/pkider/file_options.h"
 #include "tools/pkider/input.h"
+#include "tools/pkider/option_checks.h"
 #include "tools/pkider/p12_item.h"
 #include "tools/pkider/p12_options.h"
 #include "tools/pkider/p12_outline.h"

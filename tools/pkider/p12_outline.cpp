@@ -168,8 +168,7 @@ class p12_walk_t {
     }
 
     void take_shrouded_key(const der_element_t& value, p12_bag_t& bag) {
-        // EncryptedPrivateKeyInfo ::= SEQUENCE { AlgorithmIdentifier, OCTET STRING }; malformed ones are passed over
-        // too.
+        // EncryptedPrivateKeyInfo ::= SEQUENCE { AlgorithmIdentifier, OCTET STRING }; a malformed one is passed over.
         try {
             der_cursor_t cursor(value);
             der_cursor_t info(cursor.next(asn_tag_t::SEQUENCE, "SEQUENCE (EncryptedPrivateKeyInfo)"));

@@ -13,7 +13,7 @@ namespace tool {
 
 enum class bag_kind_t { key, shrouded_key, certificate, crl, secret, safe_contents, unknown };
 
-/// "private key", "certificate", "CRL", ...
+/// "private key", "certificate", "certificate revocation list", ...
 const char* bag_kind_text(bag_kind_t kind);
 
 struct p12_bag_t {
@@ -27,7 +27,7 @@ struct p12_bag_t {
 
 struct p12_content_t {
     bool encrypted = false;
-    std::string protection; ///< "PBKDF2, 2000 iterations, GOST 28147-89 ..." of an encrypted one that was opened.
+    std::string protection; ///< How an encrypted one that was opened is encrypted (protection_text).
     std::string skipped;    ///< Why it was passed over; empty when it was opened.
     std::vector<p12_bag_t> bags;
 };

@@ -60,7 +60,7 @@ struct p12_reading_t {
     ~p12_reading_t();
 };
 
-/// "GOST R 34.11-94, PBKDF2 with 2048 iterations"
+/// "GOST 34.11-94, PBKDF2 with 2048 iterations"
 std::string mac_text(const pkcs12_mac_t& mac, mac_form_t form);
 
 /// Checks the MAC alone. @throws failure_t  It is not right, or cannot be checked.

@@ -1,8 +1,8 @@
 #include "tools/pkider/password.h"
 
-#include "tools/pkider/count_option.h"
 #include "tools/pkider/failure.h"
 #include "tools/pkider/file_input.h"
+#include "tools/pkider/option_checks.h"
 #include "tools/pkider/terminal_prompt.h"
 
 #include <CLI/CLI.hpp>
@@ -53,7 +53,7 @@ secret_t ask(const std::string& prompt, password_use_t use) {
 void add_password_options(CLI::App& command, password_options_t& options) {
     CLI::Option* const file =
         command.add_option("--password-file", options.file, "Take the password from the first line of FILE");
-    file->type_name("FILE");
+    file->check(not_empty())->type_name("FILE");
     command.add_option("--password-fd", options.fd, "Take the password from the first line read from descriptor N")
         ->type_name("N")
         ->check(not_negative())

@@ -47,8 +47,8 @@ std::string private_key_line(const private_key_t& key) {
 std::vector<std::pair<std::string, std::string>> private_key_details(const private_key_t& key) {
     std::vector<std::pair<std::string, std::string>> lines;
     if (!key.is_gost) return lines;
-    try { // GostR3410-PublicKeyParameters ::= SEQUENCE { publicKeyParamSet, digestParamSet OPTIONAL, ... } (RFC
-          // 4491 2.3.2)
+    // GostR3410-PublicKeyParameters ::= SEQUENCE { publicKeyParamSet, digestParamSet OPTIONAL, ... }  (RFC 4491 2.3.2)
+    try {
         der_cursor_t parameters(der_cursor_t(key.parameters).next(asn_tag_t::SEQUENCE, "SEQUENCE"));
         for (const char* const label : {"public key set", "digest set", "encryption set"}) {
             if (!parameters.sees(asn_tag_t::OBJECT_IDENTIFIER)) break;

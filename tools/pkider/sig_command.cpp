@@ -6,6 +6,7 @@
 #include "tools/pkider/encodings.h"
 #include "tools/pkider/failure.h"
 #include "tools/pkider/map_options.h"
+#include "tools/pkider/option_checks.h"
 #include "tools/pkider/output.h"
 #include "tools/pkider/public_key.h"
 #include "tools/pkider/report.h"
@@ -135,6 +136,7 @@ void register_ike(CLI::App& app, chosen_command_t& chosen) {
     const auto options = std::make_shared<options_t>();
     CLI::Option& files = add_file_arguments(command, options->files, "Files");
     command.add_option("--make", options->make, "Print the ready-made identifier of this algorithm")
+        ->check(not_empty())
         ->type_name("NAME")
         ->excludes(&files);
     add_input_option(command, options->form);

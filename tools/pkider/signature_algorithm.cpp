@@ -111,7 +111,7 @@ std::string signature_algorithm_name(const signature_algorithm_t& algorithm) {
 std::string pss_line(const pss_parameters_t& pss) {
     return "hash " + short_label(pss.hash) + default_mark(pss.hash_is_default) + ", mask MGF1 with " +
            short_label(pss.mask_hash) + default_mark(pss.mask_is_default) + ", salt " +
-           std::to_string(pss.salt_length) + " bytes" + default_mark(pss.salt_is_default);
+           count_text(pss.salt_length, "byte") + default_mark(pss.salt_is_default);
 }
 
 json_t signature_algorithm_json(const signature_algorithm_t& algorithm) {
