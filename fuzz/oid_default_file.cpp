@@ -4,36 +4,19 @@
 #include "oid/builtin_rows.h"
 #include "oid/codec.h"
 #include "oid/map_text.h"
+#include "tests/support/scratch_dir.h"
 
 #include <pkider/oid.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
-#include <random>
 #include <string>
 #include <string_view>
 
 using namespace pkider;
 
 namespace {
-
-// A directory for the whole run, removed at its end.
-class run_dir_t {
-  public:
-    run_dir_t() {
-        m_path = std::filesystem::temp_directory_path() / ("pkider_fuzz_" + std::to_string(std::random_device{}()));
-        std::filesystem::create_directory(m_path);
-    }
-    ~run_dir_t() {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    std::string with_separator() const { return m_path.string() + "/"; }
-
-  private:
-    std::filesystem::path m_path;
-};
 
 void write_file(const std::string& path, std::string_view contents) {
     std::filesystem::remove(path); // writing over it would wait for the disk
@@ -74,11 +57,12 @@ void check_same_answers(oid_map_handle_t a, oid_map_handle_t b, std::string_view
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
-    static const run_dir_t dir;
+    static const pkider_test::scratch_dir_t dir; // for the whole run
+    static const std::string config_dir = dir.path().string() + "/";
     static const std::string builtin = builtin_lines();
     const std::string_view text(reinterpret_cast<const char*>(data), size);
-    write_file(dir.with_separator() + "vpnoids.cfg", text);
-    set_oid_default_file_dir(dir.with_separator().c_str());
+    write_file(config_dir + "vpnoids.cfg", text);
+    set_oid_default_file_dir(config_dir.c_str());
 
     const std::string both = builtin + std::string(text);
     const oid_map_handle_t expected = oid_map_parse(both.data(), both.size());

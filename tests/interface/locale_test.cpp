@@ -2,8 +2,8 @@
 // writes numbers.
 #include <pkider/pkider.h>
 
-#include "tests/interface/scratch_dir.h"
 #include "tests/support/hex.h"
+#include "tests/support/scratch_dir.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include <pkider/oid.h>
 
-#include "tests/interface/scratch_dir.h"
 #include "tests/support/hex.h"
+#include "tests/support/scratch_dir.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,7 @@
-// A directory of its own for one test, removed with everything in it at the end.
+// A directory of its own for one test, with the files that the test needs in it.
 #pragma once
+
+#include "tests/support/scratch_dir.h"
 
 #include <filesystem>
 #include <string>
@@ -9,12 +11,7 @@ namespace pkider_test {
 
 class temp_dir_t {
   public:
-    temp_dir_t();
-    ~temp_dir_t();
-    temp_dir_t(const temp_dir_t&) = delete;
-    temp_dir_t& operator=(const temp_dir_t&) = delete;
-
-    const std::filesystem::path& path() const { return m_path; }
+    const std::filesystem::path& path() const { return m_dir.path(); }
 
     /// The path of something inside, as UTF-8.
     std::string utf8(std::u8string_view name) const;
@@ -23,7 +20,7 @@ class temp_dir_t {
     void write(std::u8string_view name, std::string_view contents) const;
 
   private:
-    std::filesystem::path m_path;
+    scratch_dir_t m_dir;
 };
 
 } // namespace pkider_test

@@ -1,4 +1,4 @@
-// A directory of its own for one test, removed with everything in it at the end; in the language of the oldest host.
+// A directory with a name of its own, removed with everything in it at the end; in the language of the oldest host.
 #pragma once
 
 #include <filesystem>
