@@ -6,35 +6,16 @@
 #include "alg/ike_rows.h"
 #include "alg/key_rows.h"
 #include "fuzz/check.h"
+#include "tests/alg/row_scan.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <span>
-#include <string_view>
 
 using namespace pkider;
+using namespace pkider_test;
 
 namespace {
-
-using rows_t = std::span<const alg_row_t>;
-
-pki_alg_t scan(rows_t rows, std::span<const uint8_t> oid) {
-    for (const alg_row_t& row : rows)
-        if (std::ranges::equal(std::span(row.oid.data, row.oid.len), oid)) return row.alg;
-    return PKI_ALG_NONE;
-}
-
-PKI_OID scan(rows_t rows, pki_alg_t alg) {
-    for (const alg_row_t& row : rows)
-        if (row.alg == alg) return row.oid;
-    return {};
-}
-
-std::string_view scan_names(pki_alg_t alg) {
-    for (const display_name_t& row : display_names)
-        if (row.alg == alg) return row.name;
-    return "unknown";
-}
 
 bool same(const PKI_OID& a, const PKI_OID& b) {
     return a.data == b.data && a.len == b.len;

@@ -4,6 +4,7 @@
 #include "alg/ike_rows.h"
 #include "alg/key_rows.h"
 
+#include "tests/alg/row_scan.h"
 #include "tests/alg/value_text.h"
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
@@ -13,7 +14,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <random>
 #include <span>
 
@@ -22,28 +22,8 @@ using namespace pkider_test;
 
 namespace {
 
-using rows_t = std::span<const alg_row_t>;
 using to_oid_t = const PKI_OID& (*)(pki_alg_t);
 using to_alg_t = pki_alg_t (*)(const uint8_t*, uint32_t);
-
-// The rule in words: the first row that matches.
-pki_alg_t scan(rows_t rows, std::span<const uint8_t> oid) {
-    for (const alg_row_t& row : rows)
-        if (std::ranges::equal(std::span(row.oid.data, row.oid.len), oid)) return row.alg;
-    return PKI_ALG_NONE;
-}
-
-const PKI_OID* scan(rows_t rows, pki_alg_t alg) {
-    for (const alg_row_t& row : rows)
-        if (row.alg == alg) return &row.oid;
-    return nullptr;
-}
-
-std::string_view scan_names(pki_alg_t alg) {
-    for (const display_name_t& row : display_names)
-        if (row.alg == alg) return row.name;
-    return "unknown";
-}
 
 pki_alg_t alg(uint32_t value) {
     return static_cast<pki_alg_t>(value);
@@ -58,9 +38,9 @@ void check_alg(pki_alg_t value) {
          {table_t{hash_rows, PKI_HASH_ALG_TO_OID}, table_t{key_rows, PKI_KEY_ALG_TO_OID},
           table_t{cert_sign_rows, PKI_CERT_SIGN_ALG_TO_OID}, table_t{ike_rows, asn_form_ike_signalg}}) {
         const PKI_OID& found = to_oid(value);
-        const PKI_OID* const expected = scan(rows, value);
-        ASSERT_EQ(found.data, expected != nullptr ? expected->data : nullptr) << value_text(value);
-        ASSERT_EQ(found.len, expected != nullptr ? expected->len : 0) << value_text(value);
+        const PKI_OID expected = scan(rows, value);
+        ASSERT_EQ(found.data, expected.data) << value_text(value);
+        ASSERT_EQ(found.len, expected.len) << value_text(value);
     }
     ASSERT_EQ(alg_display_name(value), scan_names(value)) << value_text(value);
 }
