@@ -4,6 +4,7 @@
 #include "tests/support/der_builder.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/parsed_map.h"
 
 #include <gtest/gtest.h>
 
@@ -111,17 +112,13 @@ TEST(DnDecoder, EveryOtherOrderIsAsEncoded) {
 }
 
 TEST(DnDecoder, RequiredAnEmptyShortNameIsPrintedAsItIs) {
-    const std::string text = "2.5.4.3 = ,x";
-    const oid_map_handle_t map = oid_map_parse(text.data(), text.size());
+    const parsed_map_t map("2.5.4.3 = ,x");
     EXPECT_EQ(print(name_with_value("13 03 61 62 63"_hex), DN_ORDER_AS_ENCODED, map).text, "=abc");
-    oid_map_release(map);
 }
 
 TEST(DnDecoder, ShortNamesMayBeLong) {
-    const std::string text = "2.5.4.3 = " + std::string(2'000, 'N');
-    const oid_map_handle_t map = oid_map_parse(text.data(), text.size());
+    const parsed_map_t map("2.5.4.3 = " + std::string(2'000, 'N'));
     EXPECT_EQ(print(name_with_value("13 01 61"_hex), DN_ORDER_AS_ENCODED, map).text, std::string(2'000, 'N') + "=a");
-    oid_map_release(map);
 }
 
 struct value_row_t {

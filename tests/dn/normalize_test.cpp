@@ -2,6 +2,7 @@
 
 #include "tests/support/alloc_failure.h"
 #include "tests/support/hex.h"
+#include "tests/support/parsed_map.h"
 
 #include <gtest/gtest.h>
 
@@ -114,11 +115,9 @@ TEST(DnNormalize, MapIsUsedInBothDirections) {
     EXPECT_EQ(out, "2.5.4.3=a");
     EXPECT_EQ(printable_dn_normalize_r("CN=a", out, nullptr, no_map).code, 2);
 
-    const std::string text = "2.5.4.3 = NAME";
-    const oid_map_handle_t map = oid_map_parse(text.data(), text.size());
+    const parsed_map_t map("2.5.4.3 = NAME");
     EXPECT_TRUE(printable_dn_normalize("name=a", out, nullptr, map));
     EXPECT_EQ(out, "NAME=a");
-    oid_map_release(map);
 }
 
 TEST(DnNormalize, RequiredLineEndsAtItsFirstNul) {

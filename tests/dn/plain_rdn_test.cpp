@@ -2,6 +2,7 @@
 
 #include "dn/dn_decoder.h"
 #include "tests/support/guarded.h"
+#include "tests/support/parsed_map.h"
 
 #include <gtest/gtest.h>
 
@@ -70,7 +71,7 @@ TEST(PlainRdn, EveryPrefixIsNotPlain) {
 TEST(PlainRdn, EveryChangeOfAByteGivesWhatTheElementReaderGives) {
     std::string rows;
     for (const OIDdescr_t& row : builtin_rows) rows += std::string(row.str) + "=" + row.sn + "\n";
-    const oid_map_handle_t other_map = oid_map_parse(rows.data(), rows.size());
+    const parsed_map_t other_map(rows);
     const auto print = [](const bytes_t& der, PrintableDnOrder order, oid_map_handle_t map) {
         std::string out;
         const auto result = asn_dn_to_printable_r(der.data(), static_cast<uint32_t>(der.size()), out, order, map);
@@ -89,7 +90,6 @@ TEST(PlainRdn, EveryChangeOfAByteGivesWhatTheElementReaderGives) {
             }
         }
     }
-    oid_map_release(other_map);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "oid/builtin_index.h"
 
 #include "tests/support/hex.h"
+#include "tests/support/parsed_map.h"
 #include "tools/pkider/builtin_map.h"
 
 #include <gtest/gtest.h>
@@ -33,7 +34,7 @@ TEST(BuiltinRows, WrittenOutAreTheTextOf711Bytes) {
 }
 
 TEST(BuiltinRows, AreWhatAMapReadsFromTheText) {
-    const oid_map_handle_t map = oid_map_parse(builtin_text.data(), builtin_text.size());
+    const parsed_map_t map(builtin_text);
     for (const OIDdescr_t& row : builtin_rows) {
         const OIDdescr_t* const read = oid_map_find_sn(map, row.sn, row.sn_len);
         ASSERT_NE(read, nullptr) << row.sn;
@@ -48,7 +49,6 @@ TEST(BuiltinRows, AreWhatAMapReadsFromTheText) {
     EXPECT_NE(oid_map_find_sn(map, "S", 1), state);
     EXPECT_EQ(oid_map_find_asn(map, state->asn, state->asn_len), state);
     EXPECT_EQ(oid_map_find_str(map, "2.5.4.8", 7), state);
-    oid_map_release(map);
 }
 
 TEST(BuiltinRows, StandInOneBlockEach) {

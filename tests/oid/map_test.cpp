@@ -4,6 +4,7 @@
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/parsed_map.h"
 
 #include <gtest/gtest.h>
 
@@ -16,24 +17,16 @@ using namespace std::string_view_literals;
 
 namespace {
 
-// A host's map, released at the end.
-class host_map_t {
+class searched_map_t : public parsed_map_t {
   public:
-    explicit host_map_t(std::string_view text) : m_handle(oid_map_parse(text.data(), text.size())) {}
-    ~host_map_t() { oid_map_release(m_handle); }
-    host_map_t(const host_map_t&) = delete;
-    host_map_t& operator=(const host_map_t&) = delete;
+    using parsed_map_t::parsed_map_t;
 
-    oid_map_handle_t handle() const { return m_handle; }
     const OIDdescr_t* asn(std::string_view hex) const {
         const bytes_t contents = from_hex(hex);
-        return oid_map_find_asn(m_handle, contents.data(), contents.size());
+        return oid_map_find_asn(*this, contents.data(), contents.size());
     }
-    const OIDdescr_t* str(std::string_view key) const { return oid_map_find_str(m_handle, key.data(), key.size()); }
-    const OIDdescr_t* sn(std::string_view key) const { return oid_map_find_sn(m_handle, key.data(), key.size()); }
-
-  private:
-    oid_map_handle_t m_handle;
+    const OIDdescr_t* str(std::string_view key) const { return oid_map_find_str(*this, key.data(), key.size()); }
+    const OIDdescr_t* sn(std::string_view key) const { return oid_map_find_sn(*this, key.data(), key.size()); }
 };
 
 struct line_row_t {
@@ -46,7 +39,7 @@ class OidMapLine : public testing::TestWithParam<line_row_t> {};
 
 TEST_P(OidMapLine, GivesItsEntry) {
     for_guarded(to_bytes(GetParam().text), [&](const uint8_t* data, std::size_t size) {
-        const host_map_t map({reinterpret_cast<const char*>(data), size});
+        const searched_map_t map({reinterpret_cast<const char*>(data), size});
         EXPECT_EQ(shown(map.asn("2A 03")), GetParam().expected);
     });
 }
@@ -97,15 +90,15 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& row) { return row.param.name; });
 
 TEST(OidMap, RequiredByteOrderMarkHidesTheFirstLine) {
-    const host_map_t map("\xEF\xBB\xBF"
-                         "1.2.3=A\n1.2.4=B");
+    const searched_map_t map("\xEF\xBB\xBF"
+                             "1.2.3=A\n1.2.4=B");
     EXPECT_EQ(shown(map.sn("A")), "none");
     EXPECT_EQ(shown(map.asn("2A 03")), "none");
     EXPECT_EQ(shown(map.sn("B")), "1.2.4|B|");
 }
 
 TEST(OidMap, NulIsAnOrdinaryCharacter) {
-    const host_map_t map("1.2.3=A\0b,c\0d\n\0001.2.4=E\n1.2\0.5=F"sv);
+    const searched_map_t map("1.2.3=A\0b,c\0d\n\0001.2.4=E\n1.2\0.5=F"sv);
     EXPECT_EQ(shown(map.asn("2A 03")), "1.2.3|A\0B|c\0d"s);
     EXPECT_EQ(shown(map.sn("a\0b"sv)), "1.2.3|A\0B|c\0d"s);
     EXPECT_EQ(shown(map.sn("A")), "none");
@@ -114,7 +107,7 @@ TEST(OidMap, NulIsAnOrdinaryCharacter) {
 }
 
 TEST(OidMap, LineEndsInAnyRunSeparateLines) {
-    const host_map_t map("1.2.3=A\rB\r\n\n4.5=x\n1.4=D\r1.5=E");
+    const searched_map_t map("1.2.3=A\rB\r\n\n4.5=x\n1.4=D\r1.5=E");
     EXPECT_EQ(shown(map.sn("A")), "1.2.3|A|");
     EXPECT_EQ(shown(map.sn("B")), "none");
     EXPECT_EQ(shown(map.sn("X")), "none"); // 4.5 is no OID
@@ -123,7 +116,7 @@ TEST(OidMap, LineEndsInAnyRunSeparateLines) {
 }
 
 TEST(OidMap, DropsLinesWhoseOidIsNone) {
-    const host_map_t map("1 = X\n3.1 = X\n= X\n1..2=X\n1.2.4294967296=X\n1.2.3=Y");
+    const searched_map_t map("1 = X\n3.1 = X\n= X\n1..2=X\n1.2.4294967296=X\n1.2.3=Y");
     EXPECT_EQ(shown(map.sn("X")), "none");
     EXPECT_EQ(shown(map.sn("Y")), "1.2.3|Y|");
 }
@@ -131,7 +124,7 @@ TEST(OidMap, DropsLinesWhoseOidIsNone) {
 TEST(OidMap, DropsAnOidOfMoreThan506Bytes) {
     std::string oid = "2.5";
     for (int i = 0; i < 505; ++i) oid += ".1";
-    const host_map_t map(oid + " = FITS\n" + oid + ".1 = TOOLONG\n");
+    const searched_map_t map(oid + " = FITS\n" + oid + ".1 = TOOLONG\n");
     ASSERT_NE(map.sn("FITS"), nullptr);
     EXPECT_EQ(map.sn("FITS")->asn_len, 506u);
     EXPECT_EQ(map.sn("FITS")->str_len, oid.size());
@@ -139,7 +132,7 @@ TEST(OidMap, DropsAnOidOfMoreThan506Bytes) {
 }
 
 TEST(OidMap, EntryHasItsFieldsInOneBlock) {
-    const host_map_t map("x\n 02.5.4.3 = cn, commonName \n");
+    const searched_map_t map("x\n 02.5.4.3 = cn, commonName \n");
     const OIDdescr_t* const entry = map.sn("CN");
     ASSERT_NE(entry, nullptr);
     EXPECT_EQ(bytes_t(entry->asn, entry->asn + entry->asn_len), "55 04 03"_hex);
@@ -155,7 +148,7 @@ TEST(OidMap, EntryHasItsFieldsInOneBlock) {
 }
 
 TEST(OidMap, EntryWithoutNamesPointsAtEmptyStrings) {
-    const host_map_t map("1.2.3=");
+    const searched_map_t map("1.2.3=");
     const OIDdescr_t* const entry = map.str("1.2.3");
     ASSERT_NE(entry, nullptr);
     EXPECT_STREQ(entry->sn, "");
@@ -165,13 +158,13 @@ TEST(OidMap, EntryWithoutNamesPointsAtEmptyStrings) {
 
 TEST(OidMap, KeepsNothingOfTheText) {
     auto text = std::make_unique<std::string>("1.2.3=A,b");
-    const host_map_t map(*text);
+    const searched_map_t map(*text);
     text.reset();
     EXPECT_EQ(shown(map.sn("A")), "1.2.3|A|b");
 }
 
 TEST(OidMap, FindsEachKeyOnlyAsAWhole) {
-    const host_map_t map("2.5.4.3 = CN, commonName");
+    const searched_map_t map("2.5.4.3 = CN, commonName");
     EXPECT_EQ(shown(map.asn("55 04 03")), "2.5.4.3|CN|commonName");
     EXPECT_EQ(map.asn("55 04"), nullptr);
     EXPECT_EQ(map.asn("55 04 04"), nullptr);
@@ -187,14 +180,14 @@ TEST(OidMap, FindsEachKeyOnlyAsAWhole) {
 }
 
 TEST(OidMap, DottedTextIsFoundAsWrittenOnly) {
-    const host_map_t map("2.5.4.03 = A\n2.5.4.3 = B");
+    const searched_map_t map("2.5.4.03 = A\n2.5.4.3 = B");
     EXPECT_EQ(shown(map.str("2.5.4.03")), "2.5.4.03|A|");
     EXPECT_EQ(shown(map.str("2.5.4.3")), "2.5.4.3|B|");
     EXPECT_EQ(shown(map.asn("55 04 03")), "2.5.4.03|A|");
 }
 
 TEST(OidMap, ShortNamesIgnoreAsciiCaseAndNoOther) {
-    const host_map_t map("2.5.4.3 = Cn\n1.2.3 = \xC3\xA9[\n1.2.4=\xC3\x89{");
+    const searched_map_t map("2.5.4.3 = Cn\n1.2.3 = \xC3\xA9[\n1.2.4=\xC3\x89{");
     for (const char* name : {"cn", "Cn", "cN", "CN"}) EXPECT_EQ(shown(map.sn(name)), "2.5.4.3|CN|") << name;
     EXPECT_EQ(shown(map.sn("\xC3\xA9[")), "1.2.3|\xC3\xA9[|");
     EXPECT_EQ(shown(map.sn("\xC3\x89{")), "1.2.4|\xC3\x89{|");
@@ -203,7 +196,7 @@ TEST(OidMap, ShortNamesIgnoreAsciiCaseAndNoOther) {
 }
 
 TEST(OidMap, RequiredFirstEntryOfAKeyWins) {
-    const host_map_t map("1.2.3=A\n1.2.3=B\n1.2.4=a\n1.2.5=B");
+    const searched_map_t map("1.2.3=A\n1.2.3=B\n1.2.4=a\n1.2.5=B");
     EXPECT_EQ(shown(map.asn("2A 03")), "1.2.3|A|");
     EXPECT_EQ(shown(map.str("1.2.3")), "1.2.3|A|");
     EXPECT_EQ(shown(map.sn("A")), "1.2.3|A|");
@@ -213,9 +206,9 @@ TEST(OidMap, RequiredFirstEntryOfAKeyWins) {
 }
 
 TEST(OidMap, RequiredEmptyShortNameIsAKeyLikeAnyOther) {
-    const host_map_t map("2.5.4.3 = ,x\n1.2.4 = ,y");
+    const searched_map_t map("2.5.4.3 = ,x\n1.2.4 = ,y");
     EXPECT_EQ(shown(map.sn("")), "2.5.4.3||x");
-    EXPECT_EQ(shown(oid_map_find_sn(map.handle(), nullptr, 0)), "2.5.4.3||x");
+    EXPECT_EQ(shown(oid_map_find_sn(map, nullptr, 0)), "2.5.4.3||x");
 }
 
 TEST(OidMap, OfAnEmptyTextIsEmpty) {
@@ -237,15 +230,15 @@ TEST(OidMap, EmptyHandleFindsNothingAndIsReleasedAsNothing) {
 }
 
 TEST(OidMap, FindersTakeNullForAnEmptyKey) {
-    const host_map_t map("1.2.3=A");
-    EXPECT_EQ(oid_map_find_asn(map.handle(), nullptr, 0), nullptr);
-    EXPECT_EQ(oid_map_find_str(map.handle(), nullptr, 0), nullptr);
-    EXPECT_EQ(oid_map_find_sn(map.handle(), nullptr, 0), nullptr);
+    const searched_map_t map("1.2.3=A");
+    EXPECT_EQ(oid_map_find_asn(map, nullptr, 0), nullptr);
+    EXPECT_EQ(oid_map_find_str(map, nullptr, 0), nullptr);
+    EXPECT_EQ(oid_map_find_sn(map, nullptr, 0), nullptr);
 }
 
 TEST(OidMap, AFailedAllocationLeaksNothing) {
     constexpr std::string_view text = "1.2.3=A,b\n1.2.3=B\nx\n1.2.4=C\n2.5.4.3=CN, commonName\n1.2.9=E";
-    const std::size_t failures = for_each_failing_allocation([&] { const host_map_t map(text); }, [] {});
+    const std::size_t failures = for_each_failing_allocation([&] { const searched_map_t map(text); }, [] {});
     EXPECT_GT(failures, 10u);
 }
 
@@ -268,13 +261,13 @@ TEST_P(OidMapOfManyLines, FindsEveryEntry) {
         arcs.push_back(arc);
         text += "1.2." + std::to_string(arc) + " = " + name_of(arc) + ", " + std::to_string(arc) + "\n";
     }
-    const host_map_t map(text);
+    const searched_map_t map(text);
     std::vector<bool> name_seen(num_names);
     for (const int arc : arcs) {
         const OIDdescr_t* const entry = map.str("1.2." + std::to_string(arc));
         ASSERT_NE(entry, nullptr) << arc;
         ASSERT_EQ(entry->ln, std::to_string(arc));
-        ASSERT_EQ(oid_map_find_asn(map.handle(), entry->asn, entry->asn_len), entry);
+        ASSERT_EQ(oid_map_find_asn(map, entry->asn, entry->asn_len), entry);
 
         const auto name = static_cast<std::size_t>(arc % num_names);
         ASSERT_EQ(map.sn(name_of(arc)) == entry, !name_seen[name]) << "the first line with a name has it";

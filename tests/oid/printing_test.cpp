@@ -1,13 +1,13 @@
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/parsed_map.h"
 
 #include <pkider/oid.h>
 
 #include <gtest/gtest.h>
 
 #include <string>
-#include <string_view>
 
 using namespace pkider_test;
 
@@ -97,18 +97,15 @@ TEST(OidToPrintable, RequiredDottedTextIsAppended) {
 }
 
 TEST(OidToPrintable, ShortNameComesBeforeTheNameOfTheAlgorithm) {
-    constexpr std::string_view text = "2.16.840.1.101.3.4.2.1 = my-hash, My hash\n";
-    const oid_map_handle_t map = oid_map_parse(text.data(), text.size());
+    const parsed_map_t map("2.16.840.1.101.3.4.2.1 = my-hash, My hash\n");
     const bytes_t sha256 = from_hex(SHA256_OID);
     std::string out = "x";
     EXPECT_TRUE(asn_oid_to_printable(sha256.data(), static_cast<uint32_t>(sha256.size()), out, with_dotted, map));
     EXPECT_EQ(out, "MY-HASH");
-    oid_map_release(map);
 }
 
 TEST(OidToPrintable, RequiredAnEmptyShortNameIsPrintedAsItIs) {
-    constexpr std::string_view text = "2.5.4.3 = ,x\n2.16.840.1.101.3.4.2.1 = ,y\n";
-    const oid_map_handle_t map = oid_map_parse(text.data(), text.size());
+    const parsed_map_t map("2.5.4.3 = ,x\n2.16.840.1.101.3.4.2.1 = ,y\n");
     for (const bytes_t& der : {"06 03 55 04 03"_hex, from_hex(SHA256_OID)}) {
         for (const bool dotted : {!with_dotted, with_dotted}) {
             std::string out = "x";
@@ -116,7 +113,6 @@ TEST(OidToPrintable, RequiredAnEmptyShortNameIsPrintedAsItIs) {
             EXPECT_EQ(out, "");
         }
     }
-    oid_map_release(map);
 }
 
 TEST(OidToPrintable, TheObjectIdentifierMayStandInAReplacedText) {
@@ -147,8 +143,7 @@ TEST(OidToPrintable, AFailedAllocationLeavesTheText) {
 }
 
 TEST(OidToPrintable, AFailedAllocationForAShortNameLeavesTheText) {
-    const std::string text = "1.2.3 = " + std::string(100, 'N');
-    const oid_map_handle_t map = oid_map_parse(text.data(), text.size());
+    const parsed_map_t map("1.2.3 = " + std::string(100, 'N'));
     const bytes_t der = "06 02 2A 03"_hex;
     const auto print = [&] {
         std::string out = "x";
@@ -161,7 +156,6 @@ TEST(OidToPrintable, AFailedAllocationForAShortNameLeavesTheText) {
         EXPECT_EQ(out.size(), 100u);
     };
     EXPECT_EQ(for_each_failing_allocation(print, [] {}), 1u);
-    oid_map_release(map);
 }
 
 TEST(OidToPrintable, TakesNullForNoBytes) {
