@@ -62,8 +62,7 @@ facts_t describe_request(bytes_t contents, oid_map_handle_t map) {
     return facts;
 }
 
-// TBSCertList ::= SEQUENCE { version OPTIONAL, signature, issuer, thisUpdate, nextUpdate OPTIONAL, revoked OPTIONAL,
-// ... }
+// TBSCertList ::= SEQUENCE { version, signature, issuer, thisUpdate, nextUpdate, revokedCertificates, ... }
 facts_t describe_certificate_list(bytes_t contents, oid_map_handle_t map) {
     facts_t facts;
     der_cursor_t body(der_cursor_t(contents).take(asn_tag_t::SEQUENCE)->contents);
