@@ -91,6 +91,11 @@ TEST_P(SecretsLeft, AreNoneOfABareKey) {
     expect_none({"key", "wrap", key, "-o", path("out"), "--force"});
 }
 
+TEST_P(SecretsLeft, AreNoneOfBareOctets) {
+    const std::string key = write_key(from_hex(octets).str());
+    expect_none({"key", "wrap", "--kind", "2012-256", key, "-o", path("out"), "--force"});
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Forms, SecretsLeft,
     testing::Values(form_row_t{"Der", [](const std::string& key) { return key; }},
