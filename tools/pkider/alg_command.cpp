@@ -5,9 +5,9 @@
 #include "tools/pkider/failure.h"
 #include "tools/pkider/oid_names.h"
 #include "tools/pkider/output.h"
+#include "tools/pkider/padded_text.h"
 #include "tools/pkider/text_lines.h"
 
-#include <algorithm>
 #include <charconv>
 #include <memory>
 #include <vector>
@@ -97,9 +97,7 @@ void print_algorithm(const algorithm_t& algorithm) {
     std::string text = std::string(alg_name(algorithm.alg)) + "\n";
     const auto add = [&text](const char* label, const std::string& value) {
         constexpr std::size_t label_width = 12;
-        if (value.empty()) return;
-        text += "  " + std::string(label);
-        text += std::string(label_width - std::string_view(label).size(), ' ') + value + "\n";
+        if (!value.empty()) text += "  " + padded(label, label_width) + value + "\n";
     };
     const auto part = [&algorithm](pki_alg_t field) {
         if (field == PKI_ALG_NONE || field == algorithm.alg) return std::string();
@@ -158,9 +156,7 @@ void print_row(const algorithm_t& algorithm) {
     constexpr std::size_t name_width = 36;
     const std::string name = alg_name(algorithm.alg);
     const std::string oid = dotted_text(algorithm.oid());
-    std::string line = alg_value_text(algorithm.alg) + "  " + name;
-    if (!oid.empty()) line += std::string(name_width - std::min(name_width - 1, name.size()), ' ') + oid;
-    print(line + "\n");
+    print(alg_value_text(algorithm.alg) + "  " + (oid.empty() ? name : padded(name + " ", name_width) + oid) + "\n");
 }
 
 void show(const algorithm_t& algorithm, const options_t& options, json_array_t& results) {

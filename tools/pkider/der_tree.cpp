@@ -3,6 +3,7 @@
 #include "tools/pkider/count_text.h"
 #include "tools/pkider/der_names.h"
 #include "tools/pkider/encodings.h"
+#include "tools/pkider/padded_text.h"
 #include "tools/pkider/terminal_text.h"
 
 #include <algorithm>
@@ -48,9 +49,7 @@ der_tree_t::der_tree_t(std::uint64_t size) : width(std::max<std::size_t>(4, std:
 /// The two columns in front of the tree: the offset to the right, the sizes to the left.
 std::string der_tree_t::margin(std::uint64_t offset, const std::string& sizes) const {
     const std::string number = std::to_string(offset);
-    const std::size_t sizes_width = width + 2;
-    return std::string(width - std::min(width, number.size()), ' ') + number + "  " + sizes +
-           std::string(sizes_width - std::min(sizes_width, sizes.size()), ' ') + "  ";
+    return std::string(width - std::min(width, number.size()), ' ') + number + "  " + padded(sizes, width + 2) + "  ";
 }
 
 std::string der_tree_t::lines(const der_node_t& node, const der_value_t& value) const {

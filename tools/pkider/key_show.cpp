@@ -10,6 +10,7 @@
 #include "tools/pkider/key_show_private.h"
 #include "tools/pkider/map_options.h"
 #include "tools/pkider/output.h"
+#include "tools/pkider/padded_text.h"
 #include "tools/pkider/public_key.h"
 #include "tools/pkider/terminal_text.h"
 
@@ -60,7 +61,7 @@ std::string key_text(const der_input_t& input, const public_key_t& key) {
     std::string text = printable(input.name) + ": " + printable(public_key_line(key)) + "\n";
     const auto add = [&text](const std::string& label, const std::string& value) {
         constexpr std::size_t label_width = 12;
-        text += "  " + label + std::string(label_width - label.size(), ' ') + printable(value) + "\n";
+        text += "  " + padded(label, label_width) + printable(value) + "\n";
     };
     add("algorithm", oid_label(key.algorithm));
     for (const auto& [label, value] : public_key_details(key)) add(label, value);

@@ -2,6 +2,7 @@
 
 #include "tools/pkider/encodings.h"
 #include "tools/pkider/encrypted_key.h"
+#include "tools/pkider/padded_text.h"
 #include "tools/pkider/pbe_algorithm.h"
 #include "tools/pkider/pbe_setup.h"
 #include "tools/pkider/private_key.h"
@@ -50,7 +51,7 @@ class shown_key_t {
 
 std::string field(const std::string& label, const std::string& value) {
     constexpr std::size_t label_width = 16;
-    return "  " + label + std::string(label_width - label.size(), ' ') + printable(value) + "\n";
+    return "  " + padded(label, label_width) + printable(value) + "\n";
 }
 
 } // namespace

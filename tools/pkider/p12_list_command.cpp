@@ -8,6 +8,7 @@
 #include "tools/pkider/p12_item.h"
 #include "tools/pkider/p12_options.h"
 #include "tools/pkider/p12_outline.h"
+#include "tools/pkider/padded_text.h"
 #include "tools/pkider/terminal_text.h"
 
 #include <memory>
@@ -24,11 +25,8 @@ struct options_t {
 };
 
 void print_field(const char* label, const std::string& text) {
-    if (text.empty()) return;
-    std::string line = "       ";
-    line += label;
-    line.resize(7 + 16, ' ');
-    print(line + printable(text) + "\n");
+    constexpr std::size_t label_width = 16;
+    if (!text.empty()) print("       " + padded(label, label_width) + printable(text) + "\n");
 }
 
 void print_bag(const p12_bag_t& bag, oid_map_handle_t map) {

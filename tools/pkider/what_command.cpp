@@ -7,9 +7,9 @@
 #include "tools/pkider/file_kind.h"
 #include "tools/pkider/map_options.h"
 #include "tools/pkider/output.h"
+#include "tools/pkider/padded_text.h"
 #include "tools/pkider/terminal_text.h"
 
-#include <algorithm>
 #include <map>
 #include <memory>
 
@@ -84,7 +84,7 @@ void print_finding(const finding_t& finding) {
     text += "\n";
     const auto add = [&text](const std::string& label, const std::string& value) {
         constexpr std::size_t label_width = 13;
-        text += "  " + label + std::string(label_width - std::min(label_width - 1, label.size()), ' ') + value + "\n";
+        text += "  " + padded(label + " ", label_width) + value + "\n";
     };
     for (const auto& [label, value] : finding.facts) add(label, printable(value));
     if (!finding.command().empty()) add("look closer", printable(finding.command()));
