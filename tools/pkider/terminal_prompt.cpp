@@ -56,19 +56,13 @@ class signal_catcher_t {
     sigset_t saved_mask_{};
 };
 
-/// The controlling terminal, its echo off.
+/// The controlling terminal with its echo off; nothing where that cannot be had.
 class silent_terminal_t {
   public:
     silent_terminal_t() : fd_(open("/dev/tty", O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        if (fd_ < 0) return;
-        if (tcgetattr(fd_, &saved_) != 0) {
-            close(fd_);
-            fd_ = -1;
-            return;
-        }
-        termios silent = saved_;
-        silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL);
-        tcsetattr(fd_, TCSAFLUSH, &silent);
+        if (fd_ < 0 || turn_echo_off()) return;
+        close(fd_);
+        fd_ = -1;
     }
     ~silent_terminal_t() {
         if (fd_ < 0) return;
@@ -88,6 +82,13 @@ class silent_terminal_t {
     }
 
   private:
+    bool turn_echo_off() {
+        if (tcgetattr(fd_, &saved_) != 0) return false;
+        termios silent = saved_;
+        silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL);
+        return tcsetattr(fd_, TCSAFLUSH, &silent) == 0;
+    }
+
     int fd_;
     termios saved_{};
 };
