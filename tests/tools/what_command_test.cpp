@@ -181,6 +181,13 @@ TEST(WhatCommand, QuotesAFileNameForTheShell) {
                 HasSubstr("look closer  pkider der 'a b'\\''c'\n"));
 }
 
+TEST(WhatCommand, NamesAFileThatLooksLikeAnOption) {
+    const temp_dir_t dir;
+    dir.write(u8"-x", "\x06\x03\x55\x04\x03");
+    EXPECT_THAT(run_pkider({"what", "--", "-x"}, {.directory = dir.path().string()}).out,
+                HasSubstr("look closer  pkider der ./-x\n"));
+}
+
 TEST(WhatCommand, TellsJson) {
     const run_result_t result = run_pkider({"what", "--json"}, {.input = "0603550403"});
     EXPECT_EQ(result.out,

@@ -38,8 +38,9 @@ const char* form_name(input_form_t form) {
     }
 }
 
-/// A word that a shell takes as one: quoted where it needs to be.
-std::string shell_word(const std::string& word) {
+/// The name of a file as one word of a command line: quoted where the shell needs it, and no option.
+std::string shell_word(std::string word) {
+    if (word.size() > 1 && word.front() == '-') word.insert(0, "./");
     constexpr const char* plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_@%+=:,./-";
     if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) return word;
     std::string quoted = "'";
