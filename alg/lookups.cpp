@@ -41,10 +41,7 @@ const PKI_OID& asn_form_ike_signalg(pki_alg_t alg) {
 
 pki_alg_t PKI_OID_TO_ALG(const uint8_t* oid, uint32_t len) {
     const known_oid_t* const known = oid_index.find(oid, len);
-    if (known == nullptr) return PKI_ALG_NONE;
-    if (known->hash != PKI_ALG_NONE) return known->hash;
-    if (known->key != PKI_ALG_NONE) return known->key;
-    return known->cert_sign;
+    return known != nullptr ? known->first : PKI_ALG_NONE;
 }
 
 pki_alg_t PKI_OID_TO_HASH_ALG(const uint8_t* oid, uint32_t len) {

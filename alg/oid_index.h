@@ -39,7 +39,8 @@ constexpr uint64_t load_word(const uint8_t* at) {
 
 /// @param len  From min_len to max_len.
 constexpr oid_words_t load_oid(const uint8_t* oid, uint32_t len) {
-    if (len >= sizeof(uint64_t)) return {load_word<uint64_t>(oid), load_word<uint64_t>(oid + len - 8), len};
+    if (len >= sizeof(uint64_t)) [[likely]]
+        return {load_word<uint64_t>(oid), load_word<uint64_t>(oid + len - 8), len};
     return {load_word<uint32_t>(oid), load_word<uint32_t>(oid + len - 4), len};
 }
 
@@ -49,6 +50,7 @@ struct known_oid_t {
     pki_alg_t hash = PKI_ALG_NONE;
     pki_alg_t key = PKI_ALG_NONE;
     pki_alg_t cert_sign = PKI_ALG_NONE;
+    pki_alg_t first = PKI_ALG_NONE; ///< Of the three above the first that is one.
 };
 
 class oid_index_t {
@@ -78,8 +80,9 @@ class oid_index_t {
         for (const alg_row_t& row : rows) {
             if (row.oid.len < oid_words_t::min_len || row.oid.len > oid_words_t::max_len)
                 throw "does not fit two words";
-            pki_alg_t& alg = entry(load_oid(row.oid.data, row.oid.len)).*kind;
-            if (alg == PKI_ALG_NONE) alg = row.alg; // the first row wins
+            known_oid_t& known = entry(load_oid(row.oid.data, row.oid.len));
+            if (known.*kind == PKI_ALG_NONE) known.*kind = row.alg; // the first row wins
+            if (known.first == PKI_ALG_NONE) known.first = row.alg; // and the first table
         }
     }
 
