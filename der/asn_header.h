@@ -65,6 +65,13 @@ constexpr uint8_t* asn_put_header(uint8_t* out, uint8_t tag, uint64_t content_si
         *out++ = static_cast<uint8_t>(content_size);
         return out;
     }
+    if (asn_num_length_octets(content_size) == 2) { // around certificates: 100 of them 35 ns each instead of 39
+        *out++ = tag;
+        *out++ = 0x82;
+        *out++ = static_cast<uint8_t>(content_size >> 8);
+        *out++ = static_cast<uint8_t>(content_size);
+        return out;
+    }
     uint8_t* const content = out + asn_header_size(content_size);
     asn_put_header_before(content, tag, content_size);
     return content;
