@@ -13,3 +13,4 @@ set(dn_sources
     text_sink.cpp
     value_decoder.cpp
     value_escape.cpp)
+set(dn_hot_sources dn_decoder.cpp)
