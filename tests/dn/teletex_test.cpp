@@ -5,6 +5,7 @@
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/utf8_by_the_rule.h"
 
 #include <gtest/gtest.h>
 
@@ -227,34 +228,21 @@ TEST(TeletexTables, RowsStandOnlyWhereLettersAre) {
     }
 }
 
-void append_utf8(uint32_t code, std::string& out) {
-    if (code < 0x80) {
-        out += static_cast<char>(code);
-    } else if (code < 0x800) {
-        out += static_cast<char>(0xC0 + code / 64);
-        out += static_cast<char>(0x80 + code % 64);
-    } else {
-        out += static_cast<char>(0xE0 + code / 4096);
-        out += static_cast<char>(0x80 + code / 64 % 64);
-        out += static_cast<char>(0x80 + code % 64);
-    }
-}
-
 /// Converts by the rules, in one pass; false when a byte is not allowed where a character begins.
 bool convert_by_rule(const bytes_t& in, std::string& out) {
     for (std::size_t i = 0; i < in.size();) {
         const uint8_t byte = in[i];
         if (main_code_point(byte) == 0) return false;
         if (byte < 0xC0 || byte > 0xCF) {
-            append_utf8(main_code_point(byte), out);
+            out += utf8_by_the_rule(main_code_point(byte));
             i += 1;
             continue;
         }
         const uint8_t next = i + 1 < in.size() ? in[i + 1] : uint8_t{0};
         const bool alone = (next == 0 || next == ' ') && spacing_accent(byte) != 0;
         const uint32_t single = alone ? spacing_accent(byte) : expected_composition(byte, next);
-        append_utf8(single != 0 ? single : next, out);
-        if (single == 0) append_utf8(main_code_point(byte), out);
+        out += utf8_by_the_rule(single != 0 ? single : next);
+        if (single == 0) out += utf8_by_the_rule(main_code_point(byte));
         i += 2;
     }
     return true;
