@@ -1,5 +1,6 @@
 #include "tools/pkider/certificate_facts.h"
 
+#include "tools/pkider/der_integer.h"
 #include "tools/pkider/encodings.h"
 #include "tools/pkider/failure.h"
 #include "tools/pkider/time_text.h"

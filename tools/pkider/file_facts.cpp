@@ -4,6 +4,7 @@
 #include "tools/pkider/certificate_facts.h"
 #include "tools/pkider/count_text.h"
 #include "tools/pkider/der_cursor.h"
+#include "tools/pkider/der_integer.h"
 #include "tools/pkider/der_names.h"
 #include "tools/pkider/encodings.h"
 #include "tools/pkider/failure.h"

@@ -2,7 +2,7 @@
 
 #include "tools/pkider/alg_names.h"
 #include "tools/pkider/der_cursor.h"
-#include "tools/pkider/public_key.h"
+#include "tools/pkider/der_integer.h"
 #include "tools/pkider/time_text.h"
 
 #include <algorithm>

@@ -37,14 +37,6 @@ struct public_key_t {
 /// damaged keeps what could be read.
 std::optional<public_key_t> read_public_key(bytes_t spki, oid_map_handle_t map);
 
-/// Bits of a number, highest byte first.
-std::uint64_t bit_length(bytes_t number);
-
-/// The number in decimal when it fits into 64 bits, else in hex with "0x".
-std::string number_text(bytes_t number);
-
-bytes_t without_leading_zeros(bytes_t number);
-
 /// "RSA, 2048 bits, exponent 65537"
 std::string public_key_line(const public_key_t& key);
 

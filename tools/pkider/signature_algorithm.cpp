@@ -3,7 +3,7 @@
 #include "tools/pkider/alg_names.h"
 #include "tools/pkider/count_text.h"
 #include "tools/pkider/der_cursor.h"
-#include "tools/pkider/public_key.h"
+#include "tools/pkider/der_integer.h"
 
 namespace tool {
 namespace {
