@@ -3,6 +3,7 @@
 
 #include <pkider/der.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -27,6 +28,7 @@ struct der_element_t {
     bytes_t contents;
 
     std::uint64_t contents_offset() const { return offset + (whole.size() - contents.size()); }
+    bool holds(bytes_t octets) const { return std::ranges::equal(contents, octets); }
 };
 
 class der_cursor_t {

@@ -13,7 +13,6 @@ constexpr uint8_t oid_bytes[] = {Bytes...};
 template <uint8_t... Bytes>
 constexpr bytes_t oid{oid_bytes<Bytes...>};
 
-constexpr bytes_t data_type = oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x07, 0x01>;      // 1.2.840.113549.1.7.1
 constexpr bytes_t encrypted_type = oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x07, 0x06>; // 1.2.840.113549.1.7.6
 constexpr asn_tag_t::Type primitive_context_0 = static_cast<asn_tag_t::Type>(0x80);
 
@@ -21,10 +20,6 @@ constexpr asn_tag_t::Type primitive_context_0 = static_cast<asn_tag_t::Type>(0x8
 constexpr bytes_t bag_types = oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x0C, 0x0A, 0x01>;
 constexpr bag_kind_t bag_kinds[] = {bag_kind_t::key, bag_kind_t::shrouded_key, bag_kind_t::certificate,
                                     bag_kind_t::crl, bag_kind_t::secret,       bag_kind_t::safe_contents};
-
-bool is(const der_element_t& element, bytes_t wanted) {
-    return std::ranges::equal(element.contents, wanted);
-}
 
 bag_kind_t bag_kind(bytes_t type) {
     if (type.size() != bag_types.size() + 1 || !std::ranges::equal(type.first(bag_types.size()), bag_types))
@@ -49,8 +44,8 @@ void check_attributes(der_cursor_t attributes) {
         der_cursor_t attribute(attributes.next(asn_tag_t::SEQUENCE, "SEQUENCE (attribute)"));
         const der_element_t type = attribute.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER (attribute type)");
         der_cursor_t values(attribute.next(asn_tag_t::SET, "SET (attribute values)"));
-        if (is(type, friendly_name)) values.next(bmp_string, "BMPString (friendly name)");
-        if (is(type, local_key_id)) values.next(asn_tag_t::OCTET_STRING, "OCTET STRING (local key id)");
+        if (type.holds(friendly_name)) values.next(bmp_string, "BMPString (friendly name)");
+        if (type.holds(local_key_id)) values.next(asn_tag_t::OCTET_STRING, "OCTET STRING (local key id)");
     }
 }
 
@@ -88,10 +83,10 @@ class p12_walk_t {
         der_cursor_t info(element);
         const der_element_t type = info.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER (content type)");
         der_cursor_t value(info.next(asn_tag_t::CONTEXT_0, "[0] (content)"));
-        if (is(type, data_type)) {
+        if (type.holds(data_type)) {
             walk_safe_contents(der_cursor_t(value.next(asn_tag_t::OCTET_STRING, "OCTET STRING (SafeContents)")),
                                content);
-        } else if (is(type, encrypted_type)) {
+        } else if (type.holds(encrypted_type)) {
             content.encrypted = true;
             walk_encrypted(value, content);
         } else {
@@ -110,7 +105,7 @@ class p12_walk_t {
         const der_element_t ciphertext = info.next(primitive_context_0, "primitive [0] (encrypted content)");
         if (!data.at_end()) data.next(asn_tag_t::ANY, "an element (attributes)");
 
-        if (!is(type, data_type)) {
+        if (!type.holds(data_type)) {
             content.skipped = "the encrypted type is " + algorithm_name(type.contents);
             return;
         }

@@ -5,12 +5,8 @@
 #include "tools/pkider/pbe_algorithm.h"
 #include "tools/pkider/pbe_setup.h"
 
-#include <algorithm>
-
 namespace tool {
 namespace {
-
-constexpr uint8_t data_oid[] = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x07, 0x01}; // 1.2.840.113549.1.7.1
 
 /// A version of one byte, whatever it is, or one that begins with 3: what the library takes.
 bool is_accepted_version(bytes_t contents) {
@@ -39,7 +35,7 @@ pfx_t read_pfx(bytes_t file) {
     if (!is_accepted_version(version.contents)) throw der_fault_t(version.offset, "version 3");
 
     const der_element_t type = content_info.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER (content type)");
-    if (!std::ranges::equal(type.contents, data_oid)) {
+    if (!type.holds(data_type)) {
         throw der_fault_t(type.offset, "content type data: files that are signed have no MAC by a password");
     }
     der_cursor_t explicit_content(content_info.next(asn_tag_t::CONTEXT_0, "[0] (content)"));

@@ -11,6 +11,9 @@
 
 namespace tool {
 
+/// Content type data, 1.2.840.113549.1.7.1 (RFC 5652 4).
+inline constexpr uint8_t data_type[] = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x07, 0x01};
+
 /// The outermost layer, for those who need no more (RFC 7292 4).
 struct pfx_t {
     der_element_t authenticated_safe; ///< OCTET STRING, over whose contents the MAC is made.
