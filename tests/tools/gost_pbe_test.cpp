@@ -540,16 +540,16 @@ TEST(GostPbeWriting, ThrowsWhereItCannotEncrypt) {
     pkcs12_mac_t mac;
     std::string storage = "before";
     for (const bytes_t& data : {"30 00"_hex, "04 05 30 00"_hex, bytes_t()}) {
-        EXPECT_THROW(crypto.encrypt(data.data(), data.size(), params, storage), tool::pbe_error);
-        EXPECT_THROW(crypto.make_mac(data.data(), data.size(), mac), tool::pbe_error);
+        EXPECT_THROW(crypto.encrypt(data.data(), data.size(), params, storage), tool::pbe_error_t);
+        EXPECT_THROW(crypto.make_mac(data.data(), data.size(), mac), tool::pbe_error_t);
     }
-    EXPECT_THROW(crypto.encrypt("04 02 30 00 00"_hex.data(), 5, params, storage), tool::pbe_error);
+    EXPECT_THROW(crypto.encrypt("04 02 30 00 00"_hex.data(), 5, params, storage), tool::pbe_error_t);
     EXPECT_EQ(storage, "before");
 
     gost_pbe_t limited(password(), {.iterations = 2000, .max_iterations = 1999, .on_progress = {}});
     const bytes_t safe = wrapped_safe_contents(1);
-    EXPECT_THROW(limited.encrypt(safe.data(), safe.size(), params, storage), tool::pbe_error);
-    EXPECT_THROW(limited.make_mac(safe.data(), safe.size(), mac), tool::pbe_error);
+    EXPECT_THROW(limited.encrypt(safe.data(), safe.size(), params, storage), tool::pbe_error_t);
+    EXPECT_THROW(limited.make_mac(safe.data(), safe.size(), mac), tool::pbe_error_t);
     EXPECT_EQ(storage, "before");
 }
 

@@ -171,7 +171,7 @@ const char* pbe_fault_text(pbe_fault_t fault) {
 gost_pbe_t::gost_pbe_t(secret_t password, gost_pbe_options_t options)
     : password_(std::move(password)), options_(std::move(options)), iterations_left_(options_.max_iterations) {
     if (!is_storable_count(options_.iterations)) throw std::invalid_argument("iteration count with a zero byte");
-    if (!gcrypt_ready()) throw pbe_error(pbe_fault_t::no_cipher);
+    if (!gcrypt_ready()) throw pbe_error_t(pbe_fault_t::no_cipher);
 }
 
 void gost_pbe_t::set_input(bytes_view_t input) {
@@ -252,15 +252,15 @@ bool gost_pbe_t::check_mac(const pkcs12_mac_t& mac, const uint8_t* data, uint64_
 
 bool gost_pbe_t::make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac) {
     const element_t authenticated = read_element(asn_tag_t::OCTET_STRING, {data, size});
-    if (!authenticated.found) throw pbe_error(pbe_fault_t::malformed);
+    if (!authenticated.found) throw pbe_error_t(pbe_fault_t::malformed);
 
     // The writer names GOST R 34.11-94, whatever stands in `mac`.
     const mac_digest_t& digest = mac_digests[0];
     gcry_randomize(mac_salt_.data(), mac_salt_.size(), GCRY_STRONG_RANDOM);
     const bytes_view_t key = pbkdf2_mac_key(digest.hash, mac_salt_, options_.iterations);
-    if (key.empty()) throw pbe_error(fault_);
+    if (key.empty()) throw pbe_error_t(fault_);
     digest_ = hmac(digest.hash, key, authenticated.contents);
-    if (digest_.empty()) throw pbe_error(pbe_fault_t::no_cipher);
+    if (digest_.empty()) throw pbe_error_t(pbe_fault_t::no_cipher);
 
     static constexpr bytes_view_t algorithm = oid<0x06, 0x06, 0x2A, 0x85, 0x03, 0x02, 0x02, 0x09>;
     mac = {algorithm.size(), algorithm.data(), digest_.size(),     digest_.data(),
@@ -332,7 +332,7 @@ bool gost_pbe_t::take_plaintext(bool is_key, std::size_t room, std::string& plai
 
 bool gost_pbe_t::encrypt(const uint8_t* data, uint64_t size, pkcs8_encrypted_pki_gost_t& params, std::string& storage) {
     const element_t safe = read_element(asn_tag_t::OCTET_STRING, {data, size});
-    if (!is_whole(safe)) throw pbe_error(pbe_fault_t::malformed);
+    if (!is_whole(safe)) throw pbe_error_t(pbe_fault_t::malformed);
     encrypt_bytes(safe.contents, params, storage);
     return true;
 }
@@ -347,12 +347,12 @@ void gost_pbe_t::encrypt_bytes(bytes_view_t plain, pkcs8_encrypted_pki_gost_t& p
     gcry_randomize(salt_.data(), salt_.size(), GCRY_STRONG_RANDOM);
     gcry_randomize(iv_.data(), iv_.size(), GCRY_STRONG_RANDOM);
     const bytes_view_t key = pbkdf2(GCRY_MD_GOSTR3411_CP, salt_, options_.iterations, 1);
-    if (key.empty()) throw pbe_error(fault_);
+    if (key.empty()) throw pbe_error_t(fault_);
 
     storage.assign(reinterpret_cast<const char*>(plain.data()), plain.size());
     if (!run_cipher(false, cryptopro_a, key, iv_, writable(storage, 0))) {
         wipe(storage); // it still holds the plaintext, and the writer would put that into the file
-        throw pbe_error(pbe_fault_t::no_cipher);
+        throw pbe_error_t(pbe_fault_t::no_cipher);
     }
     params = {};
     params.salt_len = salt_.size();

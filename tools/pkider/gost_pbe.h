@@ -52,8 +52,8 @@ enum class mac_form_t {
 
 /// What encrypt and make_mac throw. Their false would not stop the writer, which would write a file without secrets in
 /// it or, worse, one that nobody can open.
-struct pbe_error : std::runtime_error {
-    explicit pbe_error(pbe_fault_t why) : std::runtime_error(pbe_fault_text(why)), fault(why) {}
+struct pbe_error_t : std::runtime_error {
+    explicit pbe_error_t(pbe_fault_t why) : std::runtime_error(pbe_fault_text(why)), fault(why) {}
     pbe_fault_t fault;
 };
 
@@ -72,7 +72,7 @@ struct gost_pbe_options_t {
 class gost_pbe_t final : public pbe_crypto_t {
   public:
     /// @throws std::invalid_argument  `options.iterations` cannot be stored by the writers of the library.
-    /// @throws pbe_error              libgcrypt is older than its header.
+    /// @throws pbe_error_t            libgcrypt is older than its header.
     explicit gost_pbe_t(secret_t password, gost_pbe_options_t options = {});
 
     /// Tells where the bytes that a reader walks lie, so that `decrypt` may look for the cipher's parameter set behind
@@ -81,15 +81,15 @@ class gost_pbe_t final : public pbe_crypto_t {
     void set_input(std::span<const uint8_t> input);
 
     bool check_mac(const pkcs12_mac_t& mac, const uint8_t* data, uint64_t size) override;
-    /// `mac` points into the object. @throws pbe_error
+    /// `mac` points into the object. @throws pbe_error_t
     bool make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac) override;
     bool decrypt(const pkcs8_encrypted_pki_gost_t& params, const uint8_t* data, uint64_t size,
                  std::string& plain) override;
-    /// `params` points into the object. @throws pbe_error
+    /// `params` points into the object. @throws pbe_error_t
     bool encrypt(const uint8_t* data, uint64_t size, pkcs8_encrypted_pki_gost_t& params, std::string& storage) override;
 
     /// Encrypts a PrivateKeyInfo as it is, for asn_write_pkcs8_encrypted_pki_gost. `params` points into the object and
-    /// into `storage`. @throws pbe_error
+    /// into `storage`. @throws pbe_error_t
     void encrypt_key(std::span<const uint8_t> info, pkcs8_encrypted_pki_gost_t& params, std::string& storage);
 
     const gost_pbe_options_t& options() const { return options_; }

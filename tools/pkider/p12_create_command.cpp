@@ -108,7 +108,7 @@ std::string build(const pkcs12_easy_t& content, gost_pbe_t& crypto) {
     std::string pfx;
     try {
         asn_write_pkcs12_easy(content, &crypto, pfx);
-    } catch (const pbe_error& error) {
+    } catch (const pbe_error_t& error) {
         if (error.fault == pbe_fault_t::malformed) refuse_unreadable(); // an inner length was shortened already
         throw;
     }
