@@ -41,24 +41,23 @@ struct round_trips_t {
 
 class lister_t {
   public:
-    explicit lister_t(const options_t& the_options)
-        : options(the_options), map(the_options.map), json(the_options.form) {}
+    explicit lister_t(const options_t& options) : m_options(options), m_map(options.map), m_json(options.form) {}
 
     exit_code_t run() {
         const exit_code_t code =
-            for_each_input(options.files, json,
+            for_each_input(m_options.files, m_json,
                            [this](const std::string& file, std::string_view bytes) { return list_file(file, bytes); });
-        json.end();
-        if (!options.round_trip) return code;
-        if (options.form == output_form_t::text) print_counts();
-        return counts.num_equal == counts.num_names ? code : worse(code, exit_code_t::answer_is_no);
+        m_json.end();
+        if (!m_options.round_trip) return code;
+        if (m_options.form == output_form_t::text) print_counts();
+        return m_counts.num_equal == m_counts.num_names ? code : worse(code, exit_code_t::answer_is_no);
     }
 
   private:
     exit_code_t list_file(const std::string& file, std::string_view bytes) {
         exit_code_t worst = exit_code_t::done;
         std::size_t index = 0;
-        for (const block_t& block : read_blocks(bytes, options.in)) {
+        for (const block_t& block : read_blocks(bytes, m_options.in)) {
             if (may_be_certificate(block.label)) worst = worse(worst, list_block(file, block, index));
         }
         if (index == 0) throw data_fault_t("no certificate in it");
@@ -71,7 +70,7 @@ class lister_t {
         do {
             ++index;
             const json_t head = {{"file", json_text(file)}, {"index", index}};
-            const exit_code_t code = guarded(block_name(file, block), json, head, [&] {
+            const exit_code_t code = guarded(block_name(file, block), m_json, head, [&] {
                 if (!block.fault.empty()) throw data_fault_t(block.fault);
                 list_certificate(read_certificate(der), head);
                 return exit_code_t::done;
@@ -91,16 +90,16 @@ class lister_t {
     void list_certificate(const certificate_t& certificate, json_t result) {
         const std::string subject = print_element(certificate.subject);
         const std::string issuer = print_element(certificate.issuer);
-        const certificate_facts_t facts = read_certificate_facts(certificate, map.handle());
-        if (options.form == output_form_t::text) {
+        const certificate_facts_t facts = read_certificate_facts(certificate, m_map.handle());
+        if (m_options.form == output_form_t::text) {
             print("certificate " + std::to_string(result["index"].get<std::size_t>()) + " of " +
                   printable(result["file"].get<std::string>()) + "\n");
         }
         add_name(result, "subject", subject);
         add_name(result, "issuer", issuer);
-        if (options.form == output_form_t::text) print_facts(facts);
+        if (m_options.form == output_form_t::text) print_facts(facts);
         add_certificate_json(facts, result);
-        json.add(result);
+        m_json.add(result);
     }
 
     void print_facts(const certificate_facts_t& facts) const {
@@ -108,39 +107,39 @@ class lister_t {
     }
 
     std::string print_element(const der_element_t& name) const {
-        return print_name(name.whole, map.handle(), options.reversed, name.offset);
+        return print_name(name.whole, m_map.handle(), m_options.reversed, name.offset);
     }
 
     void add_name(json_t& result, const std::string& role, const std::string& name) {
         result[role] = json_text(name);
-        if (options.form == output_form_t::text) print("  " + role + ": " + printable(name) + "\n");
-        if (!options.round_trip) return;
+        if (m_options.form == output_form_t::text) print("  " + role + ": " + printable(name) + "\n");
+        if (!m_options.round_trip) return;
 
         const std::string again = read_and_print_again(name);
-        ++counts.num_names;
-        if (again == name) ++counts.num_equal;
+        ++m_counts.num_names;
+        if (again == name) ++m_counts.num_equal;
         result[role + "_again"] = json_text(again);
-        if (options.form == output_form_t::text && again != name)
+        if (m_options.form == output_form_t::text && again != name)
             print("    printed again: " + printable(again) + "\n");
     }
 
     std::string read_and_print_again(const std::string& name) const {
         try {
-            return print_name(as_bytes(encode_name(name, map.handle())), map.handle());
+            return print_name(as_bytes(encode_name(name, m_map.handle())), m_map.handle());
         } catch (const data_fault_t& fault) {
             return std::string("(cannot be read: ") + fault.what() + ")";
         }
     }
 
     void print_counts() const {
-        print("names: " + std::to_string(counts.num_names) + ", equal: " + std::to_string(counts.num_equal) +
-              ", differing: " + std::to_string(counts.num_names - counts.num_equal) + "\n");
+        print("names: " + std::to_string(m_counts.num_names) + ", equal: " + std::to_string(m_counts.num_equal) +
+              ", differing: " + std::to_string(m_counts.num_names - m_counts.num_equal) + "\n");
     }
 
-    const options_t& options;
-    map_in_force_t map;
-    json_array_t json;
-    round_trips_t counts;
+    const options_t& m_options;
+    map_in_force_t m_map;
+    json_array_t m_json;
+    round_trips_t m_counts;
 };
 
 } // namespace

@@ -31,17 +31,17 @@ struct options_t {
 /// Prints the elements of one input, as lines or as members of the JSON array.
 class printer_t {
   public:
-    printer_t(const options_t& chosen, oid_map_handle_t names, json_array_t& array)
-        : options(chosen), map(names), results(array) {}
+    printer_t(const options_t& options, oid_map_handle_t map, json_array_t& results)
+        : m_options(options), m_map(map), m_results(results) {}
 
     void print_input(const der_input_t& input) {
         const der_tree_t tree(input.der.size());
-        der_walker_t walker(input.der, options.walk);
-        if (!in_json()) print_heading(input, options.files.size());
+        der_walker_t walker(input.der, m_options.walk);
+        if (!in_json()) print_heading(input, m_options.files.size());
 
         std::uint64_t num_printed = 0;
         while (const der_node_t* const node = walker.next()) {
-            if (num_printed == options.max_elements) return print_stop(input, num_printed);
+            if (num_printed == m_options.max_elements) return print_stop(input, num_printed);
             print_node(tree, input, *node);
             ++num_printed;
         }
@@ -49,23 +49,24 @@ class printer_t {
     }
 
   private:
-    bool in_json() const { return options.output == output_form_t::json; }
+    bool in_json() const { return m_options.output == output_form_t::json; }
 
     void print_node(const der_tree_t& tree, const der_input_t& input, const der_node_t& node) {
         const bool has_value = !node.constructed() && !node.opened;
         const der_value_t value =
-            has_value ? describe_value(node, options.all_bytes ? no_limit : options.max_bytes, map) : der_value_t{};
+            has_value ? describe_value(node, m_options.all_bytes ? no_limit : m_options.max_bytes, m_map)
+                      : der_value_t{};
         if (!in_json()) return print(tree.lines(node, value));
         json_t json = json_source(input);
         json.update(der_json(node, value));
-        results.add(json);
+        m_results.add(json);
     }
 
     void print_stop(const der_input_t& input, std::uint64_t num_printed) {
         if (!in_json()) return print("... stopped after " + count_text(num_printed, "element") + "\n");
         json_t json = json_source(input);
         json["stopped_after"] = num_printed;
-        results.add(json);
+        m_results.add(json);
     }
 
     /// The place of the fault in the tree, then the failure, for standard error and JSON.
@@ -75,9 +76,9 @@ class printer_t {
         throw as_failure(fault);
     }
 
-    const options_t& options;
-    oid_map_handle_t map;
-    json_array_t& results;
+    const options_t& m_options;
+    oid_map_handle_t m_map;
+    json_array_t& m_results;
 };
 
 exit_code_t run(const options_t& options) {

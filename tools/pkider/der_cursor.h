@@ -33,15 +33,15 @@ struct der_element_t {
 
 class der_cursor_t {
   public:
-    explicit der_cursor_t(bytes_t der, std::uint64_t offset_in_input = 0) : rest(der), offset(offset_in_input) {}
+    explicit der_cursor_t(bytes_t der, std::uint64_t offset = 0) : m_rest(der), m_offset(offset) {}
     explicit der_cursor_t(const der_element_t& parent) : der_cursor_t(parent.contents, parent.contents_offset()) {}
 
-    bool at_end() const { return rest.empty(); }
-    std::uint64_t position() const { return offset; }
-    bytes_t remaining() const { return rest; }
+    bool at_end() const { return m_rest.empty(); }
+    std::uint64_t position() const { return m_offset; }
+    bytes_t remaining() const { return m_rest; }
 
     /// Whether an element with this identifier octet comes next.
-    bool sees(std::uint8_t identifier) const { return !rest.empty() && rest.front() == identifier; }
+    bool sees(std::uint8_t identifier) const { return !m_rest.empty() && m_rest.front() == identifier; }
 
     /// The next element if it has this identifier octet (ANY: whatever it has) and fits; otherwise the cursor stays.
     std::optional<der_element_t> take(asn_tag_t::Type tag = asn_tag_t::ANY);
@@ -53,8 +53,8 @@ class der_cursor_t {
     [[noreturn]] void fail(const std::string& what) const;
 
   private:
-    bytes_t rest;
-    std::uint64_t offset;
+    bytes_t m_rest;
+    std::uint64_t m_offset;
 };
 
 } // namespace tool

@@ -54,23 +54,23 @@ exit_code_t work_on_file(const std::string& path, input_form_t form, json_array_
 
 file_view_t::file_view_t(const std::string& path) {
     if (path == "-") {
-        copy = read_file(path);
-        view = copy.view();
+        m_copy = read_file(path);
+        m_view = m_copy.view();
         return;
     }
     const open_file_t file(path); // once: a named pipe would lose its writer in between
     std::size_t size = 0;
-    mapping = map_file(file, size);
-    if (mapping != nullptr) {
-        view = {static_cast<const std::uint8_t*>(mapping), size};
+    m_mapping = map_file(file, size);
+    if (m_mapping != nullptr) {
+        m_view = {static_cast<const std::uint8_t*>(m_mapping), size};
         return;
     }
-    copy = read_all(file.descriptor(), path);
-    view = copy.view();
+    m_copy = read_all(file.descriptor(), path);
+    m_view = m_copy.view();
 }
 
 file_view_t::~file_view_t() {
-    if (mapping != nullptr) munmap(mapping, view.size());
+    if (m_mapping != nullptr) munmap(m_mapping, m_view.size());
 }
 
 std::uint32_t size32(bytes_t bytes) {

@@ -20,12 +20,12 @@ class file_view_t {
     file_view_t(const file_view_t&) = delete;
     file_view_t& operator=(const file_view_t&) = delete;
 
-    bytes_t bytes() const { return view; }
+    bytes_t bytes() const { return m_view; }
 
   private:
-    bytes_t view;
-    void* mapping = nullptr;
-    secret_t copy;
+    bytes_t m_view;
+    void* m_mapping = nullptr;
+    secret_t m_copy;
 };
 
 /// One DER encoding out of a file.

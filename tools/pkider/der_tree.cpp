@@ -44,12 +44,13 @@ std::string dump_lines(bytes_t bytes, std::uint64_t num_hidden, std::size_t inde
 
 } // namespace
 
-der_tree_t::der_tree_t(std::uint64_t size) : width(std::max<std::size_t>(4, std::to_string(size).size())) {}
+der_tree_t::der_tree_t(std::uint64_t size) : m_width(std::max<std::size_t>(4, std::to_string(size).size())) {}
 
 /// The two columns in front of the tree: the offset to the right, the sizes to the left.
 std::string der_tree_t::margin(std::uint64_t offset, const std::string& sizes) const {
     const std::string number = std::to_string(offset);
-    return std::string(width - std::min(width, number.size()), ' ') + number + "  " + padded(sizes, width + 2) + "  ";
+    return std::string(m_width - std::min(m_width, number.size()), ' ') + number + "  " + padded(sizes, m_width + 2) +
+           "  ";
 }
 
 std::string der_tree_t::lines(const der_node_t& node, const der_value_t& value) const {
@@ -67,7 +68,7 @@ std::string der_tree_t::lines(const der_node_t& node, const der_value_t& value) 
     if (is_short && !value.bytes.empty()) out += " " + hex_line(value.bytes, value.bytes.size());
     if (is_short && value.num_hidden != 0) out += " " + hidden_text(value.num_hidden);
     out += "\n";
-    return is_short ? out : out + dump_lines(value.bytes, value.num_hidden, 2 * width + 6 + indent.size() + 2);
+    return is_short ? out : out + dump_lines(value.bytes, value.num_hidden, 2 * m_width + 6 + indent.size() + 2);
 }
 
 std::string der_tree_t::fault_lines(const walk_fault_t& fault, bytes_t whole) const {
@@ -75,7 +76,7 @@ std::string der_tree_t::fault_lines(const walk_fault_t& fault, bytes_t whole) co
     if (fault.offset >= whole.size()) return out;
     const bytes_t rest = whole.subspan(fault.offset);
     const bytes_t shown = rest.first(std::min(bytes_a_line, rest.size()));
-    return out + dump_lines(shown, rest.size() - shown.size(), 2 * width + 8);
+    return out + dump_lines(shown, rest.size() - shown.size(), 2 * m_width + 8);
 }
 
 json_t der_json(const der_node_t& node, const der_value_t& value) {

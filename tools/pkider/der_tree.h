@@ -31,7 +31,7 @@ class der_tree_t {
   private:
     std::string margin(std::uint64_t offset, const std::string& sizes) const;
 
-    std::size_t width;
+    std::size_t m_width;
 };
 
 /// One element as a JSON object; the fields are told in docs/der_json.md.

@@ -127,57 +127,57 @@ bytes_t der_in_string(const der_header_t& string) {
 }
 
 der_walker_t::der_walker_t(bytes_t bytes, const der_walk_options_t& options)
-    : bytes_(bytes), options_(options), at_(options.offset) {
-    if (at_ > bytes.size()) {
-        fault_ = {at_, "the end of the data at offset " + std::to_string(bytes.size())};
+    : m_bytes(bytes), m_options(options), m_at(options.offset) {
+    if (m_at > bytes.size()) {
+        m_fault = {m_at, "the end of the data at offset " + std::to_string(bytes.size())};
     }
 }
 
 const der_node_t* der_walker_t::next() {
-    if (fault_) return nullptr;
-    while (!parents_.empty() && at_ == parents_.back().end) parents_.pop_back();
-    const std::uint64_t end = parents_.empty() ? bytes_.size() : parents_.back().end;
-    if (at_ == end) return nullptr;
+    if (m_fault) return nullptr;
+    while (!m_parents.empty() && m_at == m_parents.back().end) m_parents.pop_back();
+    const std::uint64_t end = m_parents.empty() ? m_bytes.size() : m_parents.back().end;
+    if (m_at == end) return nullptr;
 
-    node_ = {};
-    if (!read_der_header(bytes_.subspan(at_, end - at_), node_)) {
-        fault_ = {at_, explain_fault(end)};
+    m_node = {};
+    if (!read_der_header(m_bytes.subspan(m_at, end - m_at), m_node)) {
+        m_fault = {m_at, explain_fault(end)};
         return nullptr;
     }
-    node_.offset = at_;
-    node_.depth = static_cast<std::uint32_t>(parents_.size());
+    m_node.offset = m_at;
+    m_node.depth = static_cast<std::uint32_t>(m_parents.size());
     step_into_or_over();
-    return &node_;
+    return &m_node;
 }
 
 void der_walker_t::step_into_or_over() {
-    const std::uint64_t end = at_ + node_.header_len + node_.contents.size();
-    const bool may_enter = node_.depth + 1 < options_.max_depth;
+    const std::uint64_t end = m_at + m_node.header_len + m_node.contents.size();
+    const bool may_enter = m_node.depth + 1 < m_options.max_depth;
     bytes_t inner;
-    if (node_.constructed()) {
-        inner = node_.contents;
-        node_.too_deep = !may_enter && !inner.empty();
-    } else if (options_.open_strings && may_enter) {
-        inner = der_in_string(node_);
-        node_.opened = !inner.empty();
+    if (m_node.constructed()) {
+        inner = m_node.contents;
+        m_node.too_deep = !may_enter && !inner.empty();
+    } else if (m_options.open_strings && may_enter) {
+        inner = der_in_string(m_node);
+        m_node.opened = !inner.empty();
     }
     if (inner.empty() || !may_enter) {
-        at_ = end;
+        m_at = end;
         return;
     }
-    parents_.push_back({end, node_});
-    at_ = end - inner.size();
+    m_parents.push_back({end, m_node});
+    m_at = end - inner.size();
 }
 
 std::string der_walker_t::explain_fault(std::uint64_t end) const {
     std::uint64_t needed = 0;
-    const std::uint64_t left = end - at_;
-    std::string found = explain_header(bytes_.subspan(at_, left), needed);
+    const std::uint64_t left = end - m_at;
+    std::string found = explain_header(m_bytes.subspan(m_at, left), needed);
     if (!found.empty()) return found;
 
     std::string where = "the data";
-    if (!parents_.empty()) {
-        const der_node_t& parent = parents_.back().node;
+    if (!m_parents.empty()) {
+        const der_node_t& parent = m_parents.back().node;
         where = "the " + tag_name(parent) + " at offset " + std::to_string(parent.offset);
     }
     return "an element of " + count_text(needed, "byte") + " where " + std::to_string(left) + " are left in " + where;

@@ -56,7 +56,7 @@ class der_walker_t {
     /// The next element in the order of the bytes; null at the end and at a fault. Valid until the next call.
     const der_node_t* next();
 
-    const std::optional<walk_fault_t>& fault() const { return fault_; }
+    const std::optional<walk_fault_t>& fault() const { return m_fault; }
 
   private:
     struct parent_t {
@@ -67,12 +67,12 @@ class der_walker_t {
     void step_into_or_over();
     std::string explain_fault(std::uint64_t end) const;
 
-    bytes_t bytes_;
-    der_walk_options_t options_;
-    std::uint64_t at_ = 0;
-    std::vector<parent_t> parents_;
-    der_node_t node_;
-    std::optional<walk_fault_t> fault_;
+    bytes_t m_bytes;
+    der_walk_options_t m_options;
+    std::uint64_t m_at = 0;
+    std::vector<parent_t> m_parents;
+    der_node_t m_node;
+    std::optional<walk_fault_t> m_fault;
 };
 
 /// The fault as a failure.

@@ -36,49 +36,49 @@ std::vector<RDNdescr_t> split(const std::string& line) {
 // Codes 1 and 3 end the splitting of the line; the fault stands behind the last whole record.
 class split_fault_t {
   public:
-    explicit split_fault_t(const std::string& text) : line(text) {
-        const std::vector<RDNdescr_t> records = split(line);
-        first = records.empty();
-        if (!first) separator = static_cast<std::size_t>(records.back().value_end - line.c_str());
-        const std::size_t start = first ? 0 : separator + 1;
-        type_begin = std::min(line.find_first_not_of(blanks, start), line.size());
+    explicit split_fault_t(const std::string& line) : m_line(line) {
+        const std::vector<RDNdescr_t> records = split(m_line);
+        m_first = records.empty();
+        if (!m_first) m_separator = static_cast<std::size_t>(records.back().value_end - m_line.c_str());
+        const std::size_t start = m_first ? 0 : m_separator + 1;
+        m_type_begin = std::min(m_line.find_first_not_of(blanks, start), m_line.size());
     }
 
     void explain_type(line_fault_t& out) const {
-        if (type_begin == line.size()) {
-            out.offset = separator + 1;
+        if (m_type_begin == m_line.size()) {
+            out.offset = m_separator + 1;
             out.words = "nothing follows the " + separator_text();
-            out.advice = "remove it, or write '\\" + line.substr(separator, 1) + "' if it belongs to the value";
+            out.advice = "remove it, or write '\\" + m_line.substr(m_separator, 1) + "' if it belongs to the value";
             return;
         }
-        if (line[type_begin] == '=') {
-            out.offset = type_begin;
+        if (m_line[m_type_begin] == '=') {
+            out.offset = m_type_begin;
             out.words = "no attribute type stands before the '='";
             out.advice = how_to_write;
             return;
         }
-        const std::size_t type_end = std::min(line.find_first_of(" \t=", type_begin), line.size());
-        const std::string type = in_quotes(std::string_view(line).substr(type_begin, type_end - type_begin));
-        out.offset = std::min(line.find_first_not_of(blanks, type_end), line.size());
+        const std::size_t type_end = std::min(m_line.find_first_of(" \t=", m_type_begin), m_line.size());
+        const std::string type = in_quotes(std::string_view(m_line).substr(m_type_begin, type_end - m_type_begin));
+        out.offset = std::min(m_line.find_first_not_of(blanks, type_end), m_line.size());
         out.words = "expected '=' behind the attribute type " + type;
-        out.advice = first ? how_to_write
-                           : "if the " + separator_text() + " before it belongs to the value, write '\\" +
-                                 line.substr(separator, 1) + "' or put the value in double quotes";
+        out.advice = m_first ? how_to_write
+                             : "if the " + separator_text() + " before it belongs to the value, write '\\" +
+                                   m_line.substr(m_separator, 1) + "' or put the value in double quotes";
     }
 
     void explain_quotes(line_fault_t& out) const {
-        out.offset = std::min(line.find('=', type_begin), line.size() - 1) + 1;
+        out.offset = std::min(m_line.find('=', m_type_begin), m_line.size() - 1) + 1;
         out.words = "a double quote of this value is not closed";
         out.advice = "close it, or write '\\\"' for a double quote that belongs to the value";
     }
 
   private:
-    std::string separator_text() const { return in_quotes(std::string_view(line).substr(separator, 1)); }
+    std::string separator_text() const { return in_quotes(std::string_view(m_line).substr(m_separator, 1)); }
 
-    const std::string& line;
-    bool first = true;
-    std::size_t separator = 0;
-    std::size_t type_begin = 0;
+    const std::string& m_line;
+    bool m_first = true;
+    std::size_t m_separator = 0;
+    std::size_t m_type_begin = 0;
 };
 
 // Escapes and special characters of an unquoted value (codes 7 to 10), found as the library finds them.

@@ -17,12 +17,12 @@ namespace {
 
 } // namespace
 
-open_file_t::open_file_t(const std::string& path) : descriptor_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-    if (descriptor_ < 0) fail(path);
+open_file_t::open_file_t(const std::string& path) : m_descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (m_descriptor < 0) fail(path);
 }
 
 open_file_t::~open_file_t() {
-    close(descriptor_);
+    close(m_descriptor);
 }
 
 secret_t read_all(int descriptor, const std::string& name) {

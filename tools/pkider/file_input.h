@@ -17,10 +17,10 @@ class open_file_t {
     open_file_t& operator=(const open_file_t&) = delete;
     ~open_file_t();
 
-    int descriptor() const { return descriptor_; }
+    int descriptor() const { return m_descriptor; }
 
   private:
-    int descriptor_;
+    int m_descriptor;
 };
 
 /// All that is left to be read from the descriptor; failures call it `name`. @throws file_trouble_t

@@ -37,42 +37,42 @@ mode_t allowed_by_umask() {
 class temporary_file_t {
   public:
     explicit temporary_file_t(const std::string& target)
-        : target_(target), name_(folder_of(target) + "/.pkider-XXXXXX"), fd_(mkostemp(name_.data(), O_CLOEXEC)) {
-        if (fd_ < 0) fail(target_); // mode 0600
+        : m_target(target), m_name(folder_of(target) + "/.pkider-XXXXXX"), m_fd(mkostemp(m_name.data(), O_CLOEXEC)) {
+        if (m_fd < 0) fail(m_target); // mode 0600
     }
     ~temporary_file_t() {
-        close(fd_);
-        if (!name_.empty()) unlink(name_.c_str());
+        close(m_fd);
+        if (!m_name.empty()) unlink(m_name.c_str());
     }
     temporary_file_t(const temporary_file_t&) = delete;
     temporary_file_t& operator=(const temporary_file_t&) = delete;
 
     void write_all(std::string_view bytes) {
         while (!bytes.empty()) {
-            const ssize_t written = write(fd_, bytes.data(), bytes.size());
+            const ssize_t written = write(m_fd, bytes.data(), bytes.size());
             if (written < 0 && errno == EINTR) continue;
-            if (written < 0) fail(target_);
+            if (written < 0) fail(m_target);
             bytes.remove_prefix(static_cast<std::size_t>(written));
         }
     }
 
     void make_ordinary() {
-        if (fchmod(fd_, allowed_by_umask()) != 0) fail(target_);
+        if (fchmod(m_fd, allowed_by_umask()) != 0) fail(m_target);
     }
 
     void synchronise() {
-        if (fsync(fd_) != 0) fail(target_);
+        if (fsync(m_fd) != 0) fail(m_target);
     }
 
     secret_t read_all() {
         struct stat status = {};
-        if (fstat(fd_, &status) != 0) fail(target_);
+        if (fstat(m_fd, &status) != 0) fail(m_target);
         secret_t bytes(static_cast<std::size_t>(status.st_size));
         for (std::size_t at = 0; at < bytes.size();) {
-            const ssize_t got = pread(fd_, bytes.data() + at, bytes.size() - at, static_cast<off_t>(at));
+            const ssize_t got = pread(m_fd, bytes.data() + at, bytes.size() - at, static_cast<off_t>(at));
             if (got < 0 && errno == EINTR) continue;
-            if (got < 0) fail(target_);
-            if (got == 0) throw file_trouble_t(target_, "is shorter than what was written to it");
+            if (got < 0) fail(m_target);
+            if (got == 0) throw file_trouble_t(m_target, "is shorter than what was written to it");
             at += static_cast<std::size_t>(got);
         }
         return bytes;
@@ -81,32 +81,32 @@ class temporary_file_t {
     /// Takes the target's name; without `replace` only if nobody else has it.
     void take_name(bool replace) {
         if (replace) {
-            if (rename(name_.c_str(), target_.c_str()) != 0) fail(target_);
-        } else if (renameat2(AT_FDCWD, name_.c_str(), AT_FDCWD, target_.c_str(), RENAME_NOREPLACE) != 0) {
-            if (errno == EEXIST) throw file_trouble_t(target_, already_there);
-            if (errno != EINVAL) fail(target_);
+            if (rename(m_name.c_str(), m_target.c_str()) != 0) fail(m_target);
+        } else if (renameat2(AT_FDCWD, m_name.c_str(), AT_FDCWD, m_target.c_str(), RENAME_NOREPLACE) != 0) {
+            if (errno == EEXIST) throw file_trouble_t(m_target, already_there);
+            if (errno != EINVAL) fail(m_target);
             // A file system without RENAME_NOREPLACE: a second name does not replace anything either.
-            if (link(name_.c_str(), target_.c_str()) != 0) {
-                if (errno == EEXIST) throw file_trouble_t(target_, already_there);
-                fail(target_);
+            if (link(m_name.c_str(), m_target.c_str()) != 0) {
+                if (errno == EEXIST) throw file_trouble_t(m_target, already_there);
+                fail(m_target);
             }
-            unlink(name_.c_str());
+            unlink(m_name.c_str());
         }
-        name_.clear();
+        m_name.clear();
         synchronise_folder();
     }
 
   private:
     /// The new name is on the disk when the folder is. Not every file system can do that, and the file is whole anyway.
     void synchronise_folder() const {
-        const int folder = open(folder_of(target_).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        const int folder = open(folder_of(m_target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         if (folder < 0) return;
         fsync(folder);
         close(folder);
     }
 
-    std::string target_, name_;
-    int fd_;
+    std::string m_target, m_name;
+    int m_fd;
 };
 
 } // namespace

@@ -169,44 +169,44 @@ const char* pbe_fault_text(pbe_fault_t fault) {
 }
 
 gost_pbe_t::gost_pbe_t(secret_t password, gost_pbe_options_t options)
-    : password_(std::move(password)), options_(std::move(options)), iterations_left_(options_.max_iterations) {
-    if (!is_storable_count(options_.iterations)) throw std::invalid_argument("iteration count with a zero byte");
+    : m_password(std::move(password)), m_options(std::move(options)), m_iterations_left(m_options.max_iterations) {
+    if (!is_storable_count(m_options.iterations)) throw std::invalid_argument("iteration count with a zero byte");
     if (!gcrypt_ready()) throw pbe_error_t(pbe_fault_t::no_cipher);
 }
 
 void gost_pbe_t::set_input(bytes_view_t input) {
-    readable_.assign(1, input);
+    m_readable.assign(1, input);
 }
 
 bool gost_pbe_t::fail(pbe_fault_t fault) {
-    fault_ = fault;
+    m_fault = fault;
     return false;
 }
 
 // ---- Keys --------------------------------------------------------------------------------------------------------
 
 bool gost_pbe_t::may_iterate(uint32_t iterations) {
-    asked_iterations_ = iterations;
+    m_asked_iterations = iterations;
     if (iterations == 0) return fail(pbe_fault_t::bad_parameters);
-    if (iterations > iterations_left_) return fail(pbe_fault_t::too_many_iterations);
-    iterations_left_ -= iterations;
+    if (iterations > m_iterations_left) return fail(pbe_fault_t::too_many_iterations);
+    m_iterations_left -= iterations;
     return true;
 }
 
 /// One block of PBKDF2. Empty, with the fault set, when that is not allowed or not possible. Valid until the next call.
 bytes_view_t gost_pbe_t::pbkdf2(int hash, bytes_view_t salt, uint32_t iterations, uint32_t block) {
-    for (const derived_key_t& known : derived_) {
+    for (const derived_key_t& known : m_derived) {
         if (known.hash == hash && known.iterations == iterations && known.block == block &&
             std::ranges::equal(known.salt, salt) && !known.key.empty())
             return known.key.view();
     }
     if (!may_iterate(iterations)) return {};
-    secret_t key = pbkdf2_block(hash, password_.view(), salt, iterations, block, options_.on_progress);
+    secret_t key = pbkdf2_block(hash, m_password.view(), salt, iterations, block, m_options.on_progress);
     if (key.empty()) {
         fail(pbe_fault_t::no_cipher);
         return {};
     }
-    derived_key_t& place = derived_[next_derived_++ % derived_.size()];
+    derived_key_t& place = m_derived[m_next_derived++ % m_derived.size()];
     place = derived_key_t{hash, iterations, block, {salt.begin(), salt.end()}, std::move(key)};
     return place.key.view();
 }
@@ -221,7 +221,7 @@ bytes_view_t gost_pbe_t::pbkdf2_mac_key(int hash, bytes_view_t salt, uint32_t it
 // ---- MAC ---------------------------------------------------------------------------------------------------------
 
 bool gost_pbe_t::check_mac(const pkcs12_mac_t& mac, const uint8_t* data, uint64_t size) {
-    fault_ = pbe_fault_t::none;
+    m_fault = pbe_fault_t::none;
     // The MAC covers the contents alone (RFC 7292 4), and the element may have bytes behind it.
     const element_t authenticated = read_element(asn_tag_t::OCTET_STRING, {data, size});
     if (!authenticated.found) return fail(pbe_fault_t::malformed);
@@ -236,16 +236,16 @@ bool gost_pbe_t::check_mac(const pkcs12_mac_t& mac, const uint8_t* data, uint64_
     if (digest->has_pbkdf2_form) {
         const bytes_view_t key = pbkdf2_mac_key(digest->hash, salt, mac.iterations);
         if (key.empty()) return false;
-        mac_form_ = mac_form_t::pbkdf2;
+        m_mac_form = mac_form_t::pbkdf2;
         if (is_mac(stored, digest->hash, key, authenticated.contents)) return true;
     } else if (!may_iterate(mac.iterations)) {
         return false;
     }
 
     // Not counted as well where PBKDF2 was: a wrong password is to be called that, and not too many iterations.
-    const secret_t key =
-        pkcs12_mac_key(digest->hash, digest->block_size, password_.text(), salt, mac.iterations, options_.on_progress);
-    mac_form_ = mac_form_t::pkcs12;
+    const secret_t key = pkcs12_mac_key(digest->hash, digest->block_size, m_password.text(), salt, mac.iterations,
+                                        m_options.on_progress);
+    m_mac_form = mac_form_t::pkcs12;
     if (!key.empty() && is_mac(stored, digest->hash, key.view(), authenticated.contents)) return true;
     return fail(pbe_fault_t::wrong_mac);
 }
@@ -256,15 +256,15 @@ bool gost_pbe_t::make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac)
 
     // The writer names GOST R 34.11-94, whatever stands in `mac`.
     const mac_digest_t& digest = mac_digests[0];
-    gcry_randomize(mac_salt_.data(), mac_salt_.size(), GCRY_STRONG_RANDOM);
-    const bytes_view_t key = pbkdf2_mac_key(digest.hash, mac_salt_, options_.iterations);
-    if (key.empty()) throw pbe_error_t(fault_);
-    digest_ = hmac(digest.hash, key, authenticated.contents);
-    if (digest_.empty()) throw pbe_error_t(pbe_fault_t::no_cipher);
+    gcry_randomize(m_mac_salt.data(), m_mac_salt.size(), GCRY_STRONG_RANDOM);
+    const bytes_view_t key = pbkdf2_mac_key(digest.hash, m_mac_salt, m_options.iterations);
+    if (key.empty()) throw pbe_error_t(m_fault);
+    m_digest = hmac(digest.hash, key, authenticated.contents);
+    if (m_digest.empty()) throw pbe_error_t(pbe_fault_t::no_cipher);
 
     static constexpr bytes_view_t algorithm = oid<0x06, 0x06, 0x2A, 0x85, 0x03, 0x02, 0x02, 0x09>;
-    mac = {algorithm.size(), algorithm.data(), digest_.size(),     digest_.data(),
-           mac_salt_.size(), mac_salt_.data(), options_.iterations};
+    mac = {algorithm.size(),  algorithm.data(),  m_digest.size(),     m_digest.data(),
+           m_mac_salt.size(), m_mac_salt.data(), m_options.iterations};
     return true;
 }
 
@@ -275,7 +275,7 @@ bool gost_pbe_t::make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac)
 /// or in one plaintext, and nothing beyond the start of the ciphertext is read. Null for a set that is not known.
 const char* gost_pbe_t::sbox_behind_iv(const pkcs8_encrypted_pki_gost_t& params, const uint8_t* data) const {
     const std::less_equal<const uint8_t*> not_behind; // a total order, also of pointers into different objects
-    for (const bytes_view_t memory : readable_) {
+    for (const bytes_view_t memory : m_readable) {
         if (!not_behind(memory.data(), params.iv) || !not_behind(data, memory.data() + memory.size())) continue;
         if (!not_behind(params.iv, data) || static_cast<uint64_t>(data - params.iv) < params.iv_len) continue;
         const bytes_view_t between(params.iv + params.iv_len, data);
@@ -288,7 +288,7 @@ const char* gost_pbe_t::sbox_behind_iv(const pkcs8_encrypted_pki_gost_t& params,
 
 bool gost_pbe_t::decrypt(const pkcs8_encrypted_pki_gost_t& params, const uint8_t* data, uint64_t size,
                          std::string& plain) {
-    fault_ = pbe_fault_t::none;
+    m_fault = pbe_fault_t::none;
     if (params.iv_len != iv_size) return fail(pbe_fault_t::bad_parameters);
     const char* const sbox = sbox_behind_iv(params, data);
     if (sbox == nullptr) return fail(pbe_fault_t::unknown_param_set);
@@ -324,7 +324,7 @@ bool gost_pbe_t::take_plaintext(bool is_key, std::size_t room, std::string& plai
     } else if (!is_safe_contents(text)) {
         return false;
     }
-    readable_.emplace_back(reinterpret_cast<const uint8_t*>(plain.data()), plain.size());
+    m_readable.emplace_back(reinterpret_cast<const uint8_t*>(plain.data()), plain.size());
     return true;
 }
 
@@ -344,22 +344,22 @@ void gost_pbe_t::encrypt_key(bytes_view_t info, pkcs8_encrypted_pki_gost_t& para
 }
 
 void gost_pbe_t::encrypt_bytes(bytes_view_t plain, pkcs8_encrypted_pki_gost_t& params, std::string& storage) {
-    gcry_randomize(salt_.data(), salt_.size(), GCRY_STRONG_RANDOM);
-    gcry_randomize(iv_.data(), iv_.size(), GCRY_STRONG_RANDOM);
-    const bytes_view_t key = pbkdf2(GCRY_MD_GOSTR3411_CP, salt_, options_.iterations, 1);
-    if (key.empty()) throw pbe_error_t(fault_);
+    gcry_randomize(m_salt.data(), m_salt.size(), GCRY_STRONG_RANDOM);
+    gcry_randomize(m_iv.data(), m_iv.size(), GCRY_STRONG_RANDOM);
+    const bytes_view_t key = pbkdf2(GCRY_MD_GOSTR3411_CP, m_salt, m_options.iterations, 1);
+    if (key.empty()) throw pbe_error_t(m_fault);
 
     storage.assign(reinterpret_cast<const char*>(plain.data()), plain.size());
-    if (!run_cipher(false, cryptopro_a, key, iv_, writable(storage, 0))) {
+    if (!run_cipher(false, cryptopro_a, key, m_iv, writable(storage, 0))) {
         wipe(storage); // it still holds the plaintext, and the writer would put that into the file
         throw pbe_error_t(pbe_fault_t::no_cipher);
     }
     params = {};
-    params.salt_len = salt_.size();
-    params.salt = salt_.data();
-    params.iterations = options_.iterations;
-    params.iv_len = iv_.size();
-    params.iv = iv_.data();
+    params.salt_len = m_salt.size();
+    params.salt = m_salt.data();
+    params.iterations = m_options.iterations;
+    params.iv_len = m_iv.size();
+    params.iv = m_iv.data();
 }
 
 } // namespace tool

@@ -92,12 +92,12 @@ class gost_pbe_t final : public pbe_crypto_t {
     /// into `storage`. @throws pbe_error_t
     void encrypt_key(std::span<const uint8_t> info, pkcs8_encrypted_pki_gost_t& params, std::string& storage);
 
-    const gost_pbe_options_t& options() const { return options_; }
-    pbe_fault_t fault() const { return fault_; }
+    const gost_pbe_options_t& options() const { return m_options; }
+    pbe_fault_t fault() const { return m_fault; }
     /// Count of the derivation that was asked for last.
-    uint32_t asked_iterations() const { return asked_iterations_; }
+    uint32_t asked_iterations() const { return m_asked_iterations; }
     /// After check_mac said true.
-    mac_form_t mac_form() const { return mac_form_; }
+    mac_form_t mac_form() const { return m_mac_form; }
 
   private:
     struct derived_key_t {
@@ -116,20 +116,20 @@ class gost_pbe_t final : public pbe_crypto_t {
     bool take_plaintext(bool is_key, std::size_t room, std::string& plain);
     void encrypt_bytes(std::span<const uint8_t> plain, pkcs8_encrypted_pki_gost_t& params, std::string& storage);
 
-    secret_t password_;
-    gost_pbe_options_t options_;
-    uint64_t iterations_left_;
+    secret_t m_password;
+    gost_pbe_options_t m_options;
+    uint64_t m_iterations_left;
 
-    std::vector<std::span<const uint8_t>> readable_; // the input, and the plaintexts that were handed out from it
-    std::array<derived_key_t, 4> derived_;           // the latest: what was written is read back without a second wait
-    std::size_t next_derived_ = 0;
+    std::vector<std::span<const uint8_t>> m_readable; // the input, and the plaintexts that were handed out from it
+    std::array<derived_key_t, 4> m_derived;           // the latest: what was written is read back without a second wait
+    std::size_t m_next_derived = 0;
 
-    salt_t salt_{}, iv_{}, mac_salt_{}; // the writer reads them after encrypt and make_mac have returned
-    std::vector<uint8_t> digest_;
+    salt_t m_salt{}, m_iv{}, m_mac_salt{}; // the writer reads them after encrypt and make_mac have returned
+    std::vector<uint8_t> m_digest;
 
-    pbe_fault_t fault_ = pbe_fault_t::none;
-    uint32_t asked_iterations_ = 0;
-    mac_form_t mac_form_ = mac_form_t::pbkdf2;
+    pbe_fault_t m_fault = pbe_fault_t::none;
+    uint32_t m_asked_iterations = 0;
+    mac_form_t m_mac_form = mac_form_t::pbkdf2;
 };
 
 } // namespace tool

@@ -21,32 +21,32 @@ class shown_key_t {
   public:
     shown_key_t(const der_input_t& input, const private_show_options_t& options) {
         if (recognise(input.der) == file_kind_t::private_key) {
-            key_ = read_private_key(input.der);
+            m_key = read_private_key(input.der);
             return;
         }
         const encrypted_key_t encrypted = read_encrypted_key(input.der);
         if (options.reveal) check_decryptable(encrypted);
-        can_be_opened_ = encrypted.refusal.empty();
-        protection_ =
-            can_be_opened_ ? protection_text(encrypted.algorithm, encrypted.record.iterations) : encrypted.refusal;
+        m_can_be_opened = encrypted.refusal.empty();
+        m_protection =
+            m_can_be_opened ? protection_text(encrypted.algorithm, encrypted.record.iterations) : encrypted.refusal;
         if (!options.reveal) return;
         gost_pbe_t crypto = make_pbe(options.password, read_password(options.password, "Password of " + input.name));
-        plain_ = decrypt_key(encrypted, input.der, crypto);
-        key_ = read_private_key(as_bytes(plain_));
+        m_plain = decrypt_key(encrypted, input.der, crypto);
+        m_key = read_private_key(as_bytes(m_plain));
     }
     shown_key_t(const shown_key_t&) = delete;
     shown_key_t& operator=(const shown_key_t&) = delete;
-    ~shown_key_t() { wipe(plain_); }
+    ~shown_key_t() { wipe(m_plain); }
 
-    const std::string& protection() const { return protection_; }
-    bool can_be_opened() const { return can_be_opened_; }
-    const std::optional<private_key_t>& key() const { return key_; }
-    bytes_t octets() const { return key_->gost ? bytes_t(key_->gost->key, key_->gost->key_len) : key_->octets; }
+    const std::string& protection() const { return m_protection; }
+    bool can_be_opened() const { return m_can_be_opened; }
+    const std::optional<private_key_t>& key() const { return m_key; }
+    bytes_t octets() const { return m_key->gost ? bytes_t(m_key->gost->key, m_key->gost->key_len) : m_key->octets; }
 
   private:
-    std::string protection_, plain_;
-    bool can_be_opened_ = true;
-    std::optional<private_key_t> key_;
+    std::string m_protection, m_plain;
+    bool m_can_be_opened = true;
+    std::optional<private_key_t> m_key;
 };
 
 std::string field(const std::string& label, const std::string& value) {

@@ -40,20 +40,20 @@ std::string config_file_path(const std::string& dir) {
     return with_separator(dir) + config_file_name;
 }
 
-map_in_force_t::map_in_force_t(const map_options_t& options) : map(OID_MAP_HANDLE_DEFAULT) {
+map_in_force_t::map_in_force_t(const map_options_t& options) : m_map(OID_MAP_HANDLE_DEFAULT) {
     if (options.none) {
-        map = {};
+        m_map = {};
     } else if (!options.map_file.empty()) {
         const secret_t file = read_file(options.map_file);
-        map = oid_map_parse(file.text().data(), file.size());
-        owned = true;
+        m_map = oid_map_parse(file.text().data(), file.size());
+        m_owned = true;
     } else if (!options.config_dir.empty()) {
-        map = default_file_map(options.config_dir);
+        m_map = default_file_map(options.config_dir);
     }
 }
 
 map_in_force_t::~map_in_force_t() {
-    if (owned) oid_map_release(map);
+    if (m_owned) oid_map_release(m_map);
 }
 
 } // namespace tool

@@ -34,11 +34,11 @@ class map_in_force_t {
     map_in_force_t(const map_in_force_t&) = delete;
     map_in_force_t& operator=(const map_in_force_t&) = delete;
 
-    oid_map_handle_t handle() const { return map; }
+    oid_map_handle_t handle() const { return m_map; }
 
   private:
-    oid_map_handle_t map;
-    bool owned = false;
+    oid_map_handle_t m_map;
+    bool m_owned = false;
 };
 
 } // namespace tool

@@ -12,9 +12,9 @@ std::string place_of(const map_line_t& entry) {
 void map_reach_t::add(const std::vector<map_line_t>& lines) {
     for (const map_line_t& line : lines) {
         if (line.kind != map_line_kind_t::entry) continue;
-        by_contents.emplace(line.contents, &line);
-        by_dotted.emplace(line.oid, &line);
-        by_short_name.emplace(line.short_name, &line);
+        m_by_contents.emplace(line.contents, &line);
+        m_by_dotted.emplace(line.oid, &line);
+        m_by_short_name.emplace(line.short_name, &line);
     }
 }
 

@@ -15,9 +15,11 @@ class map_reach_t {
     void add(const std::vector<map_line_t>& lines);
 
     /// The entry that owns a key of this entry: itself, or an earlier one.
-    const map_line_t& owner_of_oid(const map_line_t& entry) const { return *by_contents.at(entry.contents); }
-    const map_line_t& owner_of_dotted(const map_line_t& entry) const { return *by_dotted.at(std::string(entry.oid)); }
-    const map_line_t& owner_of_short_name(const map_line_t& entry) const { return *by_short_name.at(entry.short_name); }
+    const map_line_t& owner_of_oid(const map_line_t& entry) const { return *m_by_contents.at(entry.contents); }
+    const map_line_t& owner_of_dotted(const map_line_t& entry) const { return *m_by_dotted.at(std::string(entry.oid)); }
+    const map_line_t& owner_of_short_name(const map_line_t& entry) const {
+        return *m_by_short_name.at(entry.short_name);
+    }
 
     /// Whether another entry owns one of its keys.
     bool is_shadowed(const map_line_t& entry) const;
@@ -26,9 +28,9 @@ class map_reach_t {
     std::vector<std::string> explain(const map_line_t& entry) const;
 
   private:
-    std::map<std::string, const map_line_t*> by_contents;
-    std::map<std::string, const map_line_t*> by_dotted;
-    std::map<std::string, const map_line_t*> by_short_name;
+    std::map<std::string, const map_line_t*> m_by_contents;
+    std::map<std::string, const map_line_t*> m_by_dotted;
+    std::map<std::string, const map_line_t*> m_by_short_name;
 };
 
 } // namespace tool

@@ -40,12 +40,12 @@ class decimal_t {
   public:
     void multiply_and_add(unsigned factor, unsigned summand) {
         unsigned carry = summand;
-        for (std::uint8_t& digit : digits) {
+        for (std::uint8_t& digit : m_digits) {
             const unsigned sum = digit * factor + carry;
             digit = static_cast<std::uint8_t>(sum % 10);
             carry = sum / 10;
         }
-        for (; carry != 0; carry /= 10) digits.push_back(static_cast<std::uint8_t>(carry % 10));
+        for (; carry != 0; carry /= 10) m_digits.push_back(static_cast<std::uint8_t>(carry % 10));
     }
 
     // The number must be at least as large.
@@ -53,18 +53,18 @@ class decimal_t {
         for (std::size_t i = 0; small != 0; ++i) {
             const unsigned low = small % 10;
             small /= 10;
-            if (digits[i] < low) {
-                digits[i] = static_cast<std::uint8_t>(digits[i] + 10);
+            if (m_digits[i] < low) {
+                m_digits[i] = static_cast<std::uint8_t>(m_digits[i] + 10);
                 ++small;
             }
-            digits[i] = static_cast<std::uint8_t>(digits[i] - low);
+            m_digits[i] = static_cast<std::uint8_t>(m_digits[i] - low);
         }
-        while (!digits.empty() && digits.back() == 0) digits.pop_back();
+        while (!m_digits.empty() && m_digits.back() == 0) m_digits.pop_back();
     }
 
     bool below(unsigned limit) const {
         unsigned value = 0;
-        for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit) {
+        for (auto digit = m_digits.rbegin(); digit != m_digits.rend(); ++digit) {
             value = value * 10 + *digit;
             if (value >= limit) return false;
         }
@@ -72,14 +72,14 @@ class decimal_t {
     }
 
     std::string text() const {
-        if (digits.empty()) return "0";
+        if (m_digits.empty()) return "0";
         std::string out;
-        for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit) out += static_cast<char>('0' + *digit);
+        for (auto digit = m_digits.rbegin(); digit != m_digits.rend(); ++digit) out += static_cast<char>('0' + *digit);
         return out;
     }
 
   private:
-    std::vector<std::uint8_t> digits;
+    std::vector<std::uint8_t> m_digits;
 };
 
 // The first subidentifier is 40 times the first arc plus the second, and only the first arc 2 has seconds above 39.

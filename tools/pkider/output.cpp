@@ -62,15 +62,15 @@ json_t json_text(std::string_view text) {
 }
 
 void json_array_t::add(const json_t& element) {
-    if (!wanted) return;
-    print(empty ? "[\n" : ",\n");
-    empty = false;
+    if (!m_wanted) return;
+    print(m_empty ? "[\n" : ",\n");
+    m_empty = false;
     constexpr int compact = -1;
     print(element.dump(compact, ' ', true));
 }
 
 void json_array_t::end() const {
-    if (wanted) print(empty ? "[]\n" : "\n]\n");
+    if (m_wanted) print(m_empty ? "[]\n" : "\n]\n");
 }
 
 } // namespace tool

@@ -40,13 +40,13 @@ json_t json_text(std::string_view text);
 ///     json.end();
 class json_array_t {
   public:
-    explicit json_array_t(output_form_t form = output_form_t::json) : wanted(form == output_form_t::json) {}
+    explicit json_array_t(output_form_t form = output_form_t::json) : m_wanted(form == output_form_t::json) {}
     void add(const json_t& element);
     void end() const;
 
   private:
-    bool wanted;
-    bool empty = true;
+    bool m_wanted;
+    bool m_empty = true;
 };
 
 } // namespace tool

@@ -12,16 +12,16 @@ namespace tool {
 /// A password that is asked for when it is first needed, and then serves all files of the command.
 class password_once_t {
   public:
-    explicit password_once_t(const password_options_t& options) : options_(options) {}
+    explicit password_once_t(const password_options_t& options) : m_options(options) {}
 
     secret_t get(const std::string& name) {
-        if (!password_) password_ = read_password(options_, "Password of " + name);
-        return secret_t(password_->view());
+        if (!m_password) m_password = read_password(m_options, "Password of " + name);
+        return secret_t(m_password->view());
     }
 
   private:
-    const password_options_t& options_;
-    std::optional<secret_t> password_;
+    const password_options_t& m_options;
+    std::optional<secret_t> m_password;
 };
 
 void register_p12_list(CLI::App& p12, chosen_command_t& chosen);

@@ -60,26 +60,26 @@ void check_cert_bag(der_cursor_t value) {
 class p12_walk_t {
   public:
     explicit p12_walk_t(const p12_reading_t& reading)
-        : reading_(reading),
-          next_decryption_(reading.decryptions.begin()),
-          next_plain_(reading.content.plain_items.begin()),
-          next_protected_(reading.content.protected_items.begin()) {}
+        : m_reading(reading),
+          m_next_decryption(reading.decryptions.begin()),
+          m_next_plain(reading.content.plain_items.begin()),
+          m_next_protected(reading.content.protected_items.begin()) {}
 
     p12_outline_t run(bytes_t file) {
         try {
             der_cursor_t safe(read_pfx(file).authenticated_safe);
             der_cursor_t contents(safe.next(asn_tag_t::SEQUENCE, "SEQUENCE (AuthenticatedSafe)"));
             while (!contents.at_end()) walk_content(contents.next(asn_tag_t::SEQUENCE, "SEQUENCE (ContentInfo)"));
-            if (!reading_.complete) outline_.fault = "malformed DER";
+            if (!m_reading.complete) m_outline.fault = "malformed DER";
         } catch (const data_fault_t& fault) {
-            outline_.fault = fault_prefix_ + fault.what();
+            m_outline.fault = m_fault_prefix + fault.what();
         }
-        return std::move(outline_);
+        return std::move(m_outline);
     }
 
   private:
     void walk_content(const der_element_t& element) {
-        p12_content_t& content = outline_.contents.emplace_back();
+        p12_content_t& content = m_outline.contents.emplace_back();
         der_cursor_t info(element);
         const der_element_t type = info.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER (content type)");
         der_cursor_t value(info.next(asn_tag_t::CONTEXT_0, "[0] (content)"));
@@ -116,9 +116,9 @@ class p12_walk_t {
             content.skipped = why_not_decrypted(*decryption);
         } else {
             content.protection = protection_text(algorithm.contents, decryption->iterations);
-            fault_prefix_ = "content " + std::to_string(outline_.contents.size()) + ", decrypted: ";
+            m_fault_prefix = "content " + std::to_string(m_outline.contents.size()) + ", decrypted: ";
             walk_safe_contents(contents_of_plaintext(decryption->plain), content);
-            fault_prefix_.clear();
+            m_fault_prefix.clear();
         }
     }
 
@@ -185,25 +185,25 @@ class p12_walk_t {
 
     /// The next call of `decrypt`, if it was made for this ciphertext: the library makes none for what it refuses.
     const decryption_t* take_decryption(bytes_t ciphertext) {
-        if (next_decryption_ == reading_.decryptions.end() || next_decryption_->ciphertext != ciphertext.data())
+        if (m_next_decryption == m_reading.decryptions.end() || m_next_decryption->ciphertext != ciphertext.data())
             return nullptr;
-        return &*next_decryption_++;
+        return &*m_next_decryption++;
     }
 
     void take_item(p12_bag_t& bag) {
-        auto& next = bag.is_protected ? next_protected_ : next_plain_;
-        const auto& items = bag.is_protected ? reading_.content.protected_items : reading_.content.plain_items;
+        auto& next = bag.is_protected ? m_next_protected : m_next_plain;
+        const auto& items = bag.is_protected ? m_reading.content.protected_items : m_reading.content.plain_items;
         if (next == items.end()) throw data_fault_t("the library took less than stands here");
         bag.item = &*next++;
-        bag.number = ++num_items_;
+        bag.number = ++m_num_items;
     }
 
-    const p12_reading_t& reading_;
-    std::vector<decryption_t>::const_iterator next_decryption_;
-    std::list<pkcs12_item_t>::const_iterator next_plain_, next_protected_;
-    std::size_t num_items_ = 0;
-    p12_outline_t outline_;
-    std::string fault_prefix_;
+    const p12_reading_t& m_reading;
+    std::vector<decryption_t>::const_iterator m_next_decryption;
+    std::list<pkcs12_item_t>::const_iterator m_next_plain, m_next_protected;
+    std::size_t m_num_items = 0;
+    p12_outline_t m_outline;
+    std::string m_fault_prefix;
 };
 
 } // namespace

@@ -50,24 +50,24 @@ pfx_t read_pfx(bytes_t file) {
 }
 
 bool recording_pbe_t::check_mac(const pkcs12_mac_t& mac, const uint8_t* data, uint64_t size) {
-    refused_mac_ = !crypto_.check_mac(mac, data, size);
-    return !refused_mac_;
+    m_refused_mac = !m_crypto.check_mac(mac, data, size);
+    return !m_refused_mac;
 }
 
 bool recording_pbe_t::make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac) {
-    return crypto_.make_mac(data, size, mac);
+    return m_crypto.make_mac(data, size, mac);
 }
 
 bool recording_pbe_t::decrypt(const pkcs8_encrypted_pki_gost_t& params, const uint8_t* data, uint64_t size,
                               std::string& plain) {
-    const bool done = crypto_.decrypt(params, data, size, plain);
-    decryptions_.push_back({data, crypto_.fault(), params.iterations, as_bytes(plain)});
+    const bool done = m_crypto.decrypt(params, data, size, plain);
+    m_decryptions.push_back({data, m_crypto.fault(), params.iterations, as_bytes(plain)});
     return done;
 }
 
 bool recording_pbe_t::encrypt(const uint8_t* data, uint64_t size, pkcs8_encrypted_pki_gost_t& params,
                               std::string& storage) {
-    return crypto_.encrypt(data, size, params, storage);
+    return m_crypto.encrypt(data, size, params, storage);
 }
 
 p12_reading_t::~p12_reading_t() {

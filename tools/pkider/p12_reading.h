@@ -34,7 +34,7 @@ struct decryption_t {
 /// Passes every call on, and writes down how it ended.
 class recording_pbe_t final : public pbe_crypto_t {
   public:
-    explicit recording_pbe_t(gost_pbe_t& crypto) : crypto_(crypto) {}
+    explicit recording_pbe_t(gost_pbe_t& crypto) : m_crypto(crypto) {}
 
     bool check_mac(const pkcs12_mac_t& mac, const uint8_t* data, uint64_t size) override;
     bool make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac) override;
@@ -42,13 +42,13 @@ class recording_pbe_t final : public pbe_crypto_t {
                  std::string& plain) override;
     bool encrypt(const uint8_t* data, uint64_t size, pkcs8_encrypted_pki_gost_t& params, std::string& storage) override;
 
-    bool refused_mac() const { return refused_mac_; }
-    std::vector<decryption_t>& decryptions() { return decryptions_; }
+    bool refused_mac() const { return m_refused_mac; }
+    std::vector<decryption_t>& decryptions() { return m_decryptions; }
 
   private:
-    gost_pbe_t& crypto_;
-    bool refused_mac_ = false;
-    std::vector<decryption_t> decryptions_;
+    gost_pbe_t& m_crypto;
+    bool m_refused_mac = false;
+    std::vector<decryption_t> m_decryptions;
 };
 
 /// A file that was opened: what the library took from it, wiped in the end.

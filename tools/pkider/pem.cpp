@@ -19,29 +19,29 @@ std::string_view trim_end(std::string_view line) {
 // Lines of a text, one after another, without their ends.
 class lines_t {
   public:
-    explicit lines_t(std::string_view text) : rest(text) {}
+    explicit lines_t(std::string_view text) : m_rest(text) {}
 
     bool next(std::string_view& line) {
-        if (rest.empty()) return false;
-        before = rest;
-        const std::size_t size = rest.find('\n');
-        line = trim_end(rest.substr(0, size));
-        rest.remove_prefix(size == std::string_view::npos ? rest.size() : size + 1);
+        if (m_rest.empty()) return false;
+        m_before = m_rest;
+        const std::size_t size = m_rest.find('\n');
+        line = trim_end(m_rest.substr(0, size));
+        m_rest.remove_prefix(size == std::string_view::npos ? m_rest.size() : size + 1);
         ++number;
         return true;
     }
 
     // The line that was given last comes again.
     void back() {
-        rest = before;
+        m_rest = m_before;
         --number;
     }
 
     std::size_t number = 0; // of the line that was given last
 
   private:
-    std::string_view rest;
-    std::string_view before;
+    std::string_view m_rest;
+    std::string_view m_before;
 };
 
 std::optional<std::string_view> label_in(std::string_view line, std::string_view mark) {

@@ -33,54 +33,54 @@ inline void wipe(std::string& text) noexcept {
 class secret_t {
   public:
     secret_t() = default;
-    explicit secret_t(std::size_t size) : bytes_(size) {}
-    explicit secret_t(std::string_view text) : bytes_(text.begin(), text.end()) {}
-    explicit secret_t(std::span<const uint8_t> bytes) : bytes_(bytes.begin(), bytes.end()) {}
+    explicit secret_t(std::size_t size) : m_bytes(size) {}
+    explicit secret_t(std::string_view text) : m_bytes(text.begin(), text.end()) {}
+    explicit secret_t(std::span<const uint8_t> bytes) : m_bytes(bytes.begin(), bytes.end()) {}
 
-    secret_t(secret_t&& other) noexcept : bytes_(std::exchange(other.bytes_, {})) {}
+    secret_t(secret_t&& other) noexcept : m_bytes(std::exchange(other.m_bytes, {})) {}
     secret_t& operator=(secret_t&& other) noexcept {
-        bytes_.swap(other.bytes_); // the old bytes are wiped with `other`
+        m_bytes.swap(other.m_bytes); // the old bytes are wiped with `other`
         return *this;
     }
     secret_t(const secret_t&) = delete;
     secret_t& operator=(const secret_t&) = delete;
-    ~secret_t() { wipe(bytes_.data(), bytes_.size()); }
+    ~secret_t() { wipe(m_bytes.data(), m_bytes.size()); }
 
     /// Cuts the end off, or puts zeros behind it. What is cut off, or left at the old place when all move, is wiped.
     void resize(std::size_t size) {
-        if (size > bytes_.capacity()) {
+        if (size > m_bytes.capacity()) {
             secret_t larger;
-            larger.bytes_.reserve(std::max(size, 2 * bytes_.size()));
-            larger.bytes_.assign(bytes_.begin(), bytes_.end());
-            bytes_.swap(larger.bytes_);
-        } else if (size < bytes_.size()) {
-            wipe(bytes_.data() + size, bytes_.size() - size);
+            larger.m_bytes.reserve(std::max(size, 2 * m_bytes.size()));
+            larger.m_bytes.assign(m_bytes.begin(), m_bytes.end());
+            m_bytes.swap(larger.m_bytes);
+        } else if (size < m_bytes.size()) {
+            wipe(m_bytes.data() + size, m_bytes.size() - size);
         }
-        bytes_.resize(size);
+        m_bytes.resize(size);
     }
 
-    uint8_t* data() { return bytes_.data(); }
-    const uint8_t* data() const { return bytes_.data(); }
-    std::size_t size() const { return bytes_.size(); }
-    bool empty() const { return bytes_.empty(); }
+    uint8_t* data() { return m_bytes.data(); }
+    const uint8_t* data() const { return m_bytes.data(); }
+    std::size_t size() const { return m_bytes.size(); }
+    bool empty() const { return m_bytes.empty(); }
 
-    std::span<const uint8_t> view() const { return bytes_; }
-    std::string_view text() const { return {reinterpret_cast<const char*>(bytes_.data()), bytes_.size()}; }
+    std::span<const uint8_t> view() const { return m_bytes; }
+    std::string_view text() const { return {reinterpret_cast<const char*>(m_bytes.data()), m_bytes.size()}; }
 
   private:
-    std::vector<uint8_t> bytes_;
+    std::vector<uint8_t> m_bytes;
 };
 
 /// Wipes a string that somebody else fills (a plaintext handed out in a std::string) when the scope is left.
 class wipe_guard_t {
   public:
-    explicit wipe_guard_t(std::string& text) : text_(text) {}
+    explicit wipe_guard_t(std::string& text) : m_text(text) {}
     wipe_guard_t(const wipe_guard_t&) = delete;
     wipe_guard_t& operator=(const wipe_guard_t&) = delete;
-    ~wipe_guard_t() { wipe(text_); }
+    ~wipe_guard_t() { wipe(m_text); }
 
   private:
-    std::string& text_;
+    std::string& m_text;
 };
 
 } // namespace tool

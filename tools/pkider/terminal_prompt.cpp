@@ -30,16 +30,16 @@ class signal_catcher_t {
         sigset_t held;
         sigemptyset(&held);
         for (const int number : numbers) sigaddset(&held, number);
-        sigprocmask(SIG_BLOCK, &held, &saved_mask_);
+        sigprocmask(SIG_BLOCK, &held, &m_saved_mask);
 
         struct sigaction action = {};
         action.sa_handler = remember_signal;
         sigemptyset(&action.sa_mask);
-        for (std::size_t i = 0; i < numbers.size(); ++i) sigaction(numbers[i], &action, &saved_[i]);
+        for (std::size_t i = 0; i < numbers.size(); ++i) sigaction(numbers[i], &action, &m_saved[i]);
     }
     ~signal_catcher_t() {
-        for (std::size_t i = 0; i < numbers.size(); ++i) sigaction(numbers[i], &saved_[i], nullptr);
-        sigprocmask(SIG_SETMASK, &saved_mask_, nullptr);
+        for (std::size_t i = 0; i < numbers.size(); ++i) sigaction(numbers[i], &m_saved[i], nullptr);
+        sigprocmask(SIG_SETMASK, &m_saved_mask, nullptr);
     }
     signal_catcher_t(const signal_catcher_t&) = delete;
     signal_catcher_t& operator=(const signal_catcher_t&) = delete;
@@ -47,35 +47,35 @@ class signal_catcher_t {
     /// False when a signal came instead.
     bool wait_for_input(int fd) const {
         pollfd wanted = {fd, POLLIN, 0};
-        return ppoll(&wanted, 1, nullptr, &saved_mask_) == 1 && caught_signal == 0;
+        return ppoll(&wanted, 1, nullptr, &m_saved_mask) == 1 && caught_signal == 0;
     }
 
   private:
     static constexpr std::array numbers = {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGTSTP};
-    std::array<struct sigaction, numbers.size()> saved_{};
-    sigset_t saved_mask_{};
+    std::array<struct sigaction, numbers.size()> m_saved{};
+    sigset_t m_saved_mask{};
 };
 
 /// The controlling terminal with its echo off; nothing where that cannot be had.
 class silent_terminal_t {
   public:
-    silent_terminal_t() : fd_(open("/dev/tty", O_RDWR | O_NOCTTY | O_CLOEXEC)) {
-        if (fd_ < 0 || turn_echo_off()) return;
-        close(fd_);
-        fd_ = -1;
+    silent_terminal_t() : m_fd(open("/dev/tty", O_RDWR | O_NOCTTY | O_CLOEXEC)) {
+        if (m_fd < 0 || turn_echo_off()) return;
+        close(m_fd);
+        m_fd = -1;
     }
     ~silent_terminal_t() {
-        if (fd_ < 0) return;
-        tcsetattr(fd_, TCSAFLUSH, &saved_);
-        close(fd_);
+        if (m_fd < 0) return;
+        tcsetattr(m_fd, TCSAFLUSH, &m_saved);
+        close(m_fd);
     }
     silent_terminal_t(const silent_terminal_t&) = delete;
     silent_terminal_t& operator=(const silent_terminal_t&) = delete;
 
-    int fd() const { return fd_; }
+    int fd() const { return m_fd; }
     void show(std::string_view text) const {
         while (!text.empty()) {
-            const ssize_t written = write(fd_, text.data(), text.size());
+            const ssize_t written = write(m_fd, text.data(), text.size());
             if (written <= 0) return;
             text.remove_prefix(static_cast<std::size_t>(written));
         }
@@ -83,14 +83,14 @@ class silent_terminal_t {
 
   private:
     bool turn_echo_off() {
-        if (tcgetattr(fd_, &saved_) != 0) return false;
-        termios silent = saved_;
+        if (tcgetattr(m_fd, &m_saved) != 0) return false;
+        termios silent = m_saved;
         silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL);
-        return tcsetattr(fd_, TCSAFLUSH, &silent) == 0;
+        return tcsetattr(m_fd, TCSAFLUSH, &silent) == 0;
     }
 
-    int fd_;
-    termios saved_{};
+    int m_fd;
+    termios m_saved{};
 };
 
 /// One try: nothing when a signal came, the terminal is gone, or there is none.

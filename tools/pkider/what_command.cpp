@@ -124,31 +124,31 @@ void print_counts(const std::vector<finding_t>& findings) {
 /// Collects what is found in one file, and prints it when the file is done: many blocks are only counted.
 class findings_t {
   public:
-    explicit findings_t(json_array_t& array, output_form_t chosen) : results(array), output(chosen) {}
+    explicit findings_t(json_array_t& results, output_form_t output) : m_results(results), m_output(output) {}
 
     void add(finding_t finding) {
-        any_none = any_none || finding.kind == file_kind_t::none;
-        results.add(finding_json(finding));
-        of_file.push_back(std::move(finding));
+        m_any_none = m_any_none || finding.kind == file_kind_t::none;
+        m_results.add(finding_json(finding));
+        m_of_file.push_back(std::move(finding));
     }
 
     void end_file() {
-        if (output == output_form_t::json) return of_file.clear();
-        if (of_file.size() > max_blocks_in_full) {
-            print_counts(of_file);
+        if (m_output == output_form_t::json) return m_of_file.clear();
+        if (m_of_file.size() > max_blocks_in_full) {
+            print_counts(m_of_file);
         } else {
-            for (const finding_t& finding : of_file) print_finding(finding);
+            for (const finding_t& finding : m_of_file) print_finding(finding);
         }
-        of_file.clear();
+        m_of_file.clear();
     }
 
-    exit_code_t answer() const { return any_none ? exit_code_t::answer_is_no : exit_code_t::done; }
+    exit_code_t answer() const { return m_any_none ? exit_code_t::answer_is_no : exit_code_t::done; }
 
   private:
-    json_array_t& results;
-    output_form_t output;
-    std::vector<finding_t> of_file;
-    bool any_none = false;
+    json_array_t& m_results;
+    output_form_t m_output;
+    std::vector<finding_t> m_of_file;
+    bool m_any_none = false;
 };
 
 exit_code_t run(const options_t& options) {
