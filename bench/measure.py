@@ -228,7 +228,7 @@ def page(medians, compared, rounds, folder):
         "",
         "Written by `scripts/bench`. Absolute figures move with the machine and the hour and are unstable; the ratios count.",
         "",
-        f"Machine: {processor()}, {os.cpu_count()} cores, {platform.system()} {platform.release()}; {compiler}, `-O3`.",
+        f"Machine: {processor()}, {os.cpu_count()} cores, {platform.system()} {platform.release()}; {compiler}, preset `release`.",
         f"Date: {datetime.date.today()}. Median of {rounds} rounds in which the executables take turns; processor time per item.",
         f"{compared} results of peers that do the same work were compared with ours: all equal.",
         "",
