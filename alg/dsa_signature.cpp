@@ -9,7 +9,7 @@ bool asn_read_dsa_certsign(const uint8_t* der, uint32_t len, asn_dsa_certsign_t&
     const asn_element_t input{nullptr, der, len};
     asn_element_t rest = input, numbers;
     if (!asn_next_element(asn_tag_t::SEQUENCE, rest, numbers)) return false;
-    if (!asn_read_contents(asn_tag_t::INTEGER, numbers, out.r_len, out.r)) return false;
+    if (!asn_read_contents_or_null(asn_tag_t::INTEGER, numbers, out.r_len, out.r)) return false;
 
     // Bounded by the input, not by the SEQUENCE. Wanted: DsaCertsign.RequiredSecondNumberMayRunPastTheSequence.
     rest = asn_from_place(input, numbers.content);

@@ -74,7 +74,7 @@ bool asn_read_rsa_pubkey(const asn_pubkey_t& pk, asn_rsa_pubkey_t& out) {
     const asn_element_t input = key_bits(pk);
     asn_element_t rest = input, numbers;
     if (!asn_next_element(asn_tag_t::SEQUENCE, rest, numbers)) return false;
-    if (!asn_read_contents(asn_tag_t::INTEGER, numbers, out.modulus_len, out.modulus)) return false;
+    if (!asn_read_contents_or_null(asn_tag_t::INTEGER, numbers, out.modulus_len, out.modulus)) return false;
 
     // Bounded by the key bits, not by the SEQUENCE. Wanted: RsaPubkey.RequiredExponentMayRunPastTheSequence.
     rest = asn_from_place(input, numbers.content);

@@ -20,8 +20,17 @@ inline void asn_store_element(const asn_element_t& element, uint32_t& len, const
     data = element.start;
 }
 
-/// Reads the next element of `parent` and stores its contents, or 0 and null when there is no such element.
+/// Reads the next element of `parent` and stores its contents. Without such an element `len` and `data` stay as they
+/// were.
 inline bool asn_read_contents(asn_tag_t::Type tag, asn_element_t& parent, uint32_t& len, const uint8_t*& data) {
+    asn_element_t child;
+    if (!asn_next_element(tag, parent, child)) return false;
+    asn_store_contents(child, len, data);
+    return true;
+}
+
+/// asn_read_contents that stores 0 and null when there is no such element.
+inline bool asn_read_contents_or_null(asn_tag_t::Type tag, asn_element_t& parent, uint32_t& len, const uint8_t*& data) {
     asn_element_t child;
     const bool found = asn_next_element(tag, parent, child);
     len = found ? static_cast<uint32_t>(child.length) : 0;

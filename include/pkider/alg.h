@@ -276,9 +276,9 @@ PKIDER_API bool asn_read_pubkey(const uint8_t* der, int32_t len, asn_pubkey_t& o
 /// negative or empty.
 ///
 /// @param pk   From asn_read_pubkey; its algorithm is not looked at.
-/// @param out  Receives spans of the input of asn_read_pubkey. A failure at an INTEGER leaves 0 and null for that
-///             number (a modulus read before it then still has its leading zero bytes); other fields not reached are
-///             as they were.
+/// @param out  Receives spans of the input of asn_read_pubkey. A failure at the modulus sets it to 0 and null. A
+///             failure at the exponent leaves the modulus stored, with its leading zero bytes. All other fields are
+///             unchanged by a failure.
 /// @return     True when both numbers were found; false also when `pk` has no key bits.
 /// @throws     Nothing.
 PKIDER_API bool asn_read_rsa_pubkey(const asn_pubkey_t& pk, asn_rsa_pubkey_t& out);
@@ -290,7 +290,7 @@ PKIDER_API bool asn_read_rsa_pubkey(const asn_pubkey_t& pk, asn_rsa_pubkey_t& ou
 ///
 /// @param pk   From asn_read_pubkey; its algorithm is not looked at.
 /// @param out  Receives spans of the input of asn_read_pubkey. After a failure parameter sets read before it are stored
-///             and the others are as they were; key bits that are no OCTET STRING, or none, leave the key 0 and null.
+///             (an absent third one as 0 and null), and the others, the key always, are as they were.
 /// @return     True when two parameter sets and the key were found.
 /// @throws     Nothing.
 PKIDER_API bool asn_read_gost_pubkey(const asn_pubkey_t& pk, asn_gost_pubkey_t& out);
@@ -301,8 +301,8 @@ PKIDER_API bool asn_read_gost_pubkey(const asn_pubkey_t& pk, asn_gost_pubkey_t& 
 ///
 /// @param der  First byte of the element.
 /// @param len  Bytes available from `der`.
-/// @param out  Receives spans of `der`. A failure at an INTEGER leaves 0 and null for that number; fields not reached
-///             are as they were.
+/// @param out  Receives spans of `der`. A failure at the first INTEGER sets `r` to 0 and null. A failure at the second
+///             one leaves `r` stored. All other fields are unchanged by a failure.
 /// @return     True when both numbers were found.
 /// @throws     Nothing.
 PKIDER_API bool asn_read_dsa_certsign(const uint8_t* der, uint32_t len, asn_dsa_certsign_t& out);

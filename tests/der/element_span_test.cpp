@@ -40,13 +40,28 @@ TEST_F(AsnElementSpan, ReadsContentsAndSteps) {
     });
 }
 
-TEST_F(AsnElementSpan, ReadsNothingWhereTheElementIsNot) {
-    for (const char* const input : {"", "04", "05 00", "04 02 AA", "04 80 00 00"}) {
+constexpr const char* without_octet_string[] = {"", "04", "05 00", "04 02 AA", "04 80 00 00"};
+
+TEST_F(AsnElementSpan, KeepsItsValueWhereTheElementIsNot) {
+    for (const char* const input : without_octet_string) {
+        for_guarded(from_hex(input), [&](const uint8_t* der, std::size_t size) {
+            asn_element_t parent{nullptr, der, size};
+            EXPECT_FALSE(asn_read_contents(asn_tag_t::OCTET_STRING, parent, m_len, m_data)) << input;
+            EXPECT_EQ(m_len, 77u) << input;
+            EXPECT_EQ(m_data, &m_somewhere) << input;
+            EXPECT_EQ(parent.content, der) << input;
+            EXPECT_EQ(parent.length, size) << input;
+        });
+    }
+}
+
+TEST_F(AsnElementSpan, BecomesNullWhereTheElementIsNotAndThatIsAskedFor) {
+    for (const char* const input : without_octet_string) {
         for_guarded(from_hex(input), [&](const uint8_t* der, std::size_t size) {
             asn_element_t parent{nullptr, der, size};
             m_len = 77;
             m_data = &m_somewhere;
-            EXPECT_FALSE(asn_read_contents(asn_tag_t::OCTET_STRING, parent, m_len, m_data)) << input;
+            EXPECT_FALSE(asn_read_contents_or_null(asn_tag_t::OCTET_STRING, parent, m_len, m_data)) << input;
             EXPECT_EQ(m_len, 0u) << input;
             EXPECT_EQ(m_data, nullptr) << input;
             EXPECT_EQ(parent.content, der) << input;
