@@ -54,7 +54,7 @@ void oid_map_entries_t::read_lines(std::string_view text) {
 const OIDdescr_t* oid_map_entries_t::make_entry(const oid_map_line_t& line, std::span<const uint8_t> contents) {
     const uint64_t strings_size =
         contents.size() + line.oid.size() + line.short_name.size() + line.long_name.size() + 3;
-    void* const block = m_memory.allocate(sizeof(OIDdescr_t) + strings_size, alignof(OIDdescr_t));
+    void* const block = m_memory.allocate(sizeof(OIDdescr_t) + strings_size);
 
     auto* const asn = static_cast<uint8_t*>(block) + sizeof(OIDdescr_t);
     char* const str = reinterpret_cast<char*>(std::copy(contents.begin(), contents.end(), asn));

@@ -3,12 +3,12 @@
 
 #include "oid/map_index.h"
 #include "oid/map_keys.h"
+#include "oid/map_memory.h"
 #include "oid/map_text.h"
 
 #include <pkider/oid.h>
 
 #include <cstdint>
-#include <memory_resource>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -33,8 +33,7 @@ class oid_map_entries_t {
     void read_lines(std::string_view text);
     const OIDdescr_t* make_entry(const oid_map_line_t& line, std::span<const uint8_t> contents);
 
-    // Of the entries, which end together. With a block of its own for each, 100,000 lines take a quarter longer.
-    std::pmr::monotonic_buffer_resource m_memory;
+    oid_map_memory_t m_memory;                // of the entries; without a block for each. Bench: oid/parse_map
     std::vector<const OIDdescr_t*> m_entries; // in the order of the text, repeated keys included
     oid_map_index_t<by_contents_t> m_by_contents;
     oid_map_index_t<by_dotted_text_t> m_by_dotted_text;
