@@ -10,30 +10,30 @@ namespace pkider {
 // identifiers and read from both, and the one object identifier of RSASSA-PSS goes back to the value without a hash.
 // clang-format off
 inline constexpr alg_row_t cert_sign_rows[] = {
-    {PKI_ALG_SHA1_RSA,                            oid<"2A 86 48 86 F7 0D 01 01 05">},    // 1.2.840.113549.1.1.5
-    {PKI_ALG_SHA1_RSA,                            oid<"2B 0E 03 02 1D">},                // 1.3.14.3.2.29
-    {PKI_ALG_SHA224_RSA,                          oid<"2A 86 48 86 F7 0D 01 01 0E">},    // 1.2.840.113549.1.1.14
-    {PKI_ALG_SHA256_RSA,                          oid<"2A 86 48 86 F7 0D 01 01 0B">},    // 1.2.840.113549.1.1.11
-    {PKI_ALG_SHA384_RSA,                          oid<"2A 86 48 86 F7 0D 01 01 0C">},    // 1.2.840.113549.1.1.12
-    {PKI_ALG_SHA512_RSA,                          oid<"2A 86 48 86 F7 0D 01 01 0D">},    // 1.2.840.113549.1.1.13
-    {PKI_ALG_MD2_RSA,                             oid<"2A 86 48 86 F7 0D 01 01 02">},    // 1.2.840.113549.1.1.2
-    {PKI_ALG_MD5_RSA,                             oid<"2A 86 48 86 F7 0D 01 01 04">},    // 1.2.840.113549.1.1.4
-    {PKI_ALG_SHA1_DSA,                            oid<"2A 86 48 CE 38 04 03">},          // 1.2.840.10040.4.3
-    {PKI_ALG_RSASSA_PSS,                          oid<"2A 86 48 86 F7 0D 01 01 0A">},    // 1.2.840.113549.1.1.10
-    {PKI_ALG_RSASSA_PSS_SHA1,                     oid<"2A 86 48 86 F7 0D 01 01 0A">},    // 1.2.840.113549.1.1.10
-    {PKI_ALG_RSASSA_PSS_SHA224,                   oid<"2A 86 48 86 F7 0D 01 01 0A">},    // 1.2.840.113549.1.1.10
-    {PKI_ALG_RSASSA_PSS_SHA256,                   oid<"2A 86 48 86 F7 0D 01 01 0A">},    // 1.2.840.113549.1.1.10
-    {PKI_ALG_RSASSA_PSS_SHA384,                   oid<"2A 86 48 86 F7 0D 01 01 0A">},    // 1.2.840.113549.1.1.10
-    {PKI_ALG_RSASSA_PSS_SHA512,                   oid<"2A 86 48 86 F7 0D 01 01 0A">},    // 1.2.840.113549.1.1.10
-    {PKI_ALG_GOST3411_94_GOST3410_94,             oid<"2A 85 03 02 02 04">},             // 1.2.643.2.2.4
-    {PKI_ALG_GOST3411_94_GOST3410_94_CPRO,        oid<"2A 85 03 02 02 04">},             // 1.2.643.2.2.4
-    {PKI_ALG_GOST3411_94_GOST3410_94_TIK,         oid<"2B 06 01 04 01 9C 56 01 06">},    // 1.3.6.1.4.1.3670.1.6
-    {PKI_ALG_GOST3411_94_GOST3410_94_SIGNALCOM,   oid<"2B 06 01 04 01 AD 59 01 03 01">}, // 1.3.6.1.4.1.5849.1.3.1
-    {PKI_ALG_GOST3411_94_GOST3410_2001,           oid<"2A 85 03 02 02 03">},             // 1.2.643.2.2.3
-    {PKI_ALG_GOST3411_94_GOST3410_2001_CPRO,      oid<"2A 85 03 02 02 03">},             // 1.2.643.2.2.3
-    {PKI_ALG_GOST3411_94_GOST3410_2001_SIGNALCOM, oid<"2B 06 01 04 01 AD 59 01 03 02">}, // 1.3.6.1.4.1.5849.1.3.2
-    {PKI_ALG_GOST3411_2012_256_GOST3410_2012_256, oid<"2A 85 03 07 01 01 03 02">},       // 1.2.643.7.1.1.3.2
-    {PKI_ALG_GOST3411_2012_512_GOST3410_2012_512, oid<"2A 85 03 07 01 01 03 03">},       // 1.2.643.7.1.1.3.3
+    {PKI_ALG_SHA1_RSA,                            oid<"1.2.840.113549.1.1.5">},
+    {PKI_ALG_SHA1_RSA,                            oid<"1.3.14.3.2.29">},
+    {PKI_ALG_SHA224_RSA,                          oid<"1.2.840.113549.1.1.14">},
+    {PKI_ALG_SHA256_RSA,                          oid<"1.2.840.113549.1.1.11">},
+    {PKI_ALG_SHA384_RSA,                          oid<"1.2.840.113549.1.1.12">},
+    {PKI_ALG_SHA512_RSA,                          oid<"1.2.840.113549.1.1.13">},
+    {PKI_ALG_MD2_RSA,                             oid<"1.2.840.113549.1.1.2">},
+    {PKI_ALG_MD5_RSA,                             oid<"1.2.840.113549.1.1.4">},
+    {PKI_ALG_SHA1_DSA,                            oid<"1.2.840.10040.4.3">},
+    {PKI_ALG_RSASSA_PSS,                          oid<"1.2.840.113549.1.1.10">},
+    {PKI_ALG_RSASSA_PSS_SHA1,                     oid<"1.2.840.113549.1.1.10">},
+    {PKI_ALG_RSASSA_PSS_SHA224,                   oid<"1.2.840.113549.1.1.10">},
+    {PKI_ALG_RSASSA_PSS_SHA256,                   oid<"1.2.840.113549.1.1.10">},
+    {PKI_ALG_RSASSA_PSS_SHA384,                   oid<"1.2.840.113549.1.1.10">},
+    {PKI_ALG_RSASSA_PSS_SHA512,                   oid<"1.2.840.113549.1.1.10">},
+    {PKI_ALG_GOST3411_94_GOST3410_94,             oid<"1.2.643.2.2.4">},
+    {PKI_ALG_GOST3411_94_GOST3410_94_CPRO,        oid<"1.2.643.2.2.4">},
+    {PKI_ALG_GOST3411_94_GOST3410_94_TIK,         oid<"1.3.6.1.4.1.3670.1.6">},
+    {PKI_ALG_GOST3411_94_GOST3410_94_SIGNALCOM,   oid<"1.3.6.1.4.1.5849.1.3.1">},
+    {PKI_ALG_GOST3411_94_GOST3410_2001,           oid<"1.2.643.2.2.3">},
+    {PKI_ALG_GOST3411_94_GOST3410_2001_CPRO,      oid<"1.2.643.2.2.3">},
+    {PKI_ALG_GOST3411_94_GOST3410_2001_SIGNALCOM, oid<"1.3.6.1.4.1.5849.1.3.2">},
+    {PKI_ALG_GOST3411_2012_256_GOST3410_2012_256, oid<"1.2.643.7.1.1.3.2">},
+    {PKI_ALG_GOST3411_2012_512_GOST3410_2012_512, oid<"1.2.643.7.1.1.3.3">},
 };
 // clang-format on
 

@@ -9,17 +9,17 @@ namespace pkider {
 // the standard value above it.
 // clang-format off
 inline constexpr alg_row_t key_rows[] = {
-    {PKI_ALG_RSA,                     oid<"2A 86 48 86 F7 0D 01 01 01">},    // 1.2.840.113549.1.1.1
-    {PKI_ALG_DSA,                     oid<"2A 86 48 CE 38 04 01">},          // 1.2.840.10040.4.1
-    {PKI_ALG_GOST3410_94,             oid<"2A 85 03 02 02 14">},             // 1.2.643.2.2.20
-    {PKI_ALG_GOST3410_94_CPRO,        oid<"2A 85 03 02 02 14">},             // 1.2.643.2.2.20
-    {PKI_ALG_GOST3410_94_TIK,         oid<"2B 06 01 04 01 9C 56 01 0A">},    // 1.3.6.1.4.1.3670.1.10
-    {PKI_ALG_GOST3410_94_SIGNALCOM,   oid<"2B 06 01 04 01 AD 59 01 01 05">}, // 1.3.6.1.4.1.5849.1.1.5
-    {PKI_ALG_GOST3410_2001,           oid<"2A 85 03 02 02 13">},             // 1.2.643.2.2.19
-    {PKI_ALG_GOST3410_2001_CPRO,      oid<"2A 85 03 02 02 13">},             // 1.2.643.2.2.19
-    {PKI_ALG_GOST3410_2001_SIGNALCOM, oid<"2B 06 01 04 01 AD 59 01 06 02">}, // 1.3.6.1.4.1.5849.1.6.2
-    {PKI_ALG_GOST3410_2012_256,       oid<"2A 85 03 07 01 01 01 01">},       // 1.2.643.7.1.1.1.1
-    {PKI_ALG_GOST3410_2012_512,       oid<"2A 85 03 07 01 01 01 02">},       // 1.2.643.7.1.1.1.2
+    {PKI_ALG_RSA,                     oid<"1.2.840.113549.1.1.1">},
+    {PKI_ALG_DSA,                     oid<"1.2.840.10040.4.1">},
+    {PKI_ALG_GOST3410_94,             oid<"1.2.643.2.2.20">},
+    {PKI_ALG_GOST3410_94_CPRO,        oid<"1.2.643.2.2.20">},
+    {PKI_ALG_GOST3410_94_TIK,         oid<"1.3.6.1.4.1.3670.1.10">},
+    {PKI_ALG_GOST3410_94_SIGNALCOM,   oid<"1.3.6.1.4.1.5849.1.1.5">},
+    {PKI_ALG_GOST3410_2001,           oid<"1.2.643.2.2.19">},
+    {PKI_ALG_GOST3410_2001_CPRO,      oid<"1.2.643.2.2.19">},
+    {PKI_ALG_GOST3410_2001_SIGNALCOM, oid<"1.3.6.1.4.1.5849.1.6.2">},
+    {PKI_ALG_GOST3410_2012_256,       oid<"1.2.643.7.1.1.1.1">},
+    {PKI_ALG_GOST3410_2012_512,       oid<"1.2.643.7.1.1.1.2">},
 };
 // clang-format on
 

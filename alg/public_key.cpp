@@ -16,7 +16,7 @@ const uint8_t* next_address(const uint8_t* at) {
     return reinterpret_cast<const uint8_t*>(reinterpret_cast<uintptr_t>(at) + 1);
 }
 
-constexpr auto rsa_encryption = asn_oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x01, 0x01>; // 1.2.840.113549.1.1.1
+constexpr auto rsa_encryption = asn_oid<"1.2.840.113549.1.1.1">;
 constexpr auto rsa_algorithm = asn_constant_sequence(rsa_encryption, asn_null);
 
 // SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY DEFINED BY algorithm OPTIONAL }

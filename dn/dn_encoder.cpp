@@ -1,10 +1,10 @@
 #include "dn/dn_encoder.h"
 
 #include "der/asn_header.h"
+#include "der/oid_contents.h"
 #include "dn/line_scanner.h"
 #include "dn/printable_dn.h"
 #include "dn/text_sink.h"
-#include "oid/codec.h"
 #include "oid/map.h"
 #include "platform/short_bytes.h"
 

@@ -1,8 +1,8 @@
 // Whatever the configuration file holds: the file map answers like a map made from the lines of the built-in entries
 // followed by the file's, and the built-in map as ever.
+#include "der/oid_contents.h"
 #include "fuzz/check.h"
 #include "oid/builtin_rows.h"
-#include "oid/codec.h"
 #include "oid/map_text.h"
 #include "tests/support/scratch_dir.h"
 

@@ -2,7 +2,7 @@
 // map is there before any constructor of a host runs.
 #pragma once
 
-#include "oid/codec.h"
+#include "der/oid_contents.h"
 
 #include <pkider/oid.h>
 
@@ -12,30 +12,16 @@
 
 namespace pkider {
 
-/// A string literal as a template argument.
-template <std::size_t Size>
-struct literal_t {
-    char text[Size];
-    constexpr literal_t(const char (&literal)[Size]) { std::copy_n(literal, Size, text); }
-    constexpr const char* end() const { return text + Size - 1; }
-};
-
 /// The strings of one entry, laid out as in every map: contents, dotted text, NUL, short name, NUL, long name, NUL.
 template <literal_t Dotted, literal_t ShortName, literal_t LongName>
 struct oid_row_strings_t {
-    static constexpr uint64_t contents_len = [] {
-        uint8_t contents[oid_buffer_size] = {};
-        return encode_oid(Dotted.text, Dotted.end(), contents);
-    }();
-    uint8_t asn[contents_len];
+    uint8_t asn[oid_contents<Dotted>.size()];
     char str[sizeof(Dotted.text)];
     char sn[sizeof(ShortName.text)];
     char ln[sizeof(LongName.text)];
 
     constexpr oid_row_strings_t() : asn(), str(), sn(), ln() {
-        uint8_t contents[oid_buffer_size] = {};
-        encode_oid(Dotted.text, Dotted.end(), contents);
-        std::copy_n(contents, contents_len, asn);
+        std::copy_n(oid_contents<Dotted>.data(), sizeof(asn), asn);
         std::copy_n(Dotted.text, sizeof(str), str);
         std::copy_n(ShortName.text, sizeof(sn), sn);
         std::copy_n(LongName.text, sizeof(ln), ln);

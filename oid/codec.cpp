@@ -1,4 +1,4 @@
-#include "oid/codec.h"
+#include "der/oid_contents.h"
 
 #include <pkider/oid.h>
 

@@ -1,6 +1,6 @@
 #include "oid/map_entries.h"
 
-#include "oid/codec.h"
+#include "der/oid_contents.h"
 #include "platform/ascii.h"
 
 #include <algorithm>

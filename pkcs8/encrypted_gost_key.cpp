@@ -18,11 +18,13 @@
 namespace pkider {
 namespace {
 
-constexpr auto pbes2 = asn_oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x05, 0x0D>;  // 1.2.840.113549.1.5.13
-constexpr auto pbkdf2 = asn_oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x05, 0x0C>; // 1.2.840.113549.1.5.12
-constexpr auto hmac_gost94 = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x0A>;              // 1.2.643.2.2.10
-constexpr auto gost_28147 = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x15>;               // 1.2.643.2.2.21
-constexpr auto param_set_a = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x1F, 0x01>;        // 1.2.643.2.2.31.1
+// clang-format off
+constexpr auto pbes2       = asn_oid<"1.2.840.113549.1.5.13">;
+constexpr auto pbkdf2      = asn_oid<"1.2.840.113549.1.5.12">;
+constexpr auto hmac_gost94 = asn_oid<"1.2.643.2.2.10">;
+constexpr auto gost_28147  = asn_oid<"1.2.643.2.2.21">;
+constexpr auto param_set_a = asn_oid<"1.2.643.2.2.31.1">;
+// clang-format on
 
 constexpr auto prf = asn_constant_sequence(hmac_gost94, asn_null);
 

@@ -9,14 +9,16 @@ using namespace pkider;
 
 namespace {
 
-constexpr auto gost_2001 = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x13>;                 // 1.2.643.2.2.19
-constexpr auto gost_2012_256 = asn_oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x01, 0x01>; // 1.2.643.7.1.1.1.1
-constexpr auto gost_2012_512 = asn_oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x01, 0x02>; // 1.2.643.7.1.1.1.2
+// clang-format off
+constexpr auto gost_2001       = asn_oid<"1.2.643.2.2.19">;
+constexpr auto gost_2012_256   = asn_oid<"1.2.643.7.1.1.1.1">;
+constexpr auto gost_2012_512   = asn_oid<"1.2.643.7.1.1.1.2">;
 
-constexpr auto params_2001 = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x23, 0x01>;                 // 1.2.643.2.2.35.1
-constexpr auto params_2012_256 = asn_oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x02, 0x01, 0x01, 0x01>; // 1.2.643.7.1.2.1.1.1
-constexpr auto params_2012_512 = asn_oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x02, 0x01, 0x02, 0x01>; // 1.2.643.7.1.2.1.2.1
-constexpr auto digest_params = asn_oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x1E, 0x01>;               // 1.2.643.2.2.30.1
+constexpr auto params_2001     = asn_oid<"1.2.643.2.2.35.1">;
+constexpr auto params_2012_256 = asn_oid<"1.2.643.7.1.2.1.1.1">;
+constexpr auto params_2012_512 = asn_oid<"1.2.643.7.1.2.1.2.1">;
+constexpr auto digest_params   = asn_oid<"1.2.643.2.2.30.1">;
+// clang-format on
 
 // version and privateKeyAlgorithm. The digest parameters are those of GOST R 34.11-94 for every kind of key.
 // Wanted: GostKey.RequiredDigestParamSetIsThatOf1994.
@@ -39,7 +41,7 @@ struct key_kind_t {
 constexpr auto kind_2001 = key_kind_t(0, gost_2001, params_2001);
 constexpr auto kind_2012_256 = key_kind_t(1, gost_2012_256, params_2012_256);
 constexpr auto kind_2012_512 = key_kind_t(2, gost_2012_512, params_2012_512);
-constexpr auto head_unknown = head_of(asn_oid<>, asn_oid<>);
+constexpr auto head_unknown = head_of(asn_empty_oid, asn_empty_oid);
 
 // Gives the type of the first kind about which `matches` answers true.
 template <typename Matches>

@@ -6,13 +6,8 @@
 
 namespace pkider {
 
-/// The value of a decimal digit; above 9 for every other byte.
-constexpr unsigned ascii_digit_value(char c) {
-    return static_cast<uint8_t>(c) - unsigned{'0'};
-}
-
 constexpr bool is_ascii_digit(char c) {
-    return ascii_digit_value(c) <= 9;
+    return c >= '0' && c <= '9';
 }
 
 /// Folds a to z; every other byte, NUL and the ones of UTF-8 included, stands for itself.

@@ -8,6 +8,7 @@
 
 #include "tests/alg/spelled_rows.h"
 #include "tests/alg/value_text.h"
+#include "tests/support/dotted_oid.h"
 #include "tests/support/hex.h"
 
 #include <pkider/oid.h>
@@ -25,12 +26,6 @@ using namespace pkider_test;
 
 namespace {
 
-bytes_t contents_of(std::string_view dotted) {
-    uint8_t out[512];
-    const uint64_t len = oid_str_to_asn_(dotted.data(), dotted.data() + dotted.size(), out);
-    return {out, out + len};
-}
-
 std::string dotted_text(const PKI_OID& oid) {
     std::string out;
     EXPECT_TRUE(oid_asn_to_str_(oid.data, oid.data + oid.len, out));
@@ -45,7 +40,7 @@ void expect_spelled(std::span<const alg_row_t> rows, std::span<const spelled_row
     ASSERT_EQ(rows.size(), spelled.size());
     for (std::size_t i = 0; i < rows.size(); ++i) {
         EXPECT_EQ(value_text(rows[i].alg), value_text(spelled[i].alg)) << "row " << i + 1;
-        EXPECT_EQ(bytes_of(rows[i].oid), contents_of(spelled[i].dotted)) << "row " << i + 1;
+        EXPECT_EQ(bytes_of(rows[i].oid), dotted_contents(spelled[i].dotted)) << "row " << i + 1;
         EXPECT_EQ(dotted_text(rows[i].oid), spelled[i].dotted) << "row " << i + 1;
     }
 }
@@ -91,7 +86,8 @@ TEST(CatalogueRows, SignaturesAreMadeOfAHashAndAKey) {
 TEST(IkeRows, AreAsSpelled) {
     ASSERT_EQ(std::size(ike_rows), std::size(spelled_ike_rows));
     for (std::size_t i = 0; i < std::size(ike_rows); ++i) {
-        const bytes_t contents = contents_of(spelled_ike_rows[i].dotted), params = from_hex(spelled_ike_rows[i].params);
+        const bytes_t contents = dotted_contents(spelled_ike_rows[i].dotted),
+                      params = from_hex(spelled_ike_rows[i].params);
         asn_writer_t<16> oid(0x06);
         oid.append(contents.data(), contents.size());
         asn_writer_t<64> identifier(0x30);

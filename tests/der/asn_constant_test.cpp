@@ -16,17 +16,19 @@ std::string hex_of(const std::array<uint8_t, Size>& bytes) {
 }
 
 TEST(AsnConstant, LengthsAreCounted) {
-    constexpr auto oid = asn_oid<0x2A, 0x85, 0x03>;
+    constexpr auto oid = asn_oid<"1.2.643">;
     EXPECT_EQ(hex_of(oid), "06 03 2A 85 03");
-    EXPECT_EQ(hex_of(asn_oid<>), "06 00");
+    EXPECT_EQ(hex_of(asn_empty_oid), "06 00");
     EXPECT_EQ(hex_of(asn_version(0)), "02 01 00");
     EXPECT_EQ(hex_of(asn_version(3)), "02 01 03");
     EXPECT_EQ(hex_of(asn_constant_join(oid, asn_null)), "06 03 2A 85 03 05 00");
     EXPECT_EQ(hex_of(asn_constant_sequence(oid, asn_constant_sequence(asn_null))), "30 09 06 03 2A 85 03 30 02 05 00");
+    EXPECT_EQ(hex_of(asn_constant_sequence()), "30 00");
+    EXPECT_EQ(hex_of(asn_constant_element(asn_tag_t::CONTEXT_0, asn_null)), "A0 02 05 00");
 }
 
 TEST(AsnConstant, IdentifiersAreComparedByContents) {
-    constexpr auto oid = asn_oid<0x2A, 0x85, 0x03>;
+    constexpr auto oid = asn_oid<"1.2.643">;
     const auto is_oid = [&](const char* contents) {
         bool result = false;
         for_guarded(from_hex(contents), [&](const uint8_t* data, std::size_t size) {
@@ -43,7 +45,7 @@ TEST(AsnConstant, IdentifiersAreComparedByContents) {
 }
 
 TEST(AsnConstant, IsSteppedOverWhereItIsNext) {
-    constexpr auto oid = asn_oid<0x2A, 0x85, 0x03>;
+    constexpr auto oid = asn_oid<"1.2.643">;
     const auto bytes_left = [&](const char* contents) {
         uint64_t left = 0;
         for_guarded(from_hex(contents), [&](const uint8_t* data, std::size_t size) {

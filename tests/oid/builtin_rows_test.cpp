@@ -1,4 +1,5 @@
 #include "oid/builtin_index.h"
+#include "platform/ascii.h"
 
 #include "tests/support/hex.h"
 #include "tests/support/parsed_map.h"

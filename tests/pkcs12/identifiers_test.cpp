@@ -1,4 +1,4 @@
-// Each identifier spelled again as dotted text, and compared through the codec.
+// Each identifier spelled again, and encoded by another hand.
 #include "pkcs12/identifiers.h"
 
 #include "tests/support/dotted_oid.h"

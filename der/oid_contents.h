@@ -1,9 +1,12 @@
-// Dotted text to the contents octets of an OBJECT IDENTIFIER (X.690 8.19), usable at compile time: the built-in table
-// of names is encoded by the very function that hosts call.
+// Dotted text to the contents octets of an OBJECT IDENTIFIER (X.690 8.19), also at compile time: every object
+// identifier of the library is written as dotted text, and encoded by the function that hosts call.
+//
+//     constexpr auto sha1 = oid_contents<"1.3.14.3.2.26">;   // 2B 0E 03 02 1A
 #pragma once
 
-#include "platform/ascii.h"
-
+#include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace pkider {
@@ -14,15 +17,20 @@ constexpr uint64_t oid_buffer_size = 512;
 /// Wanted: OidStrToAsn.RequiredLastSixBytesAreNeverWritten.
 constexpr uint64_t max_oid_contents = 506;
 
+/// The value of a decimal digit; above 9 for every other byte.
+constexpr unsigned oid_digit_value(char c) {
+    return static_cast<uint8_t>(c) - unsigned{'0'};
+}
+
 /// Reads the arc that begins at `at`: digits up to a '.' or `end`, leading zeros in any number.
 ///
 /// @return  The place where the arc ends, or null when there is none or it exceeds 32 bits.
 constexpr const char* read_oid_arc(const char* at, const char* end, uint32_t& out) {
     if (at == end) return nullptr;
-    uint64_t value = ascii_digit_value(*at);
+    uint64_t value = oid_digit_value(*at);
     if (value > 9) return nullptr;
     for (++at; at != end; ++at) {
-        const unsigned digit = ascii_digit_value(*at);
+        const unsigned digit = oid_digit_value(*at);
         if (digit > 9) break;
         value = value * 10 + digit;
         if (value > 0xFFFFFFFF) return nullptr;
@@ -64,5 +72,27 @@ constexpr uint64_t encode_oid(const char* begin, const char* end, uint8_t (&out)
     }
     return count;
 }
+
+/// A string literal as a template argument.
+template <std::size_t Size>
+struct literal_t {
+    char text[Size];
+    constexpr literal_t(const char (&literal)[Size]) { std::copy_n(literal, Size, text); }
+    constexpr const char* end() const { return text + Size - 1; }
+};
+
+/// The contents octets of an object identifier. No compilation succeeds with text that is none.
+template <literal_t Dotted>
+inline constexpr auto oid_contents = [] {
+    struct encoded_t {
+        uint8_t bytes[oid_buffer_size] = {};
+        uint64_t size = encode_oid(Dotted.text, Dotted.end(), bytes);
+    };
+    constexpr encoded_t encoded;
+    static_assert(encoded.size != 0, "not an object identifier in dotted text");
+    std::array<uint8_t, encoded.size> contents{};
+    std::copy_n(encoded.bytes, encoded.size, contents.begin());
+    return contents;
+}();
 
 } // namespace pkider
