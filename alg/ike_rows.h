@@ -19,8 +19,7 @@ inline constexpr auto algorithm_der = asn_constant_sequence(asn_oid<Algorithm>, 
 template <literal_t Algorithm, auto... Parameters>
 inline constexpr PKI_OID algorithm = record_of(algorithm_der<Algorithm, Parameters...>);
 
-// RSASSA-PSS-params ::= SEQUENCE { hashAlgorithm [0] HashAlgorithm DEFAULT sha1Identifier, ... }          (RFC
-// 4055 3.1)
+// RSASSA-PSS-params ::= SEQUENCE { hashAlgorithm [0] HashAlgorithm DEFAULT sha1Identifier, ... }   (RFC 4055 3.1)
 inline constexpr auto pss_defaults = asn_constant_sequence();
 
 template <literal_t Hash>

@@ -131,7 +131,7 @@ class name_encoder_t {
     [[gnu::noinline]] bool decode_value(const RDNdescr_t& pair, dn_value_t& out) {
         const asn_dn_result_t result = printable_dn_value_decode(pair.value_begin, pair.value_end, m_value, out);
         if (result.code == 0) return true;
-        m_fault = dn_fault(dn_fault_t{result.code}, pair.value_begin - m_line + result.position);
+        m_fault = dn_fault(asn_dn_fault_t{result.code}, pair.value_begin - m_line + result.position);
         return false;
     }
 

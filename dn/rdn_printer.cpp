@@ -70,7 +70,7 @@ class rdn_printer_t {
     }
 
   private:
-    asn_dn_result_t fault(dn_fault_t code, const uint8_t* at) const { return dn_fault(code, at - m_der); }
+    asn_dn_result_t fault(asn_dn_fault_t code, const uint8_t* at) const { return dn_fault(code, at - m_der); }
 
     asn_dn_result_t print_attribute(asn_element_t& attribute) {
         asn_element_t type;

@@ -23,28 +23,30 @@ class reader_t {
         for (bool joined = false;;) {
             RDNdescr_t record;
             record.joined_to_previous = joined;
-            if (*m_at == '=') return fault(1, m_at);
+            if (*m_at == '=') return fault(DN_FAULT_TYPE_SYNTAX, m_at);
             record.type_begin = m_at;
             while (*m_at != '\0' && *m_at != '=' && !is_blank(*m_at)) ++m_at;
             record.type_end = m_at;
             skip_blanks();
-            if (*m_at != '=') return fault(1, m_at);
+            if (*m_at != '=') return fault(DN_FAULT_TYPE_SYNTAX, m_at);
             record.value_begin = ++m_at;
-            if (!skip_value()) return fault(3, record.value_begin);
+            if (!skip_value()) return fault(DN_FAULT_UNBALANCED_QUOTE, record.value_begin);
             record.value_end = m_at;
             records.push_back(record);
             if (*m_at == '\0') return {};
             joined = *m_at++ == '+';
             const char* const behind_separator = m_at;
             skip_blanks();
-            if (*m_at == '\0') return fault(1, behind_separator);
+            if (*m_at == '\0') return fault(DN_FAULT_TYPE_SYNTAX, behind_separator);
         }
     }
 
     std::vector<RDNdescr_t> records;
 
   private:
-    asn_dn_result_t fault(uint16_t code, const char* at) const { return {code, static_cast<uint16_t>(at - m_line)}; }
+    asn_dn_result_t fault(asn_dn_fault_t code, const char* at) const {
+        return {code, static_cast<uint16_t>(at - m_line)};
+    }
 
     void skip_blanks() {
         while (is_blank(*m_at)) ++m_at;

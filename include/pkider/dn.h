@@ -29,12 +29,43 @@ struct RDNdescr_t {
     bool joined_to_previous = false;   ///< A "+" stands in front: the pair belongs to the RDN of the record before.
 };
 
+/// The codes of asn_dn_result_t. docs/dn_syntax.md describes each of them, with its position and what to do.
+enum asn_dn_fault_t : uint16_t {
+    // Faults of a line
+    DN_FAULT_TYPE_SYNTAX = 1,         ///< A type is missing, or no "=" follows it.
+    DN_FAULT_TYPE_UNKNOWN = 2,        ///< A type is neither a short name of the map nor dotted text.
+    DN_FAULT_UNBALANCED_QUOTE = 3,    ///< A quote is left open.
+    DN_FAULT_HEX_COUNT = 4,           ///< A `#` value has fewer than four digits, or an odd number.
+    DN_FAULT_HEX_DIGIT = 5,           ///< A `#` value has a character that is no hexadecimal digit.
+    DN_FAULT_HEX_ELEMENT = 6,         ///< The bytes of a `#` value are no whole element.
+    DN_FAULT_BACKSLASH_AT_END = 7,    ///< A value ends with a backslash.
+    DN_FAULT_ESCAPE_SECOND_DIGIT = 8, ///< Only one hexadecimal digit follows a backslash.
+    DN_FAULT_ESCAPE = 9,              ///< A backslash precedes a character that needs none.
+    DN_FAULT_UNESCAPED_SPECIAL = 10,  ///< One of `"#+,;<=>\` has no backslash.
+
+    // Faults of DER
+    DN_FAULT_NOT_A_NAME = 11,      ///< The input does not begin with a whole SEQUENCE.
+    DN_FAULT_NOT_A_SET = 12,       ///< An RDN is no whole SET.
+    DN_FAULT_NOT_A_SEQUENCE = 13,  ///< A member of an RDN is no whole SEQUENCE.
+    DN_FAULT_NOT_AN_OID = 14,      ///< An attribute does not begin with a whole OBJECT IDENTIFIER.
+    DN_FAULT_OID_UNPRINTABLE = 15, ///< An attribute type is empty or ends inside an arc.
+    DN_FAULT_VALUE_HEADER = 16,    ///< A value is missing, or a string with a wrong length.
+    DN_FAULT_TELETEX = 17,         ///< A TeletexString has a byte that T.61 does not allow.
+    DN_FAULT_WIDE_STRING = 18,     ///< A BMPString or UniversalString is empty or holds what is no character.
+    DN_FAULT_NUMERIC_STRING = 19,  ///< A NumericString has a character other than digits and blanks.
+};
+
+/// Whether a code is a fault of a line; the other codes but 0 are faults of DER.
+constexpr bool asn_dn_fault_is_of_line(uint16_t code) {
+    return code >= DN_FAULT_TYPE_SYNTAX && code <= DN_FAULT_UNESCAPED_SPECIAL;
+}
+
 /// What an operation on a name found wrong, and where.
 struct asn_dn_result_t {
-    /// 0: nothing. 1 to 10 are faults of a line, 11 to 19 faults of DER; docs/dn_syntax.md tells each of them.
+    /// 0: nothing. Else one of asn_dn_fault_t.
     uint16_t code = 0;
-    /// Of a line: characters (bytes) before the fault. Of DER: bytes before it. 0 on success. Wraps behind 65,535.
-    /// A bad digit of a `#` value (code 5) and a backslash at the end of a quoted one (code 7) are told one too early.
+    /// Of a line: characters (bytes) before the fault. Of DER: bytes before it. 0 on success. Wraps after 65,535.
+    /// DN_FAULT_HEX_DIGIT, and DN_FAULT_BACKSLASH_AT_END in a quoted value, are reported one too early.
     uint16_t position = 0;
 };
 
@@ -54,8 +85,8 @@ enum PrintableDnGetAttr : uint32_t {
 ///
 /// @param dn       The line, ended by a NUL. An empty or blank one has no pairs.
 /// @param out      One record is appended for each pair. After a failure it keeps the records in front of the fault.
-/// @return         False when a type, a separator or a quote stands wrong (codes 1 and 3). Types that nobody knows and
-///                 wrong values are not found here.
+/// @return         False when a type or a separator is wrong or a quote is left open (DN_FAULT_TYPE_SYNTAX,
+///                 DN_FAULT_UNBALANCED_QUOTE). Unknown types and wrong values are not found here.
 /// @throws         std::bad_alloc, std::length_error when `out` cannot grow; it then keeps what was appended before.
 /// @par Threads    Touches only its arguments.
 PKIDER_API bool printable_dn_parse(const char* dn, std::vector<RDNdescr_t>& out);
@@ -78,7 +109,7 @@ PKIDER_API bool printable_dn_parse(const char* dn, std::vector<RDNdescr_t>& out)
 /// @param der      Replaced by the whole Name; an empty line gives `30 00`. Untouched after a failure or an exception.
 /// @param map      Gives types by short name, whatever the case of its letters. Types it does not know, and all of them
 ///                 with the empty handle, must be dotted text.
-/// @return         False for a fault (codes 1 to 10); printable_dn_normalize_r tells which and where.
+/// @return         False for a fault of the line; printable_dn_normalize_r reports which and where.
 /// @throws         std::bad_alloc, std::length_error, the latter also for a Name of more than 0xFFFFFFFF bytes.
 /// @par Threads    Only reads `map`; calls may overlap any other reader of it.
 /// @par Standard   X.501 9.2, X.690; the line is close to RFC 2253 and RFC 4514, docs/dn_syntax.md tells what differs.
@@ -105,7 +136,7 @@ PKIDER_API bool printable_to_asn_dn(const char* dn, std::string& der, oid_map_ha
 ///                 exception.
 /// @param order    Order of the RDNs; members of an RDN stay in theirs.
 /// @param map      Gives short names. A type that it does not know, and any with the empty handle, is dotted text.
-/// @return         False for a fault (codes 11 to 19).
+/// @return         False for a fault of DER.
 /// @throws         std::bad_alloc, std::length_error when `out` cannot grow.
 /// @par Threads    Only reads `map`; calls may overlap any other reader of it.
 /// @par Standard   X.501 9.2, X.690, T.61 for TeletexString.
@@ -120,12 +151,12 @@ PKIDER_API bool asn_dn_to_printable(const uint8_t* der, uint32_t length, std::st
 /// `CN=aaaaa`.
 ///
 /// @param dn       The line. It ends at its first NUL, whatever the string's size says.
-/// @param out      Replaced by the normal form. It may be `dn`. Untouched by a fault of the line (codes 1 to 10). A
-///                 fault of the DER (codes 11 to 19) comes from a `#` value that its string type does not allow, or
-///                 from a length that was cut; `out` is then what was printed before it.
+/// @param out      Replaced by the normal form. It may be `dn`. Untouched by a fault of the line. A fault of DER
+///                 comes from a `#` value that its string type does not allow, or from a length that was cut; `out`
+///                 is then what was printed before it.
 /// @param der      Null, or replaced by the DER, also when printing it finds a fault. It may be `dn` but not `out`.
 /// @param map      Used in both directions.
-/// @return         Code 0 on success. Positions of codes 1 to 10 count in the line, those above in the DER.
+/// @return         Code 0 on success. Positions of faults of a line count in the line, the others in the DER.
 /// @throws         std::bad_alloc, std::length_error; both outputs are then untouched.
 /// @par Threads    Only reads `map`; calls may overlap any other reader of it.
 PKIDER_API asn_dn_result_t printable_dn_normalize_r(const std::string& dn, std::string& out, std::string* der,
@@ -142,7 +173,7 @@ PKIDER_API bool printable_dn_normalize(const std::string& dn, std::string& out, 
 /// and values are not looked at.
 ///
 /// @param dn       The line, ended by a NUL. Its length does not change.
-/// @return         `dn`, or null when it cannot be taken apart (codes 1 and 3); the line is then as it was.
+/// @return         `dn`, or null when printable_dn_parse refuses the line, which is then unchanged.
 /// @throws         std::bad_alloc; the line is then as it was.
 /// @par Threads    Writes to `dn`.
 PKIDER_API char* printable_dn_reverse(char* dn);
@@ -173,7 +204,8 @@ PKIDER_API bool printable_dn_contain_attrs(const char* dn, const char* attrs);
 /// @param out      The text is appended as the line has it, quotes, escapes and blanks included. It may hold the line.
 ///                 Untouched when nothing is found and after an exception.
 /// @param mode     The value alone, or the whole pair.
-/// @return         False when the line cannot be taken apart (codes 1 and 3, also behind the attribute) or has no such
+/// @return         False when printable_dn_parse refuses the line, also for a fault after the attribute, or it has no
+/// such
 ///                 attribute.
 /// @throws         std::bad_alloc, std::length_error when `out` cannot grow.
 /// @par Threads    Touches only its arguments.
@@ -184,8 +216,8 @@ PKIDER_API bool printable_dn_get_attr(const char* dn, const char* type, std::str
 /// Only the types `C` and `CN` count, in capitals, and of each the first.
 ///
 /// @param dn       The line, ended by a NUL.
-/// @return         False when a `CN` stands in front of the first `C`, or the line cannot be taken apart (codes 1 and
-///                 3). True when there is no `C`.
+/// @return         False when a `CN` precedes the first `C`, or printable_dn_parse refuses the line. True when there is
+///                 no `C`.
 /// @throws         std::bad_alloc.
 /// @par Threads    Touches only its arguments.
 PKIDER_API bool printable_dn_C_before_CN(const char* dn);

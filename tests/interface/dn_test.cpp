@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 using namespace pkider_test;
@@ -66,10 +67,32 @@ TEST(InterfaceDn, NormalizesAndReportsFaultsWithTheirPosition) {
     EXPECT_EQ(der, encode("CN=a,O=b\\,c"));
 
     const asn_dn_result_t fault = printable_dn_normalize_r("CN=a;b", out, nullptr, map);
-    EXPECT_EQ(fault.code, 10);
+    EXPECT_EQ(fault.code, DN_FAULT_UNESCAPED_SPECIAL);
     EXPECT_EQ(fault.position, 4);
     EXPECT_FALSE(printable_dn_normalize("CN=a;b", out, nullptr, map));
     EXPECT_EQ(out, "CN=a,O=b\\,c");
+}
+
+TEST(InterfaceDn, NamesEveryFaultCode) {
+    static_assert(std::is_same_v<std::underlying_type_t<asn_dn_fault_t>, decltype(asn_dn_result_t::code)>);
+    constexpr asn_dn_fault_t of_line[] = {
+        DN_FAULT_TYPE_SYNTAX, DN_FAULT_TYPE_UNKNOWN,     DN_FAULT_UNBALANCED_QUOTE, DN_FAULT_HEX_COUNT,
+        DN_FAULT_HEX_DIGIT,   DN_FAULT_HEX_ELEMENT,      DN_FAULT_BACKSLASH_AT_END, DN_FAULT_ESCAPE_SECOND_DIGIT,
+        DN_FAULT_ESCAPE,      DN_FAULT_UNESCAPED_SPECIAL};
+    constexpr asn_dn_fault_t of_der[] = {DN_FAULT_NOT_A_NAME, DN_FAULT_NOT_A_SET,       DN_FAULT_NOT_A_SEQUENCE,
+                                         DN_FAULT_NOT_AN_OID, DN_FAULT_OID_UNPRINTABLE, DN_FAULT_VALUE_HEADER,
+                                         DN_FAULT_TELETEX,    DN_FAULT_WIDE_STRING,     DN_FAULT_NUMERIC_STRING};
+    uint16_t code = 0;
+    EXPECT_FALSE(asn_dn_fault_is_of_line(code));
+    for (const asn_dn_fault_t fault : of_line) {
+        EXPECT_EQ(fault, ++code);
+        EXPECT_TRUE(asn_dn_fault_is_of_line(fault));
+    }
+    for (const asn_dn_fault_t fault : of_der) {
+        EXPECT_EQ(fault, ++code);
+        EXPECT_FALSE(asn_dn_fault_is_of_line(fault));
+    }
+    EXPECT_EQ(code, 19);
 }
 
 TEST(InterfaceDn, WorksOnLinesAsText) {
