@@ -119,8 +119,8 @@ class name_encoder_t {
         return true;
     }
 
-    // Dotted text. This and decode_value are kept out of the loop over an ordinary line.
-    [[gnu::noinline]] bool encode_type(const RDNdescr_t& pair, attribute_t& out) {
+    // Dotted text.
+    bool encode_type(const RDNdescr_t& pair, attribute_t& out) {
         out.oid = m_oid;
         out.oid_length = oid_str_to_asn_(pair.type_begin, pair.type_end, m_oid);
         if (out.oid_length != 0) return true;
@@ -128,7 +128,7 @@ class name_encoder_t {
         return false;
     }
 
-    [[gnu::noinline]] bool decode_value(const RDNdescr_t& pair, dn_value_t& out) {
+    bool decode_value(const RDNdescr_t& pair, dn_value_t& out) {
         const asn_dn_result_t result = printable_dn_value_decode(pair.value_begin, pair.value_end, m_value, out);
         if (result.code == 0) return true;
         m_fault = dn_fault(asn_dn_fault_t{result.code}, pair.value_begin - m_line + result.position);
