@@ -1,5 +1,5 @@
 // Writers that count their sizes first and then fill one block from front to back, without a copy for each level of
-// nesting. Sizes and headers follow der/asn_header.h, so the bytes are those that nested asn_writer_t would give.
+// nesting. Sizes and headers follow der/asn_header.h. The reference for the bytes is der/asn_writer.h.
 //
 //     const uint64_t inner = asn_checked_element_size(key.key_len);
 //     asn_replace_by_block(out, asn_checked_element_size(inner), {key.key}, [&](uint8_t* at) {

@@ -1,5 +1,5 @@
-// The one rule by which the library writes an identifier and a length. asn_writer_t uses it, and so does every writer
-// that counts sizes first and then fills one block: both must agree to the byte, odd lengths included.
+// The one rule by which the library writes an identifier and a length, for the writers that count sizes first and fill
+// one block and for their reference, asn_writer_t: both must agree to the byte, odd lengths included.
 #pragma once
 
 #include <cstddef>

@@ -1,5 +1,10 @@
-// One DER element under construction: contents grow at the back, and the header stands encoded in front of them after
-// every operation. Elements nest bottom-up: a child is filled and then appended, whole, to its parent.
+// The reference for all writers: one DER element under construction, whose contents grow at the end and whose header is
+// encoded again after every operation. Elements nest bottom-up: a child is filled and then appended, whole, to its
+// parent.
+//
+// No source of the library writes with it. The writers of keys, files and Names count their sizes first and fill one
+// block (der/asn_block.h), without a copy for each level; the tests and fuzz targets write the same once more with
+// asn_writer_t, and both must agree to the byte.
 //
 //     asn_writer_t<32> algorithm(0x30);
 //     algorithm.append(oid);                       // another writer

@@ -1,4 +1,4 @@
-// Whatever the line: the encoder ends as splitting, looking up, decoding and nesting one element builder in another do,
+// Whatever the line: the encoder ends as splitting, looking up, decoding and nesting one asn_writer_t in another do,
 // with the same bytes or the same fault; and what it wrote is walked as a Name, as long as no length had to be cut.
 #include "dn/dn_encoder.h"
 

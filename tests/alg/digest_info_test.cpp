@@ -24,8 +24,8 @@ std::string wrapped(std::string digest, pki_alg_t hash) {
     return digest;
 }
 
-// The same through the element builder: the prefix must agree with it to the byte.
-std::string prefix_by_the_builder(pki_alg_t hash, uint64_t digest_size) {
+// The same through asn_writer_t: the prefix must agree with it to the byte.
+std::string prefix_by_the_reference(pki_alg_t hash, uint64_t digest_size) {
     asn_writer_t<32> oid(0x06), null(0x05), algorithm(0x30), digest(0x04), info(0x30);
     oid.append(PKI_HASH_ALG_TO_OID(hash).data, PKI_HASH_ALG_TO_OID(hash).len);
     null.finish();
@@ -67,7 +67,7 @@ TEST(DigestInfoWriter, AgreesWithTheBuilderForEveryHash) {
             const auto alg = static_cast<pki_alg_t>(variant << 24 | hash << 16);
             for (const std::size_t size : {std::size_t{0}, std::size_t{20}, std::size_t{64}, std::size_t{300}})
                 EXPECT_EQ(to_hex(wrapped(std::string(size, 'd'), alg)),
-                          to_hex(prefix_by_the_builder(alg, size) + std::string(size, 'd')))
+                          to_hex(prefix_by_the_reference(alg, size) + std::string(size, 'd')))
                     << alg;
         }
     }
@@ -75,7 +75,7 @@ TEST(DigestInfoWriter, AgreesWithTheBuilderForEveryHash) {
 
 TEST(DigestInfoWriter, AgreesWithTheBuilderForEveryLengthUpTo70000) {
     for (uint64_t size = 0; size <= 70'000; ++size)
-        ASSERT_EQ(digest_info_prefix_t(PKI_ALG_SHA512, size).bytes(), prefix_by_the_builder(PKI_ALG_SHA512, size))
+        ASSERT_EQ(digest_info_prefix_t(PKI_ALG_SHA512, size).bytes(), prefix_by_the_reference(PKI_ALG_SHA512, size))
             << size;
 }
 
