@@ -22,22 +22,22 @@ constexpr unsigned oid_digit_value(char c) {
     return static_cast<uint8_t>(c) - unsigned{'0'};
 }
 
-/// Reads the arc that begins at `at`: digits up to a '.' or `end`, leading zeros in any number.
+/// Reads the arc that begins at `at`, digits up to a '.' or `end`, leading zeros in any number, and steps to its end.
 ///
-/// @return  The place where the arc ends, or null when there is none or it exceeds 32 bits.
-constexpr const char* read_oid_arc(const char* at, const char* end, uint32_t& out) {
-    if (at == end) return nullptr;
+/// @return  False when there is none or it exceeds 32 bits; `at` is then somewhere in it.
+constexpr bool read_oid_arc(const char*& at, const char* end, uint32_t& out) {
+    if (at == end) return false;
     uint64_t value = oid_digit_value(*at);
-    if (value > 9) return nullptr;
+    if (value > 9) return false;
     for (++at; at != end; ++at) {
         const unsigned digit = oid_digit_value(*at);
         if (digit > 9) break;
         value = value * 10 + digit;
-        if (value > 0xFFFFFFFF) return nullptr;
+        if (value > 0xFFFFFFFF) return false;
     }
-    if (at != end && *at != '.') return nullptr;
+    if (at != end && *at != '.') return false;
     out = static_cast<uint32_t>(value);
-    return at;
+    return true;
 }
 
 /// Number of base-128 digits of a subidentifier.
@@ -50,9 +50,9 @@ constexpr uint64_t oid_subidentifier_size(uint32_t value) {
 
 /// oid_str_to_asn_ itself.
 constexpr uint64_t encode_oid(const char* begin, const char* end, uint8_t (&out)[oid_buffer_size]) {
+    const char* at = begin;
     uint32_t first = 0;
-    const char* at = read_oid_arc(begin, end, first);
-    if (at == nullptr || first > 2) return 0;
+    if (!read_oid_arc(at, end, first) || first > 2) return 0;
 
     // The second arc shares a subidentifier with the first one (X.690 8.19.4). It is not limited to 39, and the sum
     // wraps. Wanted: OidStrToAsn.RequiredSecondArcWraps, OidStrToAsn.RequiredSecondArcIsNotLimitedTo39.
@@ -60,8 +60,8 @@ constexpr uint64_t encode_oid(const char* begin, const char* end, uint8_t (&out)
     uint64_t count = 0;
     while (at != end) {
         uint32_t arc = 0;
-        at = read_oid_arc(at + 1, end, arc);
-        if (at == nullptr) return 0;
+        ++at; // the '.'
+        if (!read_oid_arc(at, end, arc)) return 0;
         const uint32_t value = arc + shared;
         shared = 0;
 
