@@ -1,7 +1,6 @@
 #include "alg/digest_info.h"
 
 #include "alg/hash_rows.h"
-#include "alg/value_index.h"
 #include "der/element_span.h"
 
 #include <algorithm>
@@ -33,7 +32,7 @@ constexpr algorithm_t algorithm_of(const PKI_OID& hash_oid) {
     return algorithm;
 }
 
-// One for each row of hash_rows, and one without an object identifier behind them.
+// One for each row of hash_rows, and one without an object identifier behind them. Bench: alg/digest_info_build.
 constexpr auto algorithms = [] {
     std::array<algorithm_t, num_hashes + 1> all{};
     for (std::size_t i = 0; i < num_hashes; ++i) all[i] = algorithm_of(hash_rows[i].oid);
@@ -43,7 +42,7 @@ constexpr auto algorithms = [] {
 
 const algorithm_t& find_algorithm(pki_alg_t hash) {
     // An unknown hash is not refused. Wanted: DigestInfoWriter.RequiredUnknownHashGetsAnEmptyObjectIdentifier.
-    const alg_row_t* const row = find_row<hash_rows>(hash);
+    const alg_row_t* const row = find_row(hash_rows, hash);
     return algorithms[row != nullptr ? static_cast<std::size_t>(row - hash_rows) : num_hashes];
 }
 
@@ -56,7 +55,7 @@ digest_info_prefix_t::digest_info_prefix_t(pki_alg_t hash, uint64_t digest_size)
 
     uint8_t* at = m_storage.data();
     at = asn_put_header(at, asn_tag_t::SEQUENCE, contents_size);
-    std::ranges::copy(algorithm.der, at); // always all of it, which is quicker than just its size
+    std::ranges::copy(algorithm.der, at); // always all of it: a constant size needs no call
     at = asn_put_header(at + algorithm.size, asn_tag_t::OCTET_STRING, digest_size);
     m_size = static_cast<std::size_t>(at - m_storage.data());
 }

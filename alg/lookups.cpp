@@ -1,21 +1,20 @@
 #include "alg/display_names.h"
 #include "alg/ike_rows.h"
 #include "alg/oid_index.h"
-#include "alg/value_index.h"
 
 namespace pkider {
 namespace {
 
-template <const auto& Rows>
-const PKI_OID& find_oid(pki_alg_t alg) {
-    const alg_row_t* const row = find_row<Rows>(alg);
+template <std::size_t Size>
+const PKI_OID& find_oid(const alg_row_t (&rows)[Size], pki_alg_t alg) {
+    const alg_row_t* const row = find_row(rows, alg);
     return row != nullptr ? row->oid : empty_oid;
 }
 
 } // namespace
 
 std::string_view alg_display_name(pki_alg_t alg) {
-    const display_name_t* const row = find_row<display_names>(alg);
+    const display_name_t* const row = find_row(display_names, alg);
     return row != nullptr ? row->name : "unknown";
 }
 
@@ -24,19 +23,19 @@ std::string_view alg_display_name(pki_alg_t alg) {
 using namespace pkider;
 
 const PKI_OID& PKI_HASH_ALG_TO_OID(pki_alg_t alg) {
-    return find_oid<hash_rows>(alg);
+    return find_oid(hash_rows, alg);
 }
 
 const PKI_OID& PKI_KEY_ALG_TO_OID(pki_alg_t alg) {
-    return find_oid<key_rows>(alg);
+    return find_oid(key_rows, alg);
 }
 
 const PKI_OID& PKI_CERT_SIGN_ALG_TO_OID(pki_alg_t alg) {
-    return find_oid<cert_sign_rows>(alg);
+    return find_oid(cert_sign_rows, alg);
 }
 
 const PKI_OID& asn_form_ike_signalg(pki_alg_t alg) {
-    return find_oid<ike_rows>(alg);
+    return find_oid(ike_rows, alg);
 }
 
 pki_alg_t PKI_OID_TO_ALG(const uint8_t* oid, uint32_t len) {
