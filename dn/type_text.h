@@ -11,8 +11,8 @@
 namespace pkider {
 
 struct type_text_t {
-    char text[7]; // room for the longest
-    uint8_t size; // 0: not in the table
+    char text[max_builtin_short_name + 1]; // and "="
+    uint8_t size;                          // 0: not in the table
 };
 
 /// By n.

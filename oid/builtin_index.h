@@ -87,11 +87,7 @@ class builtin_exact_index_t {
         builtin_digests([](const OIDdescr_t& row) { return exact_digest(row.*Bytes, row.*Length); })};
 };
 
-constexpr uint64_t max_builtin_short_name = 7;
-static_assert(std::ranges::all_of(builtin_rows, [](const OIDdescr_t& row) {
-    return row.sn_len <= max_builtin_short_name &&
-           std::all_of(row.sn, row.sn + row.sn_len, [](char c) { return c >= 'A' && c <= 'Z'; });
-}));
+static_assert(max_builtin_short_name < sizeof(uint64_t), "a digest holds a short name and its length");
 
 /// All of a short name and its length. A byte becomes an upper-case letter by losing the bit that tells the case only
 /// if it is a letter: names that have the digest of a row are equal to its name but for case.

@@ -65,4 +65,15 @@ inline constexpr OIDdescr_t builtin_rows[] = {
     oid_row<"1.3.6.1.4.1.42.2.11.2.1", "SUNIP", "ipAddress">(),
 };
 
+/// Longest short name of a row. It and its length fit into a number of 64 bits, and it and a "=" into a text of seven
+/// characters.
+constexpr uint64_t max_builtin_short_name = 6;
+static_assert(std::ranges::all_of(builtin_rows,
+                                  [](const OIDdescr_t& row) {
+                                      return row.sn_len <= max_builtin_short_name &&
+                                             std::all_of(row.sn, row.sn + row.sn_len,
+                                                         [](char c) { return c >= 'A' && c <= 'Z'; });
+                                  }),
+              "a built-in short name has capital letters only, and at most max_builtin_short_name of them");
+
 } // namespace pkider

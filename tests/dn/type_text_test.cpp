@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 
 using namespace pkider;
@@ -15,6 +16,11 @@ TEST(TypeText, EveryTypeIsPrintedAsTheMapHasIt) {
         const std::string text(x520_type_texts[n].text, x520_type_texts[n].size);
         EXPECT_EQ(text, entry == nullptr ? "" : std::string(entry->sn) + "=") << n;
     }
+}
+
+TEST(TypeText, HasRoomForTheLongestBuiltinNameAndItsEqualsSign) {
+    EXPECT_EQ(sizeof(type_text_t::text), max_builtin_short_name + 1);
+    EXPECT_EQ(max_builtin_short_name, std::ranges::max(builtin_rows, {}, &OIDdescr_t::sn_len).sn_len);
 }
 
 } // namespace
