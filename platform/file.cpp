@@ -4,6 +4,10 @@
 
 #ifdef _WIN32
 #include <windows.h>
+#else
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 namespace pkider {
@@ -31,7 +35,15 @@ int64_t position(std::FILE* file) {
 #else
 file_t open_for_reading(const char* utf8_path) {
     if (utf16_units(utf8_path) >= max_path_units) return nullptr;
-    return file_t(std::fopen(utf8_path, "rb"));
+    // Without O_NONBLOCK a FIFO in the file's place would wait for a writer; a regular file is read as ever.
+    const int descriptor = open(utf8_path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (descriptor < 0) return nullptr;
+
+    file_t file;
+    struct stat status;
+    if (fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) file.reset(fdopen(descriptor, "rb"));
+    if (file == nullptr) close(descriptor);
+    return file;
 }
 
 int64_t position(std::FILE* file) {
@@ -76,7 +88,7 @@ file_bytes_t read_whole_file(const char* utf8_path) {
 
     if (std::fseek(file.get(), 0, SEEK_END) != 0) return {};
     const int64_t size = position(file.get());
-    if (size <= 0 || size > max_file_size) return {}; // a directory reports the largest number there is
+    if (size <= 0 || size > max_file_size) return {};
     if (std::fseek(file.get(), 0, SEEK_SET) != 0) return {};
 
     file_bytes_t out;

@@ -132,9 +132,9 @@ PKIDER_API extern oid_map_handle_t OID_MAP_HANDLE_DEFAULT_FILE;
 /// Reads the file `vpnoids.cfg` of a directory into OID_MAP_HANDLE_DEFAULT_FILE, in place of what the last call added.
 ///
 /// The file can only add OIDs and short names. What a built-in OID is printed as, and what a built-in short name means,
-/// stays. A file that cannot be opened or sized (a directory), is empty, has more than 2^31 - 1 bytes or cannot be read
-/// to its end adds nothing, without a report. Lines are read as oid_map_parse reads them; behind a byte order mark
-/// the first one is lost.
+/// stays. What cannot be opened, is no regular file (a directory, a device, a FIFO), is empty, has more than 2^31 - 1
+/// bytes or cannot be read to its end adds nothing, without a report. Lines are read as oid_map_parse reads them;
+/// behind a byte order mark the first one is lost.
 ///
 /// @param dir    The directory in UTF-8, NUL-terminated, not null. The file's name is put behind it as it is, so that
 ///               `/etc/vpn` names the file `/etc/vpnvpnoids.cfg`: it must end with its separator. The empty text means

@@ -266,6 +266,10 @@ TEST(AsnReadUint32, RequiredFiveSignificantBytesAreTruncated) {
     const bytes_t low = "7F 12 34 56 78"_hex;
     EXPECT_TRUE(asn_read_uint32(low.data(), low.size(), &out));
     EXPECT_EQ(out, 0x12345678u);
+
+    const bytes_t with_sign_byte = "00 FF FF FF FF 05"_hex;
+    EXPECT_TRUE(asn_read_uint32(with_sign_byte.data(), with_sign_byte.size(), &out));
+    EXPECT_EQ(out, 0xFFFFFF05u);
 }
 
 } // namespace

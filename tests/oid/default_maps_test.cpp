@@ -14,6 +14,11 @@
 #include <iterator>
 #include <string>
 
+#ifndef _WIN32
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
 using namespace pkider;
 using namespace pkider_test;
 
@@ -216,6 +221,14 @@ TEST_F(OidDefaultMaps, EmptyFileAddsNothing) {
     expect_builtin_only();
 }
 
+TEST_F(OidDefaultMaps, FileOfOneByteAddsNothing) {
+    for (const char* const contents : {"1", "=", "\n"}) {
+        write(contents);
+        load();
+        expect_builtin_only();
+    }
+}
+
 TEST_F(OidDefaultMaps, FileWithoutAnEntryAddsNothing) {
     write("nothing = here\n");
     load();
@@ -236,6 +249,16 @@ TEST_F(OidDefaultMaps, FileOf2GiBAddsNothing) {
     load();
     expect_builtin_only();
 }
+
+#ifndef _WIN32
+TEST_F(OidDefaultMaps, PipeOfTheFilesNameAddsNothingAndIsNotWaitedFor) {
+    ASSERT_EQ(mkfifo(m_dir.utf8(u8"vpnoids.cfg").c_str(), 0600), 0);
+    alarm(20);
+    load();
+    alarm(0);
+    expect_builtin_only();
+}
+#endif
 
 #ifdef __linux__
 // The path with its terminator goes into 4,096 units, which is also the system's own limit.

@@ -88,6 +88,12 @@ TEST(ReadWholeFile, GivesNothingForAnEmptyFile) {
     EXPECT_EQ(contents_of(dir.utf8(u8"empty")), "");
 }
 
+TEST(ReadWholeFile, GivesTheByteOfAFileOfOneByte) {
+    const temp_dir_t dir;
+    dir.write(u8"one", "x");
+    EXPECT_EQ(contents_of(dir.utf8(u8"one")), "x");
+}
+
 TEST(ReadWholeFile, GivesNothingForADirectory) {
     const temp_dir_t dir;
     EXPECT_EQ(contents_of(dir.utf8(u8"")), "");
@@ -120,10 +126,55 @@ TEST(ReadWholeFile, GivesNothingForAPipe) {
     const temp_dir_t dir;
     const std::string path = dir.utf8(u8"pipe");
     ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
-    const int both_ends = open(path.c_str(), O_RDWR); // or else opening it would wait for a writer
+    const int both_ends = open(path.c_str(), O_RDWR);
     ASSERT_GE(both_ends, 0);
     EXPECT_EQ(contents_of(path), "");
     close(both_ends);
+}
+
+TEST(ReadWholeFile, DoesNotWaitForTheWriterOfAPipe) {
+    const temp_dir_t dir;
+    const std::string path = dir.utf8(u8"pipe");
+    ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+    alarm(20);
+    EXPECT_EQ(contents_of(path), "");
+    alarm(0);
+}
+
+TEST(ReadWholeFile, GivesNothingForADevice) {
+    const temp_dir_t dir;
+    for (const char* const device : {"/dev/zero", "/dev/null", "/dev/full"}) {
+        const std::string path = dir.utf8(u8"device");
+        std::filesystem::create_symlink(device, path);
+        EXPECT_EQ(contents_of(path), "") << device;
+        std::filesystem::remove(path);
+    }
+}
+
+TEST(ReadWholeFile, FollowsASymbolicLinkToAFile) {
+    const temp_dir_t dir;
+    dir.write(u8"file", "text");
+    std::filesystem::create_symlink("file", dir.path() / "link");
+    EXPECT_EQ(contents_of(dir.utf8(u8"link")), "text");
+}
+
+// Another thread may start a program while the file is open: here, when the memory for its contents is taken.
+TEST(ReadWholeFile, ChildrenDoNotInheritTheFile) {
+    const temp_dir_t dir;
+    dir.write(u8"file", "text");
+    const std::string path = dir.utf8(u8"file");
+    int num_seen = 0;
+    at_each_allocation([&] { EXPECT_EQ(read_whole_file(path.c_str()).size, 4u); },
+                       [&] {
+                           for (int fd = 3; fd < 100; ++fd) {
+                               std::error_code not_open;
+                               const std::string link = "/proc/self/fd/" + std::to_string(fd);
+                               if (std::filesystem::read_symlink(link, not_open) != path) continue;
+                               EXPECT_EQ(fcntl(fd, F_GETFD), FD_CLOEXEC);
+                               ++num_seen;
+                           }
+                       });
+    EXPECT_GT(num_seen, 0);
 }
 
 // The path itself, terminator counted, may have 4,096 units; Linux happens to have the same limit in bytes.

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -28,10 +29,15 @@ struct counters_t {
     std::ptrdiff_t live_blocks = 0;
     std::ptrdiff_t live_bytes = 0;
     std::ptrdiff_t peak_bytes = 0;
+    const std::function<void()>* look = nullptr;
 };
 thread_local counters_t counters;
 
 void* allocate(std::size_t size) {
+    if (const auto* const look = std::exchange(counters.look, nullptr)) {
+        (*look)();
+        counters.look = look;
+    }
     if (counters.counting) {
         ++counters.num_allocations;
         if (counters.failing && counters.num_allocations == counters.fail_at) throw std::bad_alloc();
@@ -115,6 +121,13 @@ std::size_t peak_allocated_bytes(const std::function<void()>& call) {
     call();
     counters.counting = false;
     return static_cast<std::size_t>(counters.peak_bytes);
+}
+
+void at_each_allocation(const std::function<void()>& call, const std::function<void()>& look) {
+    counters = {};
+    counters.look = &look;
+    call();
+    counters.look = nullptr;
 }
 
 } // namespace pkider_test
