@@ -23,8 +23,8 @@ class oid_map_t {
     oid_map_t(const oid_map_t&) = delete;
     oid_map_t& operator=(const oid_map_t&) = delete;
 
-    /// Ends a map made by `new`. There is no destructor that would: the maps that are constants of the library's image
-    /// must stay there for the destructors of its hosts.
+    /// Ends a map made by `new`, which has no built-in rows. There is no destructor that would: the maps that are
+    /// constants of the library's image must stay there for the destructors of its hosts.
     static void destroy(const oid_map_t* map) noexcept;
 
     /// Adds the entries of `text`, in place of those of another text.

@@ -82,7 +82,8 @@ PKIDER_API oid_map_handle_t oid_map_parse(const char* text, uint64_t length);
 
 /// Destroys a map and all its entries.
 ///
-/// @param map    Made by oid_map_parse, or the empty handle, which is ignored. Never one of the library's own maps.
+/// @param map    Made by oid_map_parse. The empty handle is ignored, and so are OID_MAP_HANDLE_DEFAULT and
+///               OID_MAP_HANDLE_DEFAULT_FILE: to give one of them is an error of the caller, and the map stays.
 /// @throws       Nothing.
 /// @par Threads  Must not overlap any use of the same map.
 PKIDER_API void oid_map_release(oid_map_handle_t map);

@@ -260,6 +260,16 @@ TEST_F(OidDefaultMaps, PipeOfTheFilesNameAddsNothingAndIsNotWaitedFor) {
 }
 #endif
 
+TEST_F(OidDefaultMaps, LibraryKeepsItsMapsWhenAHostReleasesThem) {
+    write("1.2.3 = MINE");
+    load();
+    oid_map_release(OID_MAP_HANDLE_DEFAULT);
+    oid_map_release(OID_MAP_HANDLE_DEFAULT_FILE);
+    EXPECT_EQ(by_name("CN", OID_MAP_HANDLE_DEFAULT), "2.5.4.3|CN|commonName");
+    EXPECT_EQ(by_name("CN"), "2.5.4.3|CN|commonName");
+    EXPECT_EQ(by_name("MINE"), "1.2.3|MINE|");
+}
+
 #ifdef __linux__
 // The path with its terminator goes into 4,096 units, which is also the system's own limit.
 TEST_F(OidDefaultMaps, PathTakes4095UnitsAndNoMore) {
