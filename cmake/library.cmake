@@ -30,6 +30,9 @@ target_compile_definitions(pkider PRIVATE PKIDER_BUILDING)
 
 set_target_properties(pkider_static PROPERTIES OUTPUT_NAME pkider)
 target_compile_definitions(pkider_static PUBLIC PKIDER_STATIC)
+# A module with one symbol that GCC makes unique in the process is never unloaded. In the shared library the version
+# script hides them all.
+target_compile_options(pkider_static PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
 
 if(WIN32)
   set_target_properties(pkider PROPERTIES PREFIX "")
