@@ -1,7 +1,7 @@
 #include "alg/digest_info.h"
 
 #include "alg/hash_rows.h"
-#include "der/element_span.h"
+#include "der/element_steps.h"
 
 #include <algorithm>
 #include <iterator>
@@ -71,10 +71,10 @@ void asn_add_alg_to_digest(std::string& digest, pki_alg_t hash) {
 bool asn_read_alg_from_digest(asn_algorid_t* out, const std::string& digest_info) {
     *out = {};
     const auto* const der = reinterpret_cast<const uint8_t*>(digest_info.data());
-    asn_element_t input{nullptr, der, digest_info.size()}, info, algorithm, params, digest;
+    asn_element_t input = asn_contents(der, digest_info.size()), info, algorithm, params, digest;
     return asn_next_element(asn_tag_t::SEQUENCE, input, info) &&
            asn_next_element(asn_tag_t::SEQUENCE, info, algorithm) &&
-           asn_read_contents(asn_tag_t::OBJECT_IDENTIFIER, algorithm, out->oid_len, out->oid) &&
+           asn_next_contents(asn_tag_t::OBJECT_IDENTIFIER, algorithm, out->oid_len, out->oid) &&
            asn_next_element(asn_tag_t::ANY, algorithm, params) &&
            asn_next_element(asn_tag_t::OCTET_STRING, info, digest);
 }

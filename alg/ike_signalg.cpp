@@ -1,6 +1,6 @@
 #include "alg/oid_index.h"
 #include "alg/pss_params.h"
-#include "der/element_span.h"
+#include "der/element_steps.h"
 
 #include <pkider/alg.h>
 
@@ -8,10 +8,10 @@ using namespace pkider;
 
 // AlgorithmIdentifier ::= SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY DEFINED BY algorithm OPTIONAL }
 bool asn_read_ike_signalg(const uint8_t* der, uint32_t len, asn_ike_signalg_t& out) {
-    const asn_element_t input{nullptr, der, len};
+    const asn_element_t input = asn_contents(der, len);
     asn_element_t rest = input, algorithm;
     if (!asn_next_element(asn_tag_t::SEQUENCE, rest, algorithm)) return false;
-    if (!asn_read_contents_or_null(asn_tag_t::OBJECT_IDENTIFIER, algorithm, out.oid_len, out.oid)) return false;
+    if (!asn_next_contents_or_null(asn_tag_t::OBJECT_IDENTIFIER, algorithm, out.oid_len, out.oid)) return false;
 
     // Up to the end of the input, not of the SEQUENCE. Wanted: IkeSignalg.RequiredBytesBehindTheElementAreParameters.
     asn_store_contents(asn_from_place(input, algorithm.content), out.params_len, out.params);

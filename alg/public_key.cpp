@@ -1,5 +1,5 @@
 #include "der/asn_constant.h"
-#include "der/element_span.h"
+#include "der/element_steps.h"
 
 #include <pkider/alg.h>
 
@@ -23,8 +23,8 @@ constexpr auto rsa_algorithm = asn_constant_sequence(rsa_encryption, asn_null);
 bool read_algorithm(asn_element_t& info, asn_element_t& oid, asn_element_t& params) {
     const uint8_t* const start = info.content;
     if (asn_skip_constant(info, rsa_algorithm)) { // most keys; 3.6 ns become 3.1
-        oid = {nullptr, start + 4, rsa_encryption.size() - 2};
-        params = {nullptr, start + 2 + rsa_encryption.size(), asn_null.size()};
+        oid = asn_contents(start + 4, rsa_encryption.size() - 2);
+        params = asn_contents(start + 2 + rsa_encryption.size(), asn_null.size());
         return true;
     }
     return asn_next_element(asn_tag_t::SEQUENCE, info, params) &&
@@ -33,7 +33,7 @@ bool read_algorithm(asn_element_t& info, asn_element_t& oid, asn_element_t& para
 
 // The key bits as input of a reader; nothing at all when the BIT STRING was empty, since its key must not be read.
 asn_element_t key_bits(const asn_pubkey_t& pk) {
-    return {nullptr, pk.key, pk.key_len == no_key_bits ? 0 : pk.key_len};
+    return asn_contents(pk.key, pk.key_len == no_key_bits ? 0 : pk.key_len);
 }
 
 // Leading zero bytes go while another byte is left, so a zero keeps one.
@@ -51,7 +51,7 @@ void drop_leading_zeros(uint32_t& len, const uint8_t*& number) {
 //     subjectPublicKey  BIT STRING }                                     (RFC 5280 4.1)
 bool asn_read_pubkey(const uint8_t* der, int32_t len, asn_pubkey_t& out) {
     // A negative length is a very large bound. Wanted: Pubkey.RequiredNegativeLengthIsALargeBound.
-    const asn_element_t input{nullptr, der, static_cast<uint32_t>(len)};
+    const asn_element_t input = asn_contents(der, static_cast<uint32_t>(len));
     asn_element_t rest = input, info, oid, params, bits;
     if (!asn_next_element(asn_tag_t::SEQUENCE, rest, info)) return false;
     if (!read_algorithm(info, oid, params)) return false;
@@ -74,11 +74,11 @@ bool asn_read_rsa_pubkey(const asn_pubkey_t& pk, asn_rsa_pubkey_t& out) {
     const asn_element_t input = key_bits(pk);
     asn_element_t rest = input, numbers;
     if (!asn_next_element(asn_tag_t::SEQUENCE, rest, numbers)) return false;
-    if (!asn_read_contents_or_null(asn_tag_t::INTEGER, numbers, out.modulus_len, out.modulus)) return false;
+    if (!asn_next_contents_or_null(asn_tag_t::INTEGER, numbers, out.modulus_len, out.modulus)) return false;
 
     // Bounded by the key bits, not by the SEQUENCE. Wanted: RsaPubkey.RequiredExponentMayRunPastTheSequence.
     rest = asn_from_place(input, numbers.content);
-    if (!asn_read_contents(asn_tag_t::INTEGER, rest, out.exponent_len, out.exponent)) return false;
+    if (!asn_next_contents(asn_tag_t::INTEGER, rest, out.exponent_len, out.exponent)) return false;
 
     drop_leading_zeros(out.modulus_len, out.modulus);
     return true;
@@ -90,7 +90,7 @@ bool asn_read_rsa_pubkey(const asn_pubkey_t& pk, asn_rsa_pubkey_t& out) {
 //     encryptionParamSet  OBJECT IDENTIFIER OPTIONAL }                    (RFC 4491 2.3)
 // The key itself is an OCTET STRING inside the BIT STRING.
 bool asn_read_gost_pubkey(const asn_pubkey_t& pk, asn_gost_pubkey_t& out) {
-    asn_element_t input{nullptr, pk.params, pk.params_len};
+    asn_element_t input = asn_contents(pk.params, pk.params_len);
     asn_element_t sets, set;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, sets)) return false;
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, sets, set)) return false;
@@ -101,5 +101,5 @@ bool asn_read_gost_pubkey(const asn_pubkey_t& pk, asn_gost_pubkey_t& out) {
     asn_store_element(set, out.encryption_param_set_len, out.encryption_param_set);
 
     asn_element_t key = key_bits(pk);
-    return asn_read_contents(asn_tag_t::OCTET_STRING, key, out.key_len, out.key);
+    return asn_next_contents(asn_tag_t::OCTET_STRING, key, out.key_len, out.key);
 }

@@ -70,8 +70,8 @@ inline void asn_append_bytes(std::string& out, const uint8_t* bytes, uint64_t co
     }
 }
 
-/// True when `bytes` stand in the storage of `out`, as those of a record that was read from it.
-inline bool asn_stand_in(const std::string& out, const uint8_t* bytes) {
+/// True when `bytes` point into the storage of `out`, as those of a record that was read from it.
+inline bool asn_points_into(const uint8_t* bytes, const std::string& out) {
     return reinterpret_cast<uintptr_t>(bytes) - reinterpret_cast<uintptr_t>(out.data()) < out.capacity();
 }
 
@@ -84,8 +84,8 @@ inline bool asn_stand_in(const std::string& out, const uint8_t* bytes) {
 /// @throws        std::bad_alloc, std::length_error; `out` is then as it was.
 template <typename Fill>
 void asn_replace_by_block(std::string& out, uint64_t size, std::initializer_list<const uint8_t*> inputs, Fill fill) {
-    const auto stands_in_out = [&](const uint8_t* input) { return asn_stand_in(out, input); };
-    if (size <= out.capacity() && std::ranges::none_of(inputs, stands_in_out)) {
+    const auto points_into_out = [&](const uint8_t* input) { return asn_points_into(input, out); };
+    if (size <= out.capacity() && std::ranges::none_of(inputs, points_into_out)) {
         if (out.size() != size) out.resize(static_cast<std::size_t>(size));
         fill(reinterpret_cast<uint8_t*>(out.data()));
         return;

@@ -4,7 +4,7 @@
 // it. All of it is inline: a key or a signature is a handful of headers, and calls would cost more than they do. A
 // parent is consumed as it is walked:
 //
-//     asn_element_t name{nullptr, der, size}, rdn;
+//     asn_element_t name = asn_contents(der, size), rdn;
 //     while (asn_next_element(asn_tag_t::SET, name, rdn)) { ... }   // rdn is a cursor over its own contents
 #pragma once
 
@@ -20,6 +20,16 @@ struct asn_element_t {
     const uint8_t* content = nullptr; ///< First byte of the contents not yet walked; null when the read failed.
     uint64_t length = 0;              ///< Bytes of contents not yet walked.
 };
+
+/// Bytes to be walked as the contents of an element: an input, or contents that a caller hands over.
+constexpr asn_element_t asn_contents(const uint8_t* content, uint64_t length) {
+    return {nullptr, content, length};
+}
+
+/// The context-specific constructed tag [number], of which the low five bits count.
+constexpr asn_tag_t::Type asn_context_tag(uint8_t number) {
+    return static_cast<asn_tag_t::Type>(asn_tag_t::CONTEXT_0 | (number & 0x1F));
+}
 
 /// asn1_read_tag_, whose contract it keeps.
 inline const uint8_t* asn_decode_header(asn_tag_t::Type tag, const uint8_t* data, uint64_t size, uint64_t* out_len) {
@@ -72,9 +82,9 @@ inline bool asn_next_element(asn_tag_t::Type tag, asn_element_t& parent, asn_ele
     return true;
 }
 
-/// asn_next_element for the context-specific constructed tag [number], of which the low five bits count.
+/// asn_next_element for asn_context_tag(number).
 inline bool asn_next_context_element(uint8_t number, asn_element_t& parent, asn_element_t& child) {
-    return asn_next_element(static_cast<asn_tag_t::Type>(asn_tag_t::CONTEXT_0 | (number & 0x1F)), parent, child);
+    return asn_next_element(asn_context_tag(number), parent, child);
 }
 
 /// Reads INTEGER contents as an unsigned number (iteration counts).

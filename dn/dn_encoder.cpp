@@ -2,7 +2,7 @@
 
 #include "der/asn_header.h"
 #include "der/oid_contents.h"
-#include "dn/line_scanner.h"
+#include "dn/line_splitter.h"
 #include "dn/printable_dn.h"
 #include "dn/text_sink.h"
 #include "oid/map.h"
@@ -194,7 +194,7 @@ class name_encoder_t {
 asn_dn_result_t printable_to_asn_dn_r(const char* dn, std::string& der, oid_map_handle_t map) {
     name_encoder_t encoder(dn, map);
     const asn_dn_result_t result =
-        scan_line(dn, [&encoder](const RDNdescr_t& pair, uint8_t classes) { encoder.add(pair, classes); });
+        split_line(dn, [&encoder](const RDNdescr_t& pair, uint8_t classes) { encoder.add(pair, classes); });
     if (result.code != 0) return result;
     if (encoder.fault().code != 0) return encoder.fault();
 

@@ -1,14 +1,14 @@
 #include "dn/printable_dn.h"
 
-#include "dn/line_scanner.h"
+#include "dn/line_splitter.h"
 
 namespace pkider {
 
 asn_dn_result_t printable_dn_split(const char* dn, std::vector<RDNdescr_t>& out) {
-    return scan_line(dn, [&out](const RDNdescr_t& pair, uint8_t) { out.push_back(pair); });
+    return split_line(dn, [&out](const RDNdescr_t& pair, uint8_t) { out.push_back(pair); });
 }
 
-bool printable_dn_read(const char* dn, std::vector<RDNdescr_t>& out) {
+bool dn_split_records(const char* dn, std::vector<RDNdescr_t>& out) {
     out.reserve(10);
     return printable_dn_split(dn, out).code == 0;
 }

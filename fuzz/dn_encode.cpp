@@ -12,7 +12,7 @@ using namespace pkider;
 namespace {
 
 void check_walks(const std::string& der) {
-    asn_element_t all{nullptr, reinterpret_cast<const uint8_t*>(der.data()), der.size()};
+    asn_element_t all = asn_contents(reinterpret_cast<const uint8_t*>(der.data()), der.size());
     asn_element_t name;
     asn_element_t rdn;
     asn_element_t attribute;

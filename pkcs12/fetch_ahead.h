@@ -11,7 +11,7 @@
 
 namespace pkider {
 
-enum class access_t { read = 0, write = 1 };
+enum class access_t { READ = 0, WRITE = 1 };
 
 /// Below this many bytes there is nothing to be gained.
 inline constexpr uint64_t near_cache_size = 2'000'000;

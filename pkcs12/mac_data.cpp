@@ -13,15 +13,15 @@
 bool asn_read_pkcs12_MacData(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac) {
     using namespace pkider;
 
-    asn_element_t mac_data{nullptr, data, size};
+    asn_element_t mac_data = asn_contents(data, size);
     asn_element_t digest_info;
     if (!asn_next_element(asn_tag_t::SEQUENCE, mac_data, digest_info)) return false;
-    if (!asn_next_span(asn_tag_t::SEQUENCE, digest_info, mac.digest_alg_len, mac.digest_alg)) return false;
-    if (!asn_next_span(asn_tag_t::OCTET_STRING, digest_info, mac.digest_len, mac.digest)) return false;
-    if (!asn_next_span(asn_tag_t::OCTET_STRING, mac_data, mac.salt_len, mac.salt)) return false;
+    if (!asn_next_contents(asn_tag_t::SEQUENCE, digest_info, mac.digest_alg_len, mac.digest_alg)) return false;
+    if (!asn_next_contents(asn_tag_t::OCTET_STRING, digest_info, mac.digest_len, mac.digest)) return false;
+    if (!asn_next_contents(asn_tag_t::OCTET_STRING, mac_data, mac.salt_len, mac.salt)) return false;
 
     mac.iterations = 1;
-    if (!asn_next_is(asn_tag_t::INTEGER, mac_data)) return true;
+    if (!asn_is_next(asn_tag_t::INTEGER, mac_data)) return true;
     asn_element_t count;
     if (!asn_next_element(asn_tag_t::INTEGER, mac_data, count)) return false;
     // Wanted: MacData.RequiredFiveByteCountLosesItsHighByte.

@@ -81,7 +81,7 @@ bool read_encrypted_safe(const asn_element_t& content, pbe_crypto_t& crypto, pkc
 
     const buffer_keeper_t keeper(out.buffers, plain);
     const auto* const bytes = reinterpret_cast<const uint8_t*>(plain.front().data());
-    return read_wrapped_safe({nullptr, bytes, plain.front().size()}, safe_kind_t::encrypted, crypto, out);
+    return read_wrapped_safe(asn_contents(bytes, plain.front().size()), safe_kind_t::ENCRYPTED, crypto, out);
 }
 
 // AuthenticatedSafe ::= SEQUENCE OF ContentInfo                                                        (RFC 7292 4.1)
@@ -93,7 +93,7 @@ bool read_authenticated_safe(asn_element_t input, pbe_crypto_t& crypto, pkcs12_e
         if (!asn_next_element(asn_tag_t::SEQUENCE, contents, info)) return false;
         if (!read_content_info(info, type, content)) return false;
         if (asn_is_oid(type, pkcs12_oid::data)) {
-            if (!read_wrapped_safe(content, safe_kind_t::plain, crypto, out)) return false;
+            if (!read_wrapped_safe(content, safe_kind_t::PLAIN, crypto, out)) return false;
         } else if (asn_is_oid(type, pkcs12_oid::encrypted_data)) {
             if (!read_encrypted_safe(content, crypto, out)) return false;
         }
@@ -107,7 +107,7 @@ bool read_authenticated_safe(asn_element_t input, pbe_crypto_t& crypto, pkcs12_e
 //
 // `out` is not emptied first. Wanted: Pkcs12Reader.RequiredReadingTwiceAppends.
 bool asn_read_pkcs12_easy(const uint8_t* data, uint64_t size, pbe_crypto_t* crypto, pkcs12_easy_t& out) {
-    asn_element_t input{nullptr, data, size};
+    asn_element_t input = asn_contents(data, size);
     asn_element_t pfx, version, auth_safe, mac_data;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, pfx)) return false;
     if (!asn_next_element(asn_tag_t::INTEGER, pfx, version)) return false;

@@ -31,7 +31,7 @@ bool read_certificate(asn_element_t value, pkcs12_item_t& item) {
     if (!asn_next_element(asn_tag_t::SEQUENCE, value, bag)) return false;
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, bag, type)) return false;
     if (!asn_next_element(asn_tag_t::CONTEXT_0, bag, wrapped)) return false;
-    return asn_next_span(asn_tag_t::OCTET_STRING, wrapped, item.data_len, item.data);
+    return asn_next_contents(asn_tag_t::OCTET_STRING, wrapped, item.data_len, item.data);
 }
 
 // SafeBag ::= SEQUENCE { bagId OBJECT IDENTIFIER, bagValue [0], bagAttributes SET OPTIONAL }          (RFC 7292 4.2)
@@ -39,18 +39,18 @@ bool read_bag(asn_element_t& bags, safe_kind_t kind, pbe_crypto_t& crypto, pkcs1
     asn_element_t bag, type, value;
     if (!asn_next_element(asn_tag_t::SEQUENCE, bags, bag)) return false;
     if (bags.length > near_cache_size)
-        fetch_ahead<access_t::read>(bag.start, static_cast<uint64_t>(bags.content - bag.start), bags.length);
+        fetch_ahead<access_t::READ>(bag.start, static_cast<uint64_t>(bags.content - bag.start), bags.length);
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, bag, type)) return false;
     if (!asn_next_element(asn_tag_t::CONTEXT_0, bag, value)) return false;
 
     pkcs12_item_t item;
-    if (asn_next_is(asn_tag_t::SET, bag)) {
+    if (asn_is_next(asn_tag_t::SET, bag)) {
         asn_element_t attributes;
         if (!asn_next_element(asn_tag_t::SET, bag, attributes)) return false;
         if (!read_bag_attributes(attributes, item)) return false;
     }
 
-    std::list<pkcs12_item_t>& items = kind == safe_kind_t::plain ? out.plain_items : out.protected_items;
+    std::list<pkcs12_item_t>& items = kind == safe_kind_t::PLAIN ? out.plain_items : out.protected_items;
     if (asn_is_oid(type, pkcs12_oid::cert_bag)) {
         if (!read_certificate(value, item)) return false;
         item.type = PKCS12_ITEM_CERT;
@@ -70,7 +70,7 @@ bool read_bag(asn_element_t& bags, safe_kind_t kind, pbe_crypto_t& crypto, pkcs1
 
 bool read_safe_contents(const uint8_t* data, uint64_t size, safe_kind_t kind, pbe_crypto_t& crypto,
                         pkcs12_easy_t& out) {
-    asn_element_t input{nullptr, data, size};
+    asn_element_t input = asn_contents(data, size);
     asn_element_t bags;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, bags)) return false;
     while (bags.length != 0) {

@@ -7,8 +7,8 @@
 
 namespace pkider {
 
-/// Whether SafeContents stood in the clear or in an encryptedData.
-enum class safe_kind_t { plain, encrypted };
+/// Whether SafeContents are in the clear or in an encryptedData.
+enum class safe_kind_t { PLAIN, ENCRYPTED };
 
 /// Reads the SafeContents at `data` and appends the items found to `out`.
 ///

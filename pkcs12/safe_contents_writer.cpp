@@ -99,7 +99,7 @@ void fetch_room(const pkcs12_item_t& item, const std::string& out) {
     const uint64_t room = out.capacity() - out.size();
     if (item.data_len > room) return; // an item of an unknown type
     const auto* const end = reinterpret_cast<const uint8_t*>(out.data()) + out.size();
-    fetch_ahead<access_t::write>(end, item.data_len, room - item.data_len);
+    fetch_ahead<access_t::WRITE>(end, item.data_len, room - item.data_len);
 }
 
 void append_bag(const pkcs12_item_t& item, std::string& out) {

@@ -92,15 +92,15 @@ class algorithm_writer_t {
 } // namespace
 
 bool asn_read_pbkdf2_gost_params(const uint8_t* content, uint64_t length, pkcs8_encrypted_pki_gost_t& out) {
-    asn_element_t derivation{nullptr, content, length};
+    asn_element_t derivation = asn_contents(content, length);
     asn_element_t oid, params;
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, derivation, oid)) return false;
     if (!asn_next_element(asn_tag_t::SEQUENCE, derivation, params)) return false;
 
     asn_element_t count, key_length;
-    if (!asn_next_span(asn_tag_t::OCTET_STRING, params, out.salt_len, out.salt)) return false;
+    if (!asn_next_contents(asn_tag_t::OCTET_STRING, params, out.salt_len, out.salt)) return false;
     if (!asn_next_element(asn_tag_t::INTEGER, params, count)) return false;
-    if (asn_next_is(asn_tag_t::INTEGER, params) && !asn_next_element(asn_tag_t::INTEGER, params, key_length))
+    if (asn_is_next(asn_tag_t::INTEGER, params) && !asn_next_element(asn_tag_t::INTEGER, params, key_length))
         return false;
 
     // The function is not optional here, though RFC 8018 lets it default, and neither is its parameter.
@@ -118,7 +118,7 @@ bool asn_read_pbkdf2_gost_params(const uint8_t* content, uint64_t length, pkcs8_
 }
 
 bool asn_read_pkcs8_encrypted_alg(const uint8_t* content, uint64_t length, pkcs8_encrypted_pki_gost_t& out) {
-    asn_element_t algorithm{nullptr, content, length};
+    asn_element_t algorithm = asn_contents(content, length);
     asn_element_t oid, params;
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, algorithm, oid)) return false;
     if (!asn_next_element(asn_tag_t::SEQUENCE, algorithm, params)) return false;
@@ -130,7 +130,7 @@ bool asn_read_pkcs8_encrypted_alg(const uint8_t* content, uint64_t length, pkcs8
     asn_element_t scheme_oid, scheme_params, param_set;
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, scheme, scheme_oid)) return false;
     if (!asn_next_element(asn_tag_t::SEQUENCE, scheme, scheme_params)) return false;
-    if (!asn_next_span(asn_tag_t::OCTET_STRING, scheme_params, out.iv_len, out.iv)) return false;
+    if (!asn_next_contents(asn_tag_t::OCTET_STRING, scheme_params, out.iv_len, out.iv)) return false;
     // Any set passes. Wanted: EncryptedGostKey.RequiredEveryCipherParameterSetIsAccepted.
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, scheme_params, param_set)) return false;
 
@@ -148,11 +148,11 @@ void asn_write_pkcs8_encrypted_alg(const pkcs8_encrypted_pki_gost_t& key, std::s
 bool asn_read_pkcs8_encrypted_pki_gost(const uint8_t* der, uint64_t len, pkcs8_encrypted_pki_gost_t& out) {
     using namespace pkider;
 
-    asn_element_t input{nullptr, der, len};
+    asn_element_t input = asn_contents(der, len);
     asn_element_t info, algorithm;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, info)) return false;
     if (!asn_next_element(asn_tag_t::SEQUENCE, info, algorithm)) return false;
-    if (!asn_next_span(asn_tag_t::OCTET_STRING, info, out.encrypted_len, out.encrypted)) return false;
+    if (!asn_next_contents(asn_tag_t::OCTET_STRING, info, out.encrypted_len, out.encrypted)) return false;
     return asn_read_pkcs8_encrypted_alg(algorithm.content, algorithm.length, out);
 }
 

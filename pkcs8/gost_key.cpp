@@ -72,7 +72,7 @@ auto visit_head(uint32_t key_type, Visit visit) {
 
 bool read_head(asn_element_t& info, uint32_t& key_type) {
     asn_element_t algorithm, oid, parameters;
-    return next_key_algorithm(info, algorithm, oid) && asn_next_element(asn_tag_t::ANY, algorithm, parameters) &&
+    return read_key_algorithm(info, algorithm, oid) && asn_next_element(asn_tag_t::ANY, algorithm, parameters) &&
            find_kind([&](const auto& kind) { return asn_is_oid(oid, kind.algorithm); }, key_type);
 }
 
@@ -86,14 +86,14 @@ bool skip_written_head(asn_element_t& info, uint32_t& key_type) {
 
 bool asn_read_pkcs8_pki_gost(const uint8_t* der, uint64_t len, pkcs8_pki_gost_t& out) {
     // Wanted: GostKey.RequiredLengthIsTakenAs32Bits.
-    asn_element_t input{nullptr, der, static_cast<uint32_t>(len)}, info, private_key;
+    asn_element_t input = asn_contents(der, static_cast<uint32_t>(len)), info, private_key;
     uint32_t key_type = 0;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, info)) return false;
     if (!skip_written_head(info, key_type) && !read_head(info, key_type)) return false;
     if (!asn_next_element(asn_tag_t::OCTET_STRING, info, private_key)) return false;
 
     out.key_type = key_type;
-    return asn_next_span(asn_tag_t::OCTET_STRING, private_key, out.key_len, out.key);
+    return asn_next_contents(asn_tag_t::OCTET_STRING, private_key, out.key_len, out.key);
 }
 
 void asn_write_pkcs8_pki_gost(const pkcs8_pki_gost_t& key, std::string& out) {

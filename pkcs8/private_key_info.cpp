@@ -1,6 +1,6 @@
 #include <pkider/pkcs8.h>
 
-#include "der/element_span.h"
+#include "der/element_steps.h"
 #include "pkcs8/private_key_info.h"
 
 // PrivateKeyInfo ::= SEQUENCE {                                                                       (RFC 5208 5)
@@ -13,10 +13,10 @@
 bool asn_read_pkcs8_priv_key_info(const uint8_t* der, uint32_t len, asn_pkcs8_priv_key_info_t& out) {
     using namespace pkider;
 
-    asn_element_t input{nullptr, der, len};
+    asn_element_t input = asn_contents(der, len);
     asn_element_t info, algorithm, oid, parameters;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, info)) return false;
-    if (!next_key_algorithm(info, algorithm, oid)) return false;
+    if (!read_key_algorithm(info, algorithm, oid)) return false;
     asn_store_contents(oid, out.alg_oid_len, out.alg_oid);
     if (!asn_next_element(asn_tag_t::ANY, algorithm, parameters)) return false;
 

@@ -6,7 +6,7 @@
 namespace pkider {
 
 /// Steps over version and privateKeyAlgorithm. The parameters, of which nothing is read here, are next in `algorithm`.
-inline bool next_key_algorithm(asn_element_t& info, asn_element_t& algorithm, asn_element_t& oid) {
+inline bool read_key_algorithm(asn_element_t& info, asn_element_t& algorithm, asn_element_t& oid) {
     asn_element_t version;
     return asn_next_element(asn_tag_t::INTEGER, info, version) &&
            asn_next_element(asn_tag_t::SEQUENCE, info, algorithm) &&

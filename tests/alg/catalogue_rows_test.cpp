@@ -103,7 +103,7 @@ TEST(IkeRows, StandBesideTheCertificateSignatures) {
     ASSERT_EQ(std::size(ike_rows), std::size(cert_sign_rows));
     for (std::size_t i = 0; i < std::size(ike_rows); ++i) {
         const PKI_OID& identifier = ike_rows[i].oid;
-        asn_element_t input{nullptr, identifier.data, identifier.len}, sequence, oid;
+        asn_element_t input = asn_contents(identifier.data, identifier.len), sequence, oid;
         ASSERT_TRUE(asn_next_element(asn_tag_t::SEQUENCE, input, sequence)) << "row " << i + 1;
         EXPECT_EQ(input.length, 0u) << "row " << i + 1;
         ASSERT_TRUE(asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, sequence, oid)) << "row " << i + 1;
@@ -129,7 +129,7 @@ TEST(IkeRows, RequiredPssNamesNothingButTheHash) {
 
 TEST(IkeRows, ParametersAreWholeElements) {
     for (const alg_row_t& row : ike_rows) {
-        asn_element_t input{nullptr, row.oid.data, row.oid.len}, sequence, child;
+        asn_element_t input = asn_contents(row.oid.data, row.oid.len), sequence, child;
         ASSERT_TRUE(asn_next_element(asn_tag_t::SEQUENCE, input, sequence));
         while (sequence.length != 0) ASSERT_TRUE(asn_next_element(asn_tag_t::ANY, sequence, child));
     }

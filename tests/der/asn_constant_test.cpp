@@ -31,9 +31,8 @@ TEST(AsnConstant, IdentifiersAreComparedByContents) {
     constexpr auto oid = asn_oid<"1.2.643">;
     const auto is_oid = [&](const char* contents) {
         bool result = false;
-        for_guarded(from_hex(contents), [&](const uint8_t* data, std::size_t size) {
-            result = asn_is_oid({nullptr, data, size}, oid);
-        });
+        for_guarded(from_hex(contents),
+                    [&](const uint8_t* data, std::size_t size) { result = asn_is_oid(asn_contents(data, size), oid); });
         return result;
     };
     EXPECT_TRUE(is_oid("2A 85 03"));
@@ -49,7 +48,7 @@ TEST(AsnConstant, IsSteppedOverWhereItIsNext) {
     const auto bytes_left = [&](const char* contents) {
         uint64_t left = 0;
         for_guarded(from_hex(contents), [&](const uint8_t* data, std::size_t size) {
-            asn_element_t parent{nullptr, data, size};
+            asn_element_t parent = asn_contents(data, size);
             const bool skipped = asn_skip_constant(parent, oid);
             EXPECT_EQ(parent.content, data + (skipped ? oid.size() : 0)) << contents;
             left = parent.length;

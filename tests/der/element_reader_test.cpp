@@ -145,7 +145,7 @@ TEST(ReadTag, FindsTheContentsForEveryLengthUpTo70000) {
 
 TEST(AsnNextElement, WalksTheChildrenToTheEnd) {
     const bytes_t der = "02 01 11 04 81 02 AA BB 05 00"_hex;
-    asn_element_t parent{nullptr, der.data(), der.size()};
+    asn_element_t parent = asn_contents(der.data(), der.size());
     asn_element_t child;
 
     ASSERT_TRUE(asn_next_element(asn_tag_t::INTEGER, parent, child));
@@ -167,8 +167,8 @@ TEST(AsnNextElement, WalksTheChildrenToTheEnd) {
 
 TEST(AsnNextElement, LeavesTheParentWhenNothingIsLeft) {
     const bytes_t der = "05 00"_hex;
-    asn_element_t parent{nullptr, der.data() + 2, 0};
-    asn_element_t child{nullptr, der.data(), 77};
+    asn_element_t parent = asn_contents(der.data() + 2, 0);
+    asn_element_t child = asn_contents(der.data(), 77);
     EXPECT_FALSE(asn_next_element(any, parent, child));
     EXPECT_EQ(parent.content, der.data() + 2);
     EXPECT_EQ(parent.length, 0u);
@@ -179,8 +179,8 @@ TEST(AsnNextElement, LeavesTheParentWhenNothingIsLeft) {
 
 TEST(AsnNextElement, LeavesTheParentAtAnotherTag) {
     const bytes_t der = "05 00"_hex;
-    asn_element_t parent{nullptr, der.data(), der.size()};
-    asn_element_t child{nullptr, der.data(), 77};
+    asn_element_t parent = asn_contents(der.data(), der.size());
+    asn_element_t child = asn_contents(der.data(), 77);
     EXPECT_FALSE(asn_next_element(sequence, parent, child));
     EXPECT_EQ(parent.content, der.data());
     EXPECT_EQ(parent.length, 2u);
@@ -191,7 +191,7 @@ TEST(AsnNextElement, LeavesTheParentAtAnotherTag) {
 
 TEST(AsnNextElement, GivesTheDecodedLengthOfAChildThatRunsPastTheParent) {
     const bytes_t der = "04 05 01 02"_hex;
-    asn_element_t parent{nullptr, der.data(), der.size()};
+    asn_element_t parent = asn_contents(der.data(), der.size());
     asn_element_t child;
     EXPECT_FALSE(asn_next_element(octet_string, parent, child));
     EXPECT_EQ(parent.length, der.size());
@@ -202,7 +202,7 @@ TEST(AsnNextElement, GivesTheDecodedLengthOfAChildThatRunsPastTheParent) {
 TEST(AsnNextContextElement, AsksForTheConstructedContextTag) {
     for (uint8_t number = 0; number < 0x1F; ++number) {
         const bytes_t der = {static_cast<uint8_t>(0xA0 + number), 0x00};
-        asn_element_t parent{nullptr, der.data(), der.size()};
+        asn_element_t parent = asn_contents(der.data(), der.size());
         asn_element_t child;
         EXPECT_TRUE(asn_next_context_element(number, parent, child)) << int{number};
         EXPECT_EQ(child.content, der.data() + 2);
@@ -222,7 +222,7 @@ TEST(AsnNextContextElement, AsksForTheConstructedContextTag) {
 TEST(AsnNextContextElement, TakesTheLowFiveBitsOfTheNumber) {
     const bytes_t der = "BF 00"_hex;
     for (const uint8_t number : "1F 3F FF"_hex) {
-        asn_element_t parent{nullptr, der.data(), der.size()};
+        asn_element_t parent = asn_contents(der.data(), der.size());
         asn_element_t child;
         EXPECT_TRUE(asn_next_context_element(number, parent, child)) << int{number};
     }

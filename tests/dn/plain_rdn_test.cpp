@@ -63,7 +63,7 @@ TEST(PlainRdn, IsNotPlainWithAnEscapeOrAnUnknownType) {
 TEST(PlainRdn, EveryPrefixIsNotPlain) {
     for_every_prefix(rdn_with_text(3, 20), [](const uint8_t* data, std::size_t size) {
         plain_rdn_t rdn;
-        EXPECT_FALSE(read_plain_rdn({nullptr, data, size}, rdn)) << size << " bytes";
+        EXPECT_FALSE(read_plain_rdn(asn_contents(data, size), rdn)) << size << " bytes";
     });
 }
 

@@ -35,20 +35,20 @@ TEST(SafeContents, KindDecidesWhereItemsGo) {
     recording_crypto_t crypto;
 
     pkcs12_easy_t plain;
-    EXPECT_TRUE(read(bags, safe_kind_t::plain, crypto, plain));
+    EXPECT_TRUE(read(bags, safe_kind_t::PLAIN, crypto, plain));
     EXPECT_EQ(plain.plain_items.size(), 3u);
     EXPECT_TRUE(plain.protected_items.empty());
 
     pkcs12_easy_t hidden;
     const bytes_t contents = der(0x30, bags); // outlives the record
-    EXPECT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::encrypted, crypto, hidden));
+    EXPECT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::ENCRYPTED, crypto, hidden));
     EXPECT_EQ(describe(hidden.protected_items), items); // in order, twice the same key included
     EXPECT_TRUE(hidden.plain_items.empty());
     EXPECT_TRUE(crypto.calls.empty());
 }
 
 TEST(SafeContents, RequiredShroudedKeyIsProtectedWhereverItStands) {
-    for (const safe_kind_t kind : {safe_kind_t::plain, safe_kind_t::encrypted}) {
+    for (const safe_kind_t kind : {safe_kind_t::PLAIN, safe_kind_t::ENCRYPTED}) {
         recording_crypto_t crypto;
         pkcs12_easy_t out;
         EXPECT_TRUE(read(shrouded_bag(encrypted_key(flipped(key))), kind, crypto, out));
@@ -61,7 +61,7 @@ TEST(SafeContents, RequiredShroudedKeyIsProtectedWhereverItStands) {
 TEST(SafeContents, AnEmptyPlaintextIsAKeyOfNoBytes) {
     recording_crypto_t crypto;
     pkcs12_easy_t out;
-    EXPECT_TRUE(read(shrouded_bag(encrypted_key({})), safe_kind_t::plain, crypto, out));
+    EXPECT_TRUE(read(shrouded_bag(encrypted_key({})), safe_kind_t::PLAIN, crypto, out));
     ASSERT_EQ(out.protected_items.size(), 1u);
     EXPECT_EQ(out.protected_items.front().data_len, 0u);
     EXPECT_EQ(out.buffers.size(), 1u);
@@ -74,7 +74,7 @@ TEST_P(ShroudedKeySkipped, WithoutACallOfDecrypt) {
     for_guarded(contents, [](const uint8_t* data, std::size_t size) {
         recording_crypto_t crypto;
         pkcs12_easy_t out;
-        EXPECT_TRUE(read_safe_contents(data, size, safe_kind_t::plain, crypto, out));
+        EXPECT_TRUE(read_safe_contents(data, size, safe_kind_t::PLAIN, crypto, out));
         EXPECT_TRUE(crypto.calls.empty());
         EXPECT_EQ(describe(out.plain_items), lines_t{"key 30 03 02 01 00"});
         EXPECT_TRUE(out.protected_items.empty() && out.buffers.empty());
@@ -97,7 +97,7 @@ TEST(SafeContents, KeyThatCannotBeDecryptedIsSkipped) {
     };
     pkcs12_easy_t out;
     const bytes_t contents = der(0x30, {shrouded_bag(encrypted_key("AA"_hex)), key_bag(key)});
-    EXPECT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::plain, crypto, out));
+    EXPECT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::PLAIN, crypto, out));
     EXPECT_EQ(crypto.calls.size(), 1u);
     EXPECT_EQ(describe(out.plain_items), lines_t{"key 30 03 02 01 00"});
     EXPECT_TRUE(out.protected_items.empty() && out.buffers.empty());
@@ -108,7 +108,7 @@ TEST(SafeContents, KeyBagIsTakenAsItIs) {
         recording_crypto_t crypto;
         pkcs12_easy_t out;
         const bytes_t contents = der(0x30, key_bag(value));
-        ASSERT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::plain, crypto, out));
+        ASSERT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::PLAIN, crypto, out));
         EXPECT_EQ(describe(out.plain_items), lines_t{"key " + to_hex(value)});
     }
 }
@@ -118,7 +118,7 @@ TEST(SafeContents, RequiredEveryCertificateTypeIsTaken) {
         recording_crypto_t crypto;
         pkcs12_easy_t out;
         const bytes_t contents = der(0x30, bag(cert_bag_oid, cert_value(type, cert)));
-        ASSERT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::plain, crypto, out));
+        ASSERT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::PLAIN, crypto, out));
         EXPECT_EQ(describe(out.plain_items), lines_t{"cert 30 04 02 02 11 22"});
     }
 }
@@ -131,7 +131,7 @@ TEST(SafeContents, OtherBagsAreSkippedWhateverTheyHold) {
                        bag(oid, encrypted_key(flipped(key))), key_bag(key)});
         recording_crypto_t crypto;
         pkcs12_easy_t out;
-        EXPECT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::plain, crypto, out));
+        EXPECT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::PLAIN, crypto, out));
         EXPECT_EQ(describe(out.plain_items), lines_t{"key 30 03 02 01 00"});
         EXPECT_TRUE(out.protected_items.empty() && crypto.calls.empty());
     }
@@ -144,7 +144,7 @@ TEST_P(SafeBagRefused, AfterItemsThatStay) {
     for_guarded(contents, [](const uint8_t* data, std::size_t size) {
         recording_crypto_t crypto;
         pkcs12_easy_t out;
-        EXPECT_FALSE(read_safe_contents(data, size, safe_kind_t::plain, crypto, out));
+        EXPECT_FALSE(read_safe_contents(data, size, safe_kind_t::PLAIN, crypto, out));
         EXPECT_EQ(describe(out.plain_items), lines_t{"key 30 03 02 01 00"});
         EXPECT_TRUE(crypto.calls.empty());
     });
@@ -188,7 +188,7 @@ TEST_P(BagAttributesRefused, ForEveryKindOfBag) {
         for_guarded(contents, [](const uint8_t* data, std::size_t size) {
             recording_crypto_t crypto;
             pkcs12_easy_t out;
-            EXPECT_FALSE(read_safe_contents(data, size, safe_kind_t::plain, crypto, out));
+            EXPECT_FALSE(read_safe_contents(data, size, safe_kind_t::PLAIN, crypto, out));
             EXPECT_EQ(describe(out.plain_items), lines_t{"key 30 03 02 01 00"});
             EXPECT_TRUE(crypto.calls.empty());
         });
@@ -227,7 +227,7 @@ TEST_P(BagAttributes, AreFound) {
     for_guarded(contents, [](const uint8_t* data, std::size_t size) {
         recording_crypto_t crypto;
         pkcs12_easy_t out;
-        ASSERT_TRUE(read_safe_contents(data, size, safe_kind_t::plain, crypto, out));
+        ASSERT_TRUE(read_safe_contents(data, size, safe_kind_t::PLAIN, crypto, out));
         EXPECT_EQ(describe(out.plain_items),
                   (lines_t{"key 30 03 02 01 00, name 00 41, id 41", GetParam().item, "key 30 03 02 01 00"}));
         EXPECT_EQ(out.plain_items.back().friendly_name, nullptr);
@@ -269,7 +269,7 @@ TEST(BagAttributes, EmptyNameHasAPlaceAndNoLength) {
     recording_crypto_t crypto;
     pkcs12_easy_t out;
     const bytes_t contents = der(0x30, key_bag(key, attributes({name_attribute({})})));
-    ASSERT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::plain, crypto, out));
+    ASSERT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::PLAIN, crypto, out));
     EXPECT_EQ(out.plain_items.front().friendly_name_len, 0u);
     EXPECT_EQ(out.plain_items.front().friendly_name, contents.data() + contents.size());
 }
@@ -279,7 +279,7 @@ TEST(BagAttributes, OfASkippedBagAreReadAndForgotten) {
     pkcs12_easy_t out;
     const bytes_t contents =
         der(0x30, {bag(safe_contents_bag_oid, "30 00"_hex, attributes({good_name})), cert_bag(cert)});
-    EXPECT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::plain, crypto, out));
+    EXPECT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::PLAIN, crypto, out));
     EXPECT_EQ(describe(out.plain_items), lines_t{"cert 30 04 02 02 11 22"});
 }
 
@@ -288,7 +288,7 @@ TEST(BagAttributes, OfCertificatesAndShroudedKeys) {
     pkcs12_easy_t out;
     const bytes_t set = attributes({good_name, id_attribute("01"_hex)});
     const bytes_t contents = der(0x30, {cert_bag(cert, set), shrouded_bag(encrypted_key("AA"_hex), set)});
-    ASSERT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::plain, crypto, out));
+    ASSERT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::PLAIN, crypto, out));
     EXPECT_EQ(describe(out.plain_items), lines_t{"cert 30 04 02 02 11 22, name 00 6E, id 01"});
     EXPECT_EQ(describe(out.protected_items), lines_t{"key 55, name 00 6E, id 01"});
 }
@@ -305,7 +305,7 @@ TEST_P(SafeBagJunk, IsIgnored) {
     recording_crypto_t crypto;
     pkcs12_easy_t out;
     const bytes_t contents = der(0x30, GetParam().bag);
-    ASSERT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::encrypted, crypto, out));
+    ASSERT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::ENCRYPTED, crypto, out));
     EXPECT_EQ(describe(out.protected_items), lines_t{GetParam().item});
 }
 
@@ -332,7 +332,7 @@ TEST(SafeContents, MustBeASequence) {
         for_guarded(from_hex(contents), [&](const uint8_t* data, std::size_t size) {
             recording_crypto_t crypto;
             pkcs12_easy_t out;
-            EXPECT_FALSE(read_safe_contents(data, size, safe_kind_t::plain, crypto, out)) << contents;
+            EXPECT_FALSE(read_safe_contents(data, size, safe_kind_t::PLAIN, crypto, out)) << contents;
         });
     }
 }
@@ -344,7 +344,7 @@ TEST(SafeContents, EveryIdentifierButThatOfTheAttributesIsCompared) {
     const auto reads = [](const uint8_t* data, std::size_t size) {
         recording_crypto_t crypto;
         pkcs12_easy_t out;
-        return read_safe_contents(data, size, safe_kind_t::plain, crypto, out);
+        return read_safe_contents(data, size, safe_kind_t::PLAIN, crypto, out);
     };
     EXPECT_THAT(identifiers_not_compared(contents, reads), testing::ElementsAre(contents.size() - set.size()));
 }
@@ -353,7 +353,7 @@ TEST(SafeContents, BytesBehindTheSequenceAreIgnored) {
     recording_crypto_t crypto;
     pkcs12_easy_t out;
     const bytes_t contents = "30 00 FF"_hex;
-    EXPECT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::plain, crypto, out));
+    EXPECT_TRUE(read_safe_contents(contents.data(), contents.size(), safe_kind_t::PLAIN, crypto, out));
 }
 
 } // namespace

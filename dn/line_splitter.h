@@ -16,12 +16,12 @@ inline const char* skip_blanks(const char* at) {
     return at;
 }
 
-/// Scans the value at `at`.
+/// Finds the end of the value at `at`.
 ///
 /// @param out_classes  Receives the classes of all its characters; CHAR_SPECIAL is among them when a value holds any
 ///                     quote, escape or special character.
 /// @return             The separator or the NUL that ends the value, or null when a quote is left open.
-inline const char* scan_value(const char* at, uint8_t& out_classes) {
+inline const char* find_value_end(const char* at, uint8_t& out_classes) {
     uint8_t classes = 0;
     bool in_quotes = false;
     for (;; ++at) {
@@ -42,7 +42,7 @@ inline const char* scan_value(const char* at, uint8_t& out_classes) {
 /// @return         DN_FAULT_TYPE_SYNTAX or DN_FAULT_UNBALANCED_QUOTE; on_pair has then been called for the pairs in
 ///                 front of it.
 template <typename OnPair>
-asn_dn_result_t scan_line(const char* dn, OnPair&& on_pair) {
+asn_dn_result_t split_line(const char* dn, OnPair&& on_pair) {
     const char* at = skip_blanks(dn);
     if (*at == '\0') return {};
 
@@ -58,7 +58,7 @@ asn_dn_result_t scan_line(const char* dn, OnPair&& on_pair) {
         // Blanks around a value belong to it. Wanted: DnSplit.GivesTheRecords/RequiredBlanksOfValuesStay.
         pair.value_begin = at + 1;
         uint8_t classes = 0;
-        pair.value_end = scan_value(pair.value_begin, classes);
+        pair.value_end = find_value_end(pair.value_begin, classes);
         if (pair.value_end == nullptr) return dn_fault(DN_FAULT_UNBALANCED_QUOTE, pair.value_begin - dn);
         on_pair(pair, classes);
 
