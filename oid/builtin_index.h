@@ -1,17 +1,20 @@
-// Finding a built-in row by its contents, its dotted text or its short name. A few bytes of a key, put together to a
+// Finding a built-in row by its contents, its dotted text or its short name: of two rows with the same key the first.
+//
+// Contents and short names are asked for by the dozen for each Name. A few bytes of such a key, put together to a
 // digest, tell all keys of the table apart, and a multiplier found at compile time turns digests into one of 128 slots
-// without a collision: a find is one multiplication, one look and one comparison. Of two rows with the same key the
-// first has the slot.
+// without a collision: a find is one multiplication, one look and one comparison. Bench: oid/find_by_contents,
+// oid/find_by_short_name.
 #pragma once
 
 #include "oid/builtin_rows.h"
-#include "platform/short_bytes.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <iterator>
+#include <string_view>
 
 namespace pkider {
 
@@ -60,32 +63,31 @@ class builtin_slots_t {
 };
 
 /// The first byte of a key, its last two and its length, which is not 0.
-template <typename Byte>
-constexpr uint64_t exact_digest(const Byte* key, uint64_t length) {
-    return uint64_t{static_cast<uint8_t>(key[0])} | uint64_t{static_cast<uint8_t>(key[length - 1])} << 8 |
-           uint64_t{static_cast<uint8_t>(key[length - 1 - (length > 1)])} << 16 | length << 24;
+constexpr uint64_t contents_digest(const uint8_t* key, uint64_t length) {
+    return uint64_t{key[0]} | uint64_t{key[length - 1]} << 8 | uint64_t{key[length - 1 - (length > 1)]} << 16 |
+           length << 24;
 }
 
-/// Keys compared byte for byte.
-///
-/// @tparam Bytes   The field of a row that is the key.
-/// @tparam Length  The field that holds its length.
-template <auto Bytes, auto Length>
-class builtin_exact_index_t {
+class builtin_contents_index_t {
   public:
-    template <typename Byte>
-    const OIDdescr_t* find(const Byte* key, uint64_t length) const {
+    const OIDdescr_t* find(const uint8_t* key, uint64_t length) const {
         if (length == 0) return nullptr;
-        const uint8_t row = m_slots.row(exact_digest(key, length));
+        const uint8_t row = m_slots.row(contents_digest(key, length));
         if (row == no_builtin_row) return nullptr;
         const OIDdescr_t& found = builtin_rows[row];
-        return found.*Length == length && equal_short(found.*Bytes, key, length) ? &found : nullptr;
+        return found.asn_len == length && std::memcmp(found.asn, key, length) == 0 ? &found : nullptr;
     }
 
   private:
     builtin_slots_t m_slots{
-        builtin_digests([](const OIDdescr_t& row) { return exact_digest(row.*Bytes, row.*Length); })};
+        builtin_digests([](const OIDdescr_t& row) { return contents_digest(row.asn, row.asn_len); })};
 };
+
+inline const OIDdescr_t* find_builtin_dotted_text(std::string_view text) {
+    const OIDdescr_t* const found = std::ranges::find_if(
+        builtin_rows, [text](const OIDdescr_t& row) { return std::string_view(row.str, row.str_len) == text; });
+    return found != std::end(builtin_rows) ? found : nullptr;
+}
 
 static_assert(max_builtin_short_name < sizeof(uint64_t), "a digest holds a short name and its length");
 
@@ -115,8 +117,8 @@ class builtin_short_name_index_t {
     builtin_slots_t m_slots{digests};
 };
 
-/// Contents 55 04 n, an attribute type of X.520: most that occur. The one byte that differs says where its row is,
-/// which takes 60 % of the time of a find in builtin_by_contents.
+/// Contents 55 04 n, an attribute type of X.520: most that occur. The one byte that differs gives the row.
+/// Bench: oid/find_by_contents.
 class builtin_x520_index_t {
   public:
     constexpr builtin_x520_index_t() {
@@ -141,8 +143,7 @@ class builtin_x520_index_t {
     uint8_t m_rows[256] = {};
 };
 
-inline constexpr builtin_exact_index_t<&OIDdescr_t::asn, &OIDdescr_t::asn_len> builtin_by_contents;
-inline constexpr builtin_exact_index_t<&OIDdescr_t::str, &OIDdescr_t::str_len> builtin_by_dotted_text;
+inline constexpr builtin_contents_index_t builtin_by_contents;
 inline constexpr builtin_short_name_index_t builtin_by_short_name;
 inline constexpr builtin_x520_index_t builtin_by_x520_contents;
 

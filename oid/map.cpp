@@ -26,10 +26,6 @@ const OIDdescr_t* oid_map_t::find_asn_anywhere(const uint8_t* asn, uint64_t leng
     return row != nullptr || m_added == nullptr ? row : m_added->find_asn(asn, length);
 }
 
-const OIDdescr_t* oid_map_t::find_added_sn(const char* sn, uint64_t length) const {
-    return m_added == nullptr ? nullptr : m_added->find_sn(sn, length);
-}
-
 } // namespace pkider
 
 oid_map_handle_t oid_map_parse(const char* text, uint64_t length) {

@@ -1,6 +1,6 @@
-// Copying and comparing the short pieces that object identifiers and Names are made of: three bytes here, a dozen
-// there. Up to 16 bytes are handled inline, by the first and the last few of them, which may overlap; a call of memcpy
-// or memcmp would cost several times as much.
+// Copying the short pieces that object identifiers and Names are made of: three bytes here, a dozen there. Up to 16
+// bytes are copied inline, by the first and the last few of them, which may overlap; for so few, a call of memcpy is
+// dear. Bench: dn/encode, dn/encode_rdns.
 #pragma once
 
 #include <cstddef>
@@ -23,7 +23,6 @@ struct piece_ends_t {
         std::memcpy(piece, &first, sizeof first);
         std::memcpy(static_cast<uint8_t*>(piece) + size - sizeof last, &last, sizeof last);
     }
-    bool operator==(const piece_ends_t&) const = default;
 };
 
 /// std::memcpy; null and 0 bytes are fine too.
@@ -39,15 +38,6 @@ inline void copy_short(void* to, const void* from, std::size_t size) {
     } else if (size == 1) {
         piece_ends_t<uint8_t>(from, size).store(to, size);
     }
-}
-
-/// std::memcmp(a, b, size) == 0; null and 0 bytes are fine too.
-inline bool equal_short(const void* a, const void* b, std::size_t size) {
-    if (size > 16) return std::memcmp(a, b, size) == 0;
-    if (size >= 8) return piece_ends_t<uint64_t>(a, size) == piece_ends_t<uint64_t>(b, size);
-    if (size >= 4) return piece_ends_t<uint32_t>(a, size) == piece_ends_t<uint32_t>(b, size);
-    if (size >= 2) return piece_ends_t<uint16_t>(a, size) == piece_ends_t<uint16_t>(b, size);
-    return size == 0 || piece_ends_t<uint8_t>(a, size) == piece_ends_t<uint8_t>(b, size);
 }
 
 } // namespace pkider

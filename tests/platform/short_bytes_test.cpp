@@ -10,7 +10,7 @@ using namespace pkider;
 
 namespace {
 
-constexpr std::size_t longest_piece = 40; // beyond 16, where memcpy and memcmp take over
+constexpr std::size_t longest_piece = 40; // beyond 16, where memcpy takes over
 
 // A heap block of exactly that size, so that a byte too many shows under sanitizers; no two bytes are equal.
 std::vector<uint8_t> distinct_bytes(std::size_t size) {
@@ -30,22 +30,8 @@ TEST(CopyShort, CopiesEveryLengthAndNothingBehindIt) {
     }
 }
 
-TEST(EqualShort, SeesADifferenceInEveryPlaceOfEveryLength) {
-    for (std::size_t size = 0; size <= longest_piece; ++size) {
-        const std::vector<uint8_t> piece = distinct_bytes(size);
-        std::vector<uint8_t> other = piece;
-        EXPECT_TRUE(equal_short(piece.data(), other.data(), size)) << size;
-        for (uint8_t& byte : other) {
-            byte ^= 0x80;
-            EXPECT_FALSE(equal_short(piece.data(), other.data(), size)) << size;
-            byte ^= 0x80;
-        }
-    }
-}
-
-TEST(ShortBytes, TakesNullForNoBytes) {
+TEST(CopyShort, TakesNullForNoBytes) {
     copy_short(nullptr, nullptr, 0);
-    EXPECT_TRUE(equal_short(nullptr, nullptr, 0));
 }
 
 } // namespace
