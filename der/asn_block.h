@@ -29,8 +29,7 @@ namespace pkider {
 ///
 /// @throws std::length_error when no header can stand in front of them. A sum of a few results cannot wrap.
 inline uint64_t asn_checked_element_size(uint64_t content_size) {
-    if (content_size > asn_max_content_size) [[unlikely]]
-        asn_refuse_length();
+    if (content_size > asn_max_content_size) asn_refuse_length();
     return asn_element_size(content_size);
 }
 

@@ -22,8 +22,7 @@ class front_sink_t {
     ///
     /// @throws std::bad_alloc; the text is then as it was.
     char* room(std::size_t size) {
-        if (size > static_cast<std::size_t>(m_begin - m_room)) [[unlikely]]
-            grow(size);
+        if (size > static_cast<std::size_t>(m_begin - m_room)) grow(size);
         return m_begin - size;
     }
     /// Takes the last `size` characters of it, which were written.

@@ -17,7 +17,7 @@ bool printable_dn_get_attr(const char* dn, const char* type, std::string& out, P
     using namespace pkider;
 
     std::vector<RDNdescr_t> records;
-    if (!dn_split_records(dn, records)) return false;
+    if (printable_dn_split(dn, records).code != 0) return false;
     const std::string_view wanted(type);
     const auto found = std::find_if(records.begin(), records.end(),
                                     [wanted](const RDNdescr_t& record) { return type_of(record) == wanted; });
@@ -32,7 +32,7 @@ bool printable_dn_C_before_CN(const char* dn) {
     using namespace pkider;
 
     std::vector<RDNdescr_t> records;
-    if (!dn_split_records(dn, records)) return false;
+    if (printable_dn_split(dn, records).code != 0) return false;
     bool cn_seen = false;
     for (const RDNdescr_t& record : records) {
         if (type_of(record) == "C") return !cn_seen;

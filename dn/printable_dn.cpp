@@ -8,11 +8,6 @@ asn_dn_result_t printable_dn_split(const char* dn, std::vector<RDNdescr_t>& out)
     return split_line(dn, [&out](const RDNdescr_t& pair, uint8_t) { out.push_back(pair); });
 }
 
-bool dn_split_records(const char* dn, std::vector<RDNdescr_t>& out) {
-    out.reserve(10);
-    return printable_dn_split(dn, out).code == 0;
-}
-
 } // namespace pkider
 
 bool printable_dn_parse(const char* dn, std::vector<RDNdescr_t>& out) {

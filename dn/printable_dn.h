@@ -16,9 +16,6 @@ namespace pkider {
 /// printable_dn_parse, with the fault it found.
 asn_dn_result_t printable_dn_split(const char* dn, std::vector<RDNdescr_t>& out);
 
-/// printable_dn_parse into an empty vector: room for the pairs of most lines is taken at once.
-bool dn_split_records(const char* dn, std::vector<RDNdescr_t>& out);
-
 /// Contents octets of a value and the identifier octet in front of them.
 struct dn_value_t {
     const uint8_t* bytes = nullptr;

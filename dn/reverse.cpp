@@ -29,7 +29,7 @@ char* printable_dn_reverse(char* dn) {
     using namespace pkider;
 
     std::vector<RDNdescr_t> records;
-    if (!dn_split_records(dn, records)) return nullptr;
+    if (printable_dn_split(dn, records).code != 0) return nullptr;
     if (records.size() < 2) return dn;
 
     // Each RDN, then the whole line: the RDNs change places, their text is restored.

@@ -30,8 +30,7 @@ class text_sink_t {
     ///
     /// @throws std::bad_alloc; the text is then as it was.
     char* room(std::size_t size) {
-        if (size > static_cast<std::size_t>(m_room_end - m_end)) [[unlikely]]
-            grow(size);
+        if (size > static_cast<std::size_t>(m_room_end - m_end)) grow(size);
         return m_end;
     }
     /// Takes the first `size` characters of it, which were written.
