@@ -95,7 +95,7 @@ void put_attributes(uint8_t* at, const pkcs12_item_t& item, const bag_sizes_t& s
 }
 
 // Asks for the room of the next bag of a large file.
-void fetch_room(const pkcs12_item_t& item, const std::string& out) {
+[[gnu::always_inline]] inline void fetch_room(const pkcs12_item_t& item, const std::string& out) {
     const uint64_t room = out.capacity() - out.size();
     if (item.data_len > room) return; // an item of an unknown type
     const auto* const end = reinterpret_cast<const uint8_t*>(out.data()) + out.size();
