@@ -22,7 +22,7 @@ constexpr auto rsa_algorithm = asn_constant_sequence(rsa_encryption, asn_null);
 // SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY DEFINED BY algorithm OPTIONAL }
 bool read_algorithm(asn_element_t& info, asn_element_t& oid, asn_element_t& params) {
     const uint8_t* const start = info.content;
-    if (asn_skip_constant(info, rsa_algorithm)) { // most keys; 3.6 ns become 3.1
+    if (asn_skip_constant(info, rsa_algorithm)) { // most keys. Bench: alg/public_key
         oid = asn_contents(start + 4, rsa_encryption.size() - 2);
         params = asn_contents(start + 2 + rsa_encryption.size(), asn_null.size());
         return true;

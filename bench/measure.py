@@ -69,7 +69,7 @@ JOBS = [
 
 REFUSALS = [
     ("der/walk_refused", "a certificate without its last byte"),
-    ("oid/from_text_refused", "OID text with a sign behind it"),
+    ("oid/from_text_refused", "OID text with a sign after it"),
     ("dn/print_refused", "a Name without its last byte"),
     ("dn/encode_refused", "a line with an unknown type at its end"),
     ("alg/public_key_refused", "a SubjectPublicKeyInfo without its last byte"),
@@ -92,7 +92,7 @@ REVERSED_AT_MOST = 1.3  # of the unreversed
 # Series in which memory alone grows as well, and what is done with it there.
 MEMORY_SERIES = [
     ("pkcs12/read", "one byte of each 64 of that file read, and nothing else"),
-    ("pkcs12/write", "the certificates copied one behind the other, and nothing else"),
+    ("pkcs12/write", "the certificates copied one after the other, and nothing else"),
 ]
 
 
@@ -247,7 +247,7 @@ def page(medians, compared, rounds, folder):
 
 
 def kept_part():
-    """What stands behind the figures was written by hand and stays."""
+    """What follows the figures was written by hand and stays."""
     mark = "\n<!-- written by hand from here on -->\n"
     text = PAGE.read_text() if PAGE.exists() else ""
     return mark + text.partition(mark)[2]

@@ -16,7 +16,7 @@ foreach(form IN ITEMS pkider pkider_static)
                                             $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
                                      PRIVATE ${PROJECT_SOURCE_DIR})
   target_link_libraries(${form} PRIVATE $<BUILD_INTERFACE:pkider_warnings>)
-  # -O3 for all of it adds 24 KB and makes few files quicker; those are the hot sources of their rooms.
+  # -O3 makes the library larger and few files quicker; those are the hot sources of their rooms.
   target_compile_options(${form} PRIVATE $<$<CONFIG:Release>:-O2>)
   if(PKIDER_SANITIZE)
     target_compile_options(${form} PRIVATE -O1) # tests that walk whole domains spend their time here
@@ -50,8 +50,9 @@ else()
   endif()
 endif()
 
-# A room is a folder with a sources.cmake that names its files. Among them are the hot ones, those that -O3 makes quicker
-# by a tenth or more, and the cold ones, which run once a file: -Os takes 8 KB off the library.
+# A room is a folder with a sources.cmake that names its files. Among them are the hot ones, which a row needs with -O3,
+# and the cold ones, which run once a file: -Os keeps the library within its size (docs/performance.md, Load).
+# Bench: dn/print, dn/print_rdns, pkcs12/write, pkcs8/write, pkcs8/encrypted_write.
 function(pkider_add_room room)
   include(${PROJECT_SOURCE_DIR}/${room}/sources.cmake)
   list(TRANSFORM ${room}_sources PREPEND ${PROJECT_SOURCE_DIR}/${room}/)

@@ -60,12 +60,12 @@ constexpr uint8_t* asn_put_header_before(uint8_t* content, uint8_t tag, uint64_t
 ///
 /// @return  The byte behind the header, where the contents belong.
 constexpr uint8_t* asn_put_header(uint8_t* out, uint8_t tag, uint64_t content_size) {
-    if (content_size < 0x80) { // most elements of a Name: two stores
+    if (content_size < 0x80) { // nearly all elements. Bench: pkcs8/write
         *out++ = tag;
         *out++ = static_cast<uint8_t>(content_size);
         return out;
     }
-    if (asn_num_length_octets(content_size) == 2) { // around certificates: 100 of them 35 ns each instead of 39
+    if (asn_num_length_octets(content_size) == 2) { // around certificates. Bench: pkcs12/write
         *out++ = tag;
         *out++ = 0x82;
         *out++ = static_cast<uint8_t>(content_size >> 8);

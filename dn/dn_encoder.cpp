@@ -53,8 +53,8 @@ uint8_t* put_short_element(uint8_t* out, uint8_t tag, const uint8_t* contents, u
     return out + 2 + length;
 }
 
-// An RDN of one attribute whose lengths all fit in one octet, which is nearly every RDN. Not to decide on the form of
-// each length takes a fifth off the time of encoding a line.
+// An RDN of one attribute whose lengths all fit in one octet, which is nearly every RDN: nothing is decided about the
+// form of its lengths. Bench: dn/encode, dn/encode_rdns.
 void put_short_rdn(uint8_t* out, const attribute_t& attribute) {
     const uint64_t size = attribute.short_rdn_size();
     out[0] = asn_tag_t::SET;

@@ -1,5 +1,5 @@
-// Copying a value and finding out on the way whether it needs an escape: nearly none does. With a table look-up for
-// each character, printing a Name takes twice as long, and one of many RDNs four times.
+// Copying a value and finding out on the way whether it needs an escape: nearly none does, and so the characters are
+// looked at by blocks and not one by one. Bench: dn/print, dn/print_rdns, dn/print_one_set.
 #pragma once
 
 #include "dn/char_block.h"

@@ -17,6 +17,7 @@ constexpr uint64_t hash_step(uint64_t hash, uint64_t word) {
     return product ^ product >> 32;
 }
 
+/// Eight bytes a step. Bench: oid/parse_map.
 inline uint64_t hash_bytes(std::string_view key) {
     uint64_t hash = hash_step(0, key.size());
     for (; key.size() >= sizeof(uint64_t); key.remove_prefix(sizeof(uint64_t))) {

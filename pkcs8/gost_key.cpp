@@ -54,7 +54,7 @@ bool find_kind(Matches matches, uint32_t& key_type) {
     return is(kind_2001) || is(kind_2012_256) || is(kind_2012_512);
 }
 
-// Visits a head of constant size, which saves a call: 5.9 ns for a whole key become 4.6. An unknown kind is written all
+// Visits a head of constant size, which is copied without a call. Bench: pkcs8/write. An unknown kind is written all
 // the same. Wanted: GostKey.RequiredUnknownKindHasEmptyIdentifiers.
 template <typename Visit>
 auto visit_head(uint32_t key_type, Visit visit) {
@@ -76,8 +76,8 @@ bool read_head(asn_element_t& info, uint32_t& key_type) {
            find_kind([&](const auto& kind) { return asn_is_oid(oid, kind.algorithm); }, key_type);
 }
 
-// Version and privateKeyAlgorithm as they are written here: one comparison stands for five headers, and 4.5 ns become
-// 3.1. With other parameters read_head finds the kind.
+// Version and privateKeyAlgorithm as they are written here: one comparison instead of five headers.
+// With other parameters read_head finds the kind. Bench: pkcs8/read.
 bool skip_written_head(asn_element_t& info, uint32_t& key_type) {
     return find_kind([&](const auto& kind) { return asn_skip_constant(info, kind.head); }, key_type);
 }

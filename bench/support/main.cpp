@@ -16,7 +16,7 @@ namespace pkider_bench {
 
 namespace {
 
-constexpr std::size_t max_counted_items = 10'000; // callgrind runs some fifty times slower
+constexpr std::size_t max_counted_items = 10'000; // a program is far slower under callgrind
 
 struct row_t {
     std::string name;
