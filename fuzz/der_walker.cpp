@@ -2,9 +2,9 @@
 // inside the input and inside its parent; no walk takes more steps than headers have room, none ends before the end
 // without a fault, and what was opened because it holds DER has none. The program's cursor reads the same outermost
 // elements.
-#include "tools/pkider/der_walker.h"
+#include "tools/pkider/formats/der_walker.h"
 #include "fuzz/check.h"
-#include "tools/pkider/der_cursor.h"
+#include "tools/pkider/formats/der_cursor.h"
 
 using namespace tool;
 

@@ -3,7 +3,7 @@
 
 #include "tests/support/hex.h"
 #include "tests/support/parsed_map.h"
-#include "tools/pkider/builtin_map.h"
+#include "tools/pkider/facts/builtin_map.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "tools/pkider/program.h"
 
-#include "tools/pkider/bracket_shield.h"
-#include "tools/pkider/commands.h"
-#include "tools/pkider/failure.h"
-#include "tools/pkider/output.h"
-#include "tools/pkider/report.h"
+#include "tools/pkider/base/failure.h"
+#include "tools/pkider/cli/bracket_shield.h"
+#include "tools/pkider/commands/commands.h"
+#include "tools/pkider/io/output.h"
+#include "tools/pkider/io/report.h"
 
 #include <algorithm>
 #include <new>

@@ -1,7 +1,7 @@
 // The program from its command line to its exit code.
 #pragma once
 
-#include "tools/pkider/exit_codes.h"
+#include "tools/pkider/base/exit_codes.h"
 
 namespace tool {
 

@@ -1,0 +1,225 @@
+#include "tools/pkider/formats/der_walker.h"
+
+#include "tests/support/guarded.h"
+#include "tests/support/hex.h"
+#include "tools/pkider/formats/der_names.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace {
+
+using namespace pkider_test::literals;
+using pkider_test::bytes_t;
+using pkider_test::for_every_prefix;
+using tool::der_node_t;
+using tool::der_walk_options_t;
+using tool::der_walker_t;
+
+/// "0 SEQUENCE", one level of depth a dot: "2 .INTEGER"
+std::vector<std::string> walk(const bytes_t& bytes, const der_walk_options_t& options = {}) {
+    der_walker_t walker(bytes, options);
+    std::vector<std::string> lines;
+    while (const der_node_t* const node = walker.next()) {
+        lines.push_back(std::to_string(node->offset) + " " + std::string(node->depth, '.') + tag_name(*node));
+        if (node->opened) lines.back() += " opened";
+        if (node->too_deep) lines.back() += " too deep";
+    }
+    if (walker.fault()) lines.push_back(std::to_string(walker.fault()->offset) + " fault: " + walker.fault()->found);
+    return lines;
+}
+
+using lines_t = std::vector<std::string>;
+
+TEST(DerWalker, VisitsElementsInTheOrderOfTheBytes) {
+    EXPECT_EQ(walk("30 08 02 01 05 30 00 31 01 05"_hex),
+              (lines_t{"0 SEQUENCE", "2 .INTEGER", "5 .SEQUENCE", "7 .SET", "9 fault: no length octet"}));
+    EXPECT_EQ(walk("30 03 02 01 05 05 00"_hex), (lines_t{"0 SEQUENCE", "2 .INTEGER", "5 NULL"}));
+    EXPECT_EQ(walk({}), lines_t{});
+}
+
+TEST(DerWalker, StepsOutOfSeveralLevelsAtOnce) {
+    EXPECT_EQ(walk("30 06 30 04 30 02 30 00 05 00"_hex),
+              (lines_t{"0 SEQUENCE", "2 .SEQUENCE", "4 ..SEQUENCE", "6 ...SEQUENCE", "8 NULL"}));
+}
+
+TEST(DerWalker, BeginsWhereItIsTold) {
+    EXPECT_EQ(walk("30 03 02 01 05"_hex, {.offset = 2}), lines_t{"2 INTEGER"});
+    EXPECT_EQ(walk("05 00"_hex, {.offset = 2}), lines_t{});
+    EXPECT_EQ(walk("05 00"_hex, {.offset = 3}), lines_t{"3 fault: the end of the data at offset 2"});
+}
+
+TEST(DerWalker, StopsAtTheDepthLimitAndSaysSo) {
+    const bytes_t nested = "30 06 30 04 30 02 30 00 05 00"_hex;
+    EXPECT_EQ(walk(nested, {.max_depth = 2}), (lines_t{"0 SEQUENCE", "2 .SEQUENCE too deep", "8 NULL"}));
+    EXPECT_EQ(walk(nested, {.max_depth = 1}), (lines_t{"0 SEQUENCE too deep", "8 NULL"}));
+    EXPECT_EQ(walk("30 00"_hex, {.max_depth = 1}), lines_t{"0 SEQUENCE"}) << "nothing is left out here";
+}
+
+TEST(DerWalker, WalksAHundredThousandLevels) {
+    bytes_t nested;
+    for (int i = 0; i < 100'000; ++i) {
+        const auto size = static_cast<std::uint32_t>(nested.size());
+        const std::uint8_t header[] = {static_cast<std::uint8_t>(size),
+                                       static_cast<std::uint8_t>(size >> 8),
+                                       static_cast<std::uint8_t>(size >> 16),
+                                       static_cast<std::uint8_t>(size >> 24),
+                                       0x84,
+                                       0x30};
+        nested.insert(nested.end(), std::begin(header), std::end(header));
+    }
+    std::reverse(nested.begin(), nested.end());
+
+    const auto count = [&nested](std::uint32_t max_depth) {
+        der_walker_t walker(nested, {.max_depth = max_depth});
+        std::size_t num_nodes = 0;
+        while (walker.next() != nullptr) ++num_nodes;
+        EXPECT_FALSE(walker.fault());
+        return num_nodes;
+    };
+    EXPECT_EQ(count(64), 64u);
+    EXPECT_EQ(count(1'000'000), 100'000u);
+    EXPECT_FALSE(tool::holds_der(nested)) << "too deep to be anything but an attack";
+}
+
+TEST(DerWalker, ReadsHighTagNumbers) {
+    const bytes_t bytes = "BF 83 49 02 05 00 5F 81 00 01 41"_hex;
+    EXPECT_EQ(walk(bytes), (lines_t{"0 [457]", "4 .NULL", "6 [APPLICATION 128]"}));
+    der_walker_t walker(bytes, {});
+    EXPECT_EQ(walker.next()->header_len, 4u);
+}
+
+struct fault_row_t {
+    const char* name;
+    bytes_t bytes;
+    std::uint64_t offset;
+    const char* found;
+};
+
+class DerWalkerFault : public testing::TestWithParam<fault_row_t> {};
+
+TEST_P(DerWalkerFault, IsToldWithItsOffset) {
+    const fault_row_t& row = GetParam();
+    der_walker_t walker(row.bytes, {});
+    while (walker.next() != nullptr) {
+    }
+    ASSERT_TRUE(walker.fault());
+    EXPECT_EQ(walker.fault()->offset, row.offset);
+    EXPECT_EQ(walker.fault()->found, row.found);
+    EXPECT_EQ(walker.next(), nullptr) << "a fault is the end";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Bytes, DerWalkerFault,
+    testing::Values(
+        fault_row_t{"NoLength", "05 00 30"_hex, 2, "no length octet"},
+        fault_row_t{"Indefinite", "30 80 00 00"_hex, 0, "a length of the indefinite form, which DER does not have"},
+        fault_row_t{"FiveLengthOctets", "04 85 00 00 00 00 00"_hex, 0, "a length of 5 octets, more than 4"},
+        fault_row_t{"LengthOctetsCut", "04 82 01"_hex, 0, "a length that is cut off"},
+        fault_row_t{"PastTheData", "30 05 02 01 05"_hex, 0, "an element of 7 bytes where 5 are left in the data"},
+        fault_row_t{"PastTheParent", "30 03 02 02 05 05 00"_hex, 2,
+                    "an element of 4 bytes where 3 are left in the SEQUENCE at offset 0"},
+        fault_row_t{"TagNumberCut", "1F 81"_hex, 0, "a tag number that is cut off"},
+        fault_row_t{"TagNumberTooLong", "1F 81 81 81 81 81 81 81 81 81 01 00"_hex, 0,
+                    "a tag number of more than 63 bits"},
+        fault_row_t{"LengthOfAHighTagMissing", "1F 81 01"_hex, 0, "no length octet"},
+        fault_row_t{"OneByteLeft", "30 03 05 00 05"_hex, 4, "no length octet"}),
+    [](const auto& row) { return row.param.name; });
+
+TEST(DerWalker, ReadsNoByteTooMany) {
+    for_every_prefix("30 0E BF 83 49 02 05 00 03 02 00 05 04 02 05 00"_hex,
+                     [](const std::uint8_t* data, std::size_t size) {
+                         der_walker_t walker({data, size}, {.open_strings = true});
+                         std::uint64_t num_nodes = 0;
+                         while (walker.next() != nullptr) ++num_nodes;
+                         EXPECT_LE(num_nodes, 6u);
+                         EXPECT_EQ(walker.fault().has_value(), size != 0);
+                     });
+}
+
+TEST(DerWalker, OpensStringsThatHoldDerWhenAsked) {
+    const bytes_t bytes = "30 0B 04 02 05 00 03 03 00 05 00 04 00"_hex;
+    EXPECT_EQ(walk(bytes), (lines_t{"0 SEQUENCE", "2 .OCTET STRING", "6 .BIT STRING", "11 .OCTET STRING"}));
+    EXPECT_EQ(walk(bytes, {.open_strings = true}), (lines_t{"0 SEQUENCE", "2 .OCTET STRING opened", "4 ..NULL",
+                                                            "6 .BIT STRING opened", "9 ..NULL", "11 .OCTET STRING"}));
+}
+
+TEST(DerWalker, OpensStringsInsideStrings) {
+    EXPECT_EQ(walk("04 06 04 04 30 02 05 00"_hex, {.open_strings = true}),
+              (lines_t{"0 OCTET STRING opened", "2 .OCTET STRING opened", "4 ..SEQUENCE", "6 ...NULL"}));
+    EXPECT_EQ(walk("04 04 04 02 05 01"_hex, {.open_strings = true}),
+              (lines_t{"0 OCTET STRING opened", "2 .OCTET STRING"}));
+}
+
+TEST(DerWalker, LeavesStringsAtTheDepthLimitClosed) {
+    EXPECT_EQ(walk("04 02 05 00"_hex, {.max_depth = 1, .open_strings = true}), lines_t{"0 OCTET STRING"});
+}
+
+struct string_row_t {
+    const char* name;
+    bytes_t string;
+    bool holds;
+};
+
+class DerInString : public testing::TestWithParam<string_row_t> {};
+
+TEST_P(DerInString, IsTakenOnlyWhenItIsPlausibleFromEndToEnd) {
+    tool::der_header_t header;
+    ASSERT_TRUE(tool::read_der_header(GetParam().string, header));
+    EXPECT_EQ(!tool::der_in_string(header).empty(), GetParam().holds);
+}
+
+INSTANTIATE_TEST_SUITE_P(Strings, DerInString,
+                         testing::Values(string_row_t{"Sequence", "04 05 30 03 02 01 05"_hex, true},
+                                         string_row_t{"TwoElements", "04 04 05 00 05 00"_hex, true},
+                                         string_row_t{"ContextTag", "04 03 80 01 41"_hex, true},
+                                         string_row_t{"BitString", "03 03 00 30 00"_hex, true},
+                                         string_row_t{"HighTag", "04 04 9F 81 00 00"_hex, true},
+                                         string_row_t{"Empty", "04 00"_hex, false},
+                                         string_row_t{"EmptyBitString", "03 00"_hex, false},
+                                         string_row_t{"BitStringOfNothing", "03 01 00"_hex, false},
+                                         string_row_t{"UnusedBits", "03 03 01 30 00"_hex, false},
+                                         string_row_t{"ByteLeftOver", "04 03 05 00 05"_hex, false},
+                                         string_row_t{"ContentsPastTheEnd", "04 02 05 01"_hex, false},
+                                         string_row_t{"FaultInside", "04 04 30 02 02 01"_hex, false},
+                                         string_row_t{"NullWithContents", "04 03 05 01 00"_hex, false},
+                                         string_row_t{"EmptyInteger", "04 02 02 00"_hex, false},
+                                         string_row_t{"EmptyOid", "04 02 06 00"_hex, false},
+                                         string_row_t{"LongBoolean", "04 04 01 02 00 00"_hex, false},
+                                         string_row_t{"EndOfContents", "04 02 00 00"_hex, false},
+                                         string_row_t{"PrimitiveSequence", "04 02 10 00"_hex, false},
+                                         string_row_t{"ConstructedInteger", "04 02 22 00"_hex, false},
+                                         string_row_t{"NineUnusedBits", "04 03 03 01 09"_hex, false},
+                                         string_row_t{"NotAString", "0C 02 05 00"_hex, false}),
+                         [](const auto& row) { return row.param.name; });
+
+struct tag_row_t {
+    const char* name;
+    bytes_t element;
+    const char* tag;
+};
+
+class DerTagName : public testing::TestWithParam<tag_row_t> {};
+
+TEST_P(DerTagName, IsTheOneOfTheStandard) {
+    tool::der_header_t header;
+    ASSERT_TRUE(tool::read_der_header(GetParam().element, header));
+    EXPECT_EQ(tool::tag_name(header), GetParam().tag);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Tags, DerTagName,
+    testing::Values(tag_row_t{"EndOfContents", "00 00"_hex, "[UNIVERSAL 0]"},
+                    tag_row_t{"Boolean", "01 01 00"_hex, "BOOLEAN"}, tag_row_t{"Oid", "06 00"_hex, "OBJECT IDENTIFIER"},
+                    tag_row_t{"Utf8", "0C 00"_hex, "UTF8String"}, tag_row_t{"Reserved", "0F 00"_hex, "[UNIVERSAL 15]"},
+                    tag_row_t{"Sequence", "30 00"_hex, "SEQUENCE"},
+                    tag_row_t{"PrimitiveSet", "11 00"_hex, "SET (primitive)"},
+                    tag_row_t{"ConstructedOctets", "24 00"_hex, "OCTET STRING (constructed)"},
+                    tag_row_t{"Bmp", "1E 00"_hex, "BMPString"},
+                    tag_row_t{"HighUniversal", "1F 22 00"_hex, "[UNIVERSAL 34]"},
+                    tag_row_t{"Application", "43 00"_hex, "[APPLICATION 3]"}, tag_row_t{"Context", "A0 00"_hex, "[0]"},
+                    tag_row_t{"Private", "C1 00"_hex, "[PRIVATE 1]"}),
+    [](const auto& row) { return row.param.name; });
+
+} // namespace

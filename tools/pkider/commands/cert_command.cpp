@@ -1,0 +1,164 @@
+// pkider cert: the certificates of a bundle.
+#include "tools/pkider/base/count_text.h"
+#include "tools/pkider/cli/command.h"
+#include "tools/pkider/cli/faults.h"
+#include "tools/pkider/cli/input.h"
+#include "tools/pkider/cli/map_options.h"
+#include "tools/pkider/cli/output_options.h"
+#include "tools/pkider/explain/name_encoding.h"
+#include "tools/pkider/explain/name_fault.h"
+#include "tools/pkider/facts/certificate.h"
+#include "tools/pkider/facts/certificate_facts.h"
+#include "tools/pkider/io/output.h"
+#include "tools/pkider/io/report.h"
+#include "tools/pkider/text/terminal_text.h"
+
+#include <memory>
+
+namespace tool {
+namespace {
+
+struct options_t {
+    std::vector<std::string> files;
+    input_form_t in = input_form_t::guess;
+    output_form_t form = output_form_t::text;
+    bool reversed = false;
+    bool round_trip = false;
+    map_options_t map;
+};
+
+constexpr const char* trusted_certificate = "TRUSTED CERTIFICATE";
+
+// Blocks of other kinds stand beside certificates in many bundles and are passed over.
+bool may_be_certificate(const std::string& label) {
+    return label.empty() || label == "CERTIFICATE" || label == "X509 CERTIFICATE" || label == trusted_certificate;
+}
+
+// How often a printed name, read and printed again, is the same text.
+struct round_trips_t {
+    std::size_t num_names = 0;
+    std::size_t num_equal = 0;
+};
+
+class lister_t {
+  public:
+    explicit lister_t(const options_t& options) : m_options(options), m_map(options.map), m_json(options.form) {}
+
+    exit_code_t run() {
+        const exit_code_t code =
+            for_each_input(m_options.files, m_json,
+                           [this](const std::string& file, std::string_view bytes) { return list_file(file, bytes); });
+        m_json.end();
+        if (!m_options.round_trip) return code;
+        if (m_options.form == output_form_t::text) print_counts();
+        return m_counts.num_equal == m_counts.num_names ? code : worse(code, exit_code_t::answer_is_no);
+    }
+
+  private:
+    exit_code_t list_file(const std::string& file, std::string_view bytes) {
+        exit_code_t worst = exit_code_t::done;
+        std::size_t index = 0;
+        for (const block_t& block : read_blocks(bytes, m_options.in)) {
+            if (may_be_certificate(block.label)) worst = worse(worst, list_block(file, block, index));
+        }
+        if (index == 0) throw data_fault_t("no certificate in it");
+        return worst;
+    }
+
+    // One certificate, or several one behind the other where the input is bare DER.
+    exit_code_t list_block(const std::string& file, const block_t& block, std::size_t& index) {
+        der_cursor_t der(block.der.view());
+        do {
+            ++index;
+            const json_t head = {{"file", json_text(file)}, {"index", index}};
+            const exit_code_t code = guarded(block_name(file, block), m_json, head, [&] {
+                if (!block.fault.empty()) throw data_fault_t(block.fault);
+                list_certificate(read_certificate(der), head);
+                return exit_code_t::done;
+            });
+            if (code != exit_code_t::done) return code;
+        } while (block.label.empty() && !der.at_end());
+        note_what_follows(block_name(file, block), block, der);
+        return exit_code_t::done;
+    }
+
+    // In a "TRUSTED CERTIFICATE" the bytes behind are what OpenSSL trusts it for.
+    static void note_what_follows(const std::string& name, const block_t& block, const der_cursor_t& der) {
+        if (der.at_end() || block.label == trusted_certificate) return;
+        report_note(name + ": " + count_text(der.remaining().size(), "byte") + " behind the certificate");
+    }
+
+    void list_certificate(const certificate_t& certificate, json_t result) {
+        const std::string subject = print_element(certificate.subject);
+        const std::string issuer = print_element(certificate.issuer);
+        const certificate_facts_t facts = read_certificate_facts(certificate, m_map.handle());
+        if (m_options.form == output_form_t::text) {
+            print("certificate " + std::to_string(result["index"].get<std::size_t>()) + " of " +
+                  printable(result["file"].get<std::string>()) + "\n");
+        }
+        add_name(result, "subject", subject);
+        add_name(result, "issuer", issuer);
+        if (m_options.form == output_form_t::text) print_facts(facts);
+        add_certificate_json(facts, result);
+        m_json.add(result);
+    }
+
+    void print_facts(const certificate_facts_t& facts) const {
+        for (const auto& [label, text] : certificate_lines(facts)) print("  " + label + ": " + printable(text) + "\n");
+    }
+
+    std::string print_element(const der_element_t& name) const {
+        return print_name(name.whole, m_map.handle(), m_options.reversed, name.offset);
+    }
+
+    void add_name(json_t& result, const std::string& role, const std::string& name) {
+        result[role] = json_text(name);
+        if (m_options.form == output_form_t::text) print("  " + role + ": " + printable(name) + "\n");
+        if (!m_options.round_trip) return;
+
+        const std::string again = read_and_print_again(name);
+        ++m_counts.num_names;
+        if (again == name) ++m_counts.num_equal;
+        result[role + "_again"] = json_text(again);
+        if (m_options.form == output_form_t::text && again != name)
+            print("    printed again: " + printable(again) + "\n");
+    }
+
+    std::string read_and_print_again(const std::string& name) const {
+        try {
+            return print_name(as_bytes(encode_name(name, m_map.handle())), m_map.handle());
+        } catch (const data_fault_t& fault) {
+            return std::string("(cannot be read: ") + fault.what() + ")";
+        }
+    }
+
+    void print_counts() const {
+        print("names: " + std::to_string(m_counts.num_names) + ", equal: " + std::to_string(m_counts.num_equal) +
+              ", differing: " + std::to_string(m_counts.num_names - m_counts.num_equal) + "\n");
+    }
+
+    const options_t& m_options;
+    map_in_force_t m_map;
+    json_array_t m_json;
+    round_trips_t m_counts;
+};
+
+} // namespace
+
+void register_cert(CLI::App& app, chosen_command_t& chosen) {
+    CLI::App& command = add_command(app, "cert", "Lists the certificates of PEM bundles and DER files",
+                                    "  pkider cert /etc/ssl/certs/ca-certificates.crt\n"
+                                    "  pkider cert --reverse --json server.der\n"
+                                    "  pkider cert --round-trip bundle.pem\n");
+    const auto options = std::make_shared<options_t>();
+    add_file_arguments(command, options->files, "Files with certificates");
+    add_input_option(command, options->in);
+    command.add_flag("--reverse", options->reversed, "Print the last RDN of each name first");
+    command.add_flag("--round-trip", options->round_trip,
+                     "Read and print each printed name again; count those that stay equal, exit 1 when some do not");
+    add_output_options(command, options->form, false);
+    add_map_options(command, options->map);
+    when_chosen(command, chosen, [options] { return lister_t(*options).run(); });
+}
+
+} // namespace tool

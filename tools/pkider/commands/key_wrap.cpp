@@ -1,0 +1,114 @@
+// pkider key wrap: the octets of a GOST private key, put into the form that the library reads and writes.
+#include "tools/pkider/base/failure.h"
+#include "tools/pkider/base/secret.h"
+#include "tools/pkider/cli/faults.h"
+#include "tools/pkider/cli/file_options.h"
+#include "tools/pkider/cli/key_block.h"
+#include "tools/pkider/commands/key_command.h"
+#include "tools/pkider/facts/private_key.h"
+#include "tools/pkider/formats/der_header.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+
+namespace tool {
+namespace {
+
+struct options_t {
+    std::string file;
+    input_form_t form = input_form_t::guess;
+    file_options_t output;
+    std::optional<uint32_t> kind; // key_type of the library; without it the input is a PrivateKeyInfo
+};
+
+const std::map<std::string, uint32_t> kinds = {{"2001", 0}, {"2012-256", 1}, {"2012-512", 2}};
+
+std::size_t key_size(uint32_t kind) {
+    return kind == 2 ? 64 : 32;
+}
+
+/// A PrivateKeyInfo around bare key octets, lowest byte first as they are stored.
+std::string wrap_octets(bytes_t octets, uint32_t kind) {
+    if (octets.size() != key_size(kind)) {
+        throw data_fault_t("a key of this kind has " + std::to_string(key_size(kind)) + " bytes, this has " +
+                           std::to_string(octets.size()));
+    }
+    std::string info;
+    info.reserve(256); // more than any of them takes: no copy of the key stays behind in an outgrown buffer
+    asn_write_pkcs8_pki_gost({kind, octets.size(), octets.data()}, info);
+    return info;
+}
+
+/// The same PrivateKeyInfo, its parameters and attributes kept, with the inner OCTET STRING around the key. The library
+/// would write parameters of its own, and with them perhaps another curve.
+std::string wrap_info(bytes_t info) {
+    const private_key_t key = read_private_key(info);
+    if (!key.is_gost) throw data_fault_t("no GOST key: " + private_key_line(key));
+    if (key.gost) throw data_fault_t("the key has its inner OCTET STRING already");
+    if (key.octets.size() != 32 && key.octets.size() != 64)
+        throw data_fault_t("the key does not stand in it as 32 or 64 bare bytes");
+
+    der_cursor_t cursor(der_cursor_t(info).next(asn_tag_t::SEQUENCE, "SEQUENCE"));
+    const der_element_t version = cursor.next(asn_tag_t::INTEGER, "INTEGER");
+    const der_element_t algorithm = cursor.next(asn_tag_t::SEQUENCE, "SEQUENCE");
+    cursor.next(asn_tag_t::OCTET_STRING, "OCTET STRING");
+    const std::string inner = der_header(asn_tag_t::OCTET_STRING, key.octets.size());
+    const std::string outer = der_header(asn_tag_t::OCTET_STRING, inner.size() + key.octets.size());
+    const std::string_view parts[] = {as_text(version.whole), as_text(algorithm.whole),   outer, inner,
+                                      as_text(key.octets),    as_text(cursor.remaining())};
+
+    std::size_t size = 0;
+    for (const std::string_view part : parts) size += part.size();
+    std::string wrapped = der_header(asn_tag_t::SEQUENCE, size);
+    wrapped.reserve(wrapped.size() + size);
+    for (const std::string_view part : parts) wrapped.append(part);
+    return wrapped;
+}
+
+exit_code_t wrap(const options_t& options) {
+    const block_t input = read_key_block(options.file, options.form, "PRIVATE KEY");
+    const bytes_t given = input.der.view();
+    std::string wrapped = options.kind ? wrap_octets(given, *options.kind) : wrap_info(given);
+    const wipe_guard_t wipe_wrapped(wrapped);
+
+    const bytes_t octets = options.kind ? given : read_private_key(given).octets;
+    const written_block_t block{"PRIVATE KEY", wrapped};
+    write_blocks(options.output, {&block, 1}, [&](std::string_view der) {
+        pkcs8_pki_gost_t key;
+        if (!asn_read_pkcs8_pki_gost(as_bytes(der).data(), der.size(), key) ||
+            !std::ranges::equal(bytes_t(key.key, key.key_len), octets))
+            throw failure_t(exit_code_t::internal, "the wrapped key does not read back");
+    });
+    return exit_code_t::done;
+}
+
+exit_code_t run(const options_t& options) {
+    check_destination(options.output, true);
+    return guarded(input_name(options.file), [&] { return wrap(options); });
+}
+
+} // namespace
+
+void register_key_wrap(CLI::App& key, chosen_command_t& chosen) {
+    CLI::App& command = add_command(key, "wrap", "Puts a bare GOST private key into PKCS#8 form",
+                                    "  pkider key wrap --kind 2012-256 --in hex octets.txt -o key.pem\n"
+                                    "  pkider key wrap openssl-key.pem -o key.pem\n");
+    command.footer("Without --kind, FILE is a PKCS#8 key that lacks the inner OCTET STRING, as OpenSSL writes it; its\n"
+                   "parameters are kept. With --kind, it holds the key's octets alone, lowest byte first.\n\n" +
+                   command.get_footer());
+    const auto options = std::make_shared<options_t>();
+    add_file_argument(command, options->file, "File with the key");
+    command
+        .add_option_function<std::string>(
+            "--kind", [options](const std::string& name) { options->kind = kinds.at(name); },
+            "GOST R 34.10 of this year: 2001, 2012-256 or 2012-512")
+        ->check(CLI::IsMember(kinds))
+        ->type_name("KIND");
+    add_input_option(command, options->form);
+    add_file_options(command, options->output);
+    add_reveal_option(command, options->output);
+    when_chosen(command, chosen, [options] { return run(*options); });
+}
+
+} // namespace tool

@@ -1,0 +1,137 @@
+// pkider p12 list: what stands in the file, content by content and item by item.
+#include "tools/pkider/base/count_text.h"
+#include "tools/pkider/base/failure.h"
+#include "tools/pkider/cli/input.h"
+#include "tools/pkider/cli/map_options.h"
+#include "tools/pkider/cli/output_options.h"
+#include "tools/pkider/commands/p12_options.h"
+#include "tools/pkider/facts/p12_item.h"
+#include "tools/pkider/facts/p12_outline.h"
+#include "tools/pkider/formats/encodings.h"
+#include "tools/pkider/io/output.h"
+#include "tools/pkider/text/padded_text.h"
+#include "tools/pkider/text/terminal_text.h"
+
+#include <memory>
+
+namespace tool {
+namespace {
+
+struct options_t {
+    std::vector<std::string> files;
+    input_form_t form = input_form_t::guess;
+    output_form_t output = output_form_t::text;
+    password_options_t password;
+    map_options_t map;
+};
+
+void print_field(const char* label, const std::string& text) {
+    constexpr std::size_t label_width = 16;
+    if (!text.empty()) print("       " + padded(label, label_width) + printable(text) + "\n");
+}
+
+void print_bag(const p12_bag_t& bag, oid_map_handle_t map) {
+    const std::string number = bag.item == nullptr ? "-" : std::to_string(bag.number);
+    std::string line =
+        std::string(number.size() < 3 ? 3 - number.size() : 0, ' ') + number + "  " + bag_kind_text(bag.kind);
+    line += bag.is_protected ? ", protected" : ", plain";
+    if (bag.item == nullptr) {
+        print(line + ", skipped: " + printable(bag.skipped) + "\n");
+        return;
+    }
+    print(line + ", " + count_text(bag.item->data_len, "byte") + "\n");
+    const p12_item_text_t text = describe_item(*bag.item, map);
+    print_field(text.is_key ? "key" : "subject", text.what);
+    print_field("friendly name", text.friendly_name);
+    print_field("local key id", text.local_key_id);
+    print_field("encrypted by", bag.protection);
+}
+
+void print_outline(const p12_outline_t& outline, oid_map_handle_t map) {
+    std::size_t number = 0;
+    for (const p12_content_t& content : outline.contents) {
+        std::string line = "content " + std::to_string(++number) + (content.encrypted ? ", encrypted" : ", plain");
+        if (!content.protection.empty()) line += " by " + content.protection;
+        if (!content.skipped.empty()) line += ", skipped: " + content.skipped;
+        print(printable(line) + "\n");
+        for (const p12_bag_t& bag : content.bags) print_bag(bag, map);
+    }
+}
+
+json_t json_or_null(const std::string& text) {
+    return text.empty() ? json_t() : json_text(text);
+}
+
+json_t bag_json(const p12_bag_t& bag, oid_map_handle_t map) {
+    json_t json = {{"kind", bag_kind_text(bag.kind)}, {"protected", bag.is_protected}};
+    if (bag.item == nullptr) {
+        json["skipped"] = json_text(bag.skipped);
+        return json;
+    }
+    const p12_item_text_t text = describe_item(*bag.item, map);
+    json["item"] = bag.number;
+    json["size"] = bag.item->data_len;
+    json[text.is_key ? "key" : "subject"] = json_or_null(text.what);
+    json["friendly_name"] = json_or_null(text.friendly_name);
+    json["local_key_id"] = json_or_null(text.local_key_id);
+    json["encrypted_by"] = json_or_null(bag.protection);
+    return json;
+}
+
+json_t outline_json(const p12_outline_t& outline, oid_map_handle_t map) {
+    json_t contents = json_t::array();
+    for (const p12_content_t& content : outline.contents) {
+        json_t bags = json_t::array();
+        for (const p12_bag_t& bag : content.bags) bags.push_back(bag_json(bag, map));
+        contents.push_back({{"encrypted", content.encrypted},
+                            {"encrypted_by", json_or_null(content.protection)},
+                            {"skipped", json_or_null(content.skipped)},
+                            {"bags", std::move(bags)}});
+    }
+    return contents;
+}
+
+exit_code_t run(const options_t& options) {
+    const map_in_force_t map(options.map);
+    password_once_t password(options.password);
+    json_array_t results(options.output);
+    const exit_code_t code =
+        for_each_block(options.files, options.form, results, [&](const std::string& name, const block_t& block) {
+            const bytes_t file = block.der.view();
+            const pfx_t pfx = read_pfx(file);
+            gost_pbe_t crypto = make_pbe(options.password, password.get(name));
+            const p12_reading_t reading = read_p12(file, crypto);
+            const p12_outline_t outline = outline_p12(file, reading);
+            const std::string mac = mac_text(pfx.mac, crypto.mac_form());
+            if (options.output == output_form_t::json) {
+                json_t json = json_source(name, block);
+                json["mac"] = json_text(mac);
+                json["contents"] = outline_json(outline, map.handle());
+                results.add(json);
+            } else {
+                print(printable(name) + ": MAC " + mac + "\n");
+                print_outline(outline, map.handle());
+            }
+            if (outline.fault) throw data_fault_t(*outline.fault); // what stood before it has been shown
+            return exit_code_t::done;
+        });
+    results.end();
+    return code;
+}
+
+} // namespace
+
+void register_p12_list(CLI::App& p12, chosen_command_t& chosen) {
+    CLI::App& command = add_command(p12, "list", "Shows every key and certificate, and what was skipped and why",
+                                    "  pkider p12 list key.p12\n"
+                                    "  pkider p12 list --json --password-fd 3 key.p12 3< secret.txt\n");
+    const auto options = std::make_shared<options_t>();
+    add_file_arguments(command, options->files, "PKCS#12 files");
+    add_input_option(command, options->form);
+    add_output_options(command, options->output, false);
+    add_password_options(command, options->password);
+    add_map_options(command, options->map);
+    when_chosen(command, chosen, [options] { return run(*options); });
+}
+
+} // namespace tool

@@ -1,0 +1,104 @@
+#include "tools/pkider/explain/name_fault.h"
+
+#include "tools/pkider/formats/name_around_value.h"
+
+#include <pkider/dn.h>
+
+#include <algorithm>
+#include <limits>
+
+namespace tool {
+namespace {
+
+constexpr std::uint8_t utf8_string = 12, numeric_string = 18, printable_string = 19, teletex_string = 20;
+constexpr std::uint8_t ia5_string = 22, universal_string = 28, bmp_string = 30;
+constexpr std::uint8_t string_tags[] = {utf8_string, numeric_string,   printable_string, teletex_string,
+                                        ia5_string,  universal_string, bmp_string};
+
+bool print(bytes_t der, oid_map_handle_t map, PrintableDnOrder order, std::string& out) {
+    if (der.size() > std::numeric_limits<std::uint32_t>::max()) throw data_fault_t("a Name of 4 GiB and more");
+    return asn_dn_to_printable(der.data(), static_cast<std::uint32_t>(der.size()), out, order, map);
+}
+
+// The next element, its fault with the library's code.
+der_element_t next(der_cursor_t& cursor, asn_tag_t::Type tag, unsigned code, const char* what) {
+    try {
+        return cursor.next(tag, what);
+    } catch (const der_fault_t& fault) {
+        throw name_fault_t(code, fault);
+    }
+}
+
+[[noreturn]] void fail(const der_cursor_t& cursor, unsigned code, const char* what) {
+    try {
+        cursor.fail(what);
+    } catch (const der_fault_t& fault) {
+        throw name_fault_t(code, fault);
+    }
+}
+
+void check_type(const der_element_t& type, oid_map_handle_t map) {
+    const bytes_t oid = type.contents;
+    if (oid_map_find_asn(map, oid.data(), oid.size()) != nullptr) return;
+    std::string dotted;
+    if (oid_asn_to_str_(oid.data(), oid.data() + oid.size(), dotted)) return;
+    fail(der_cursor_t(type), 15, "an OID of whole arcs");
+}
+
+bool is_numeric_character(std::uint8_t c) {
+    return (c >= '0' && c <= '9') || c == ' ';
+}
+
+// Whether the library can convert a string: it is asked with a Name that holds nothing but this value.
+bool converts(const der_element_t& value) {
+    std::string ignored;
+    return print(as_bytes(name_around_value(as_text(value.whole))), {}, DN_ORDER_AS_ENCODED, ignored);
+}
+
+void check_value(der_cursor_t& attribute) {
+    if (attribute.at_end()) fail(attribute, 16, "the value");
+    if (std::ranges::find(string_tags, attribute.remaining().front()) == std::end(string_tags)) return;
+
+    const der_element_t value = next(attribute, asn_tag_t::ANY, 16, "the value");
+    der_cursor_t contents(value);
+    switch (value.identifier) {
+    case numeric_string:
+        if (!std::ranges::all_of(value.contents, is_numeric_character)) fail(contents, 19, "digits and blanks only");
+        break;
+    case teletex_string:
+        if (!converts(value)) fail(contents, 17, "characters of T.61");
+        break;
+    case bmp_string:
+        if (!converts(value)) fail(contents, 18, "characters of 2 bytes, none of them a surrogate");
+        break;
+    case universal_string:
+        if (!converts(value)) fail(contents, 18, "characters of 4 bytes up to 10FFFF, none of them a surrogate");
+        break;
+    default:
+        break;
+    }
+}
+
+// Name ::= SEQUENCE OF SET OF SEQUENCE { type OBJECT IDENTIFIER, value ANY }
+void check_name(der_cursor_t der, oid_map_handle_t map) {
+    der_cursor_t name(next(der, asn_tag_t::SEQUENCE, 11, "a Name (a SEQUENCE)"));
+    while (!name.at_end()) {
+        der_cursor_t rdn(next(name, asn_tag_t::SET, 12, "a RelativeDistinguishedName (a SET)"));
+        while (!rdn.at_end()) {
+            der_cursor_t attribute(next(rdn, asn_tag_t::SEQUENCE, 13, "an AttributeTypeAndValue (a SEQUENCE)"));
+            check_type(next(attribute, asn_tag_t::OBJECT_IDENTIFIER, 14, "an attribute type (an OID)"), map);
+            check_value(attribute);
+        }
+    }
+}
+
+} // namespace
+
+std::string print_name(bytes_t der, oid_map_handle_t map, bool reversed, std::uint64_t offset) {
+    std::string text;
+    if (print(der, map, reversed ? DN_ORDER_REVERSED : DN_ORDER_AS_ENCODED, text)) return text;
+    check_name(der_cursor_t(der, offset), map);
+    throw data_fault_t("the Name cannot be printed");
+}
+
+} // namespace tool

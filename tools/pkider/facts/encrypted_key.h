@@ -1,0 +1,29 @@
+// Password-encrypted private keys (PKCS#8 EncryptedPrivateKeyInfo, RFC 5208 6).
+#pragma once
+
+#include "tools/pkider/crypto/gost_pbe.h"
+#include "tools/pkider/formats/der_cursor.h"
+
+#include <pkider/pkcs8.h>
+
+#include <string>
+
+namespace tool {
+
+struct encrypted_key_t {
+    pkcs8_encrypted_pki_gost_t record;
+    bytes_t algorithm;   ///< Contents of the AlgorithmIdentifier.
+    std::string refusal; ///< Why the library refuses the algorithm, and the record is empty; empty when it does not.
+};
+
+/// Reads one that stands alone; the views point into it. @throws data_fault_t  It is none.
+encrypted_key_t read_encrypted_key(bytes_t der);
+
+/// @throws data_fault_t  The key cannot be decrypted, whatever the password.
+void check_decryptable(const encrypted_key_t& key);
+
+/// The PrivateKeyInfo, for the caller to wipe. `der` is what `key` was read from.
+/// @throws failure_t  Wrong password (a wrong one shows only as a plaintext that is no key), or too many iterations.
+std::string decrypt_key(const encrypted_key_t& key, bytes_t der, gost_pbe_t& crypto);
+
+} // namespace tool

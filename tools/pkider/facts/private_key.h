@@ -1,0 +1,33 @@
+// What a private key is (PrivateKeyInfo, RFC 5208 5): algorithm, size, parameter sets, and the form of its octets.
+#pragma once
+
+#include "tools/pkider/facts/oid_names.h"
+#include "tools/pkider/formats/der_cursor.h"
+
+#include <pkider/pkcs8.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace tool {
+
+struct private_key_t {
+    oid_text_t algorithm;
+    std::optional<pkcs8_pki_gost_t> gost; ///< What the library reads: GOST keys with their inner OCTET STRING.
+    bool is_gost = false;                 ///< By the algorithm, whatever the form of the key.
+    bytes_t parameters;                   ///< Of the algorithm, the whole element; empty when there are none.
+    bytes_t octets;                       ///< Contents of the privateKey OCTET STRING.
+};
+
+/// Reads a PrivateKeyInfo that stands alone; the views point into it. @throws der_fault_t
+private_key_t read_private_key(bytes_t info);
+
+/// "GOST R 34.10-2001, 32 bytes"
+std::string private_key_line(const private_key_t& key);
+
+/// Parameter sets, by name, and what is odd about the form. Label and text. No byte of the key.
+std::vector<std::pair<std::string, std::string>> private_key_details(const private_key_t& key);
+
+} // namespace tool

@@ -1,0 +1,17 @@
+set(tool_facts_sources
+  alg_names.cpp
+  certificate.cpp
+  certificate_facts.cpp
+  der_tree.cpp
+  der_value.cpp
+  encrypted_key.cpp
+  file_facts.cpp
+  file_kind.cpp
+  oid_names.cpp
+  p12_item.cpp
+  p12_outline.cpp
+  p12_reading.cpp
+  pbe_algorithm.cpp
+  private_key.cpp
+  public_key.cpp
+  signature_algorithm.cpp)

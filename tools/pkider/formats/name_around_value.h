@@ -1,0 +1,21 @@
+// A Name around one value: the library converts strings only as values of a Name that it prints.
+#pragma once
+
+#include "tools/pkider/formats/der_header.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tool {
+
+/// The DER of a Name of one attribute, of the type 1.2, with this value (a whole element).
+inline std::string name_around_value(std::string_view value) {
+    std::string name = "\x06\x01\x2A";
+    name.append(value);
+    constexpr std::uint8_t around[] = {0x30, 0x31, 0x30}; // AttributeTypeAndValue, RelativeDistinguishedName, Name
+    for (const std::uint8_t outer : around) name.insert(0, der_header(outer, name.size()));
+    return name;
+}
+
+} // namespace tool

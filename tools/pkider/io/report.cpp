@@ -1,0 +1,52 @@
+#include "tools/pkider/io/report.h"
+
+#include "tools/pkider/text/terminal_text.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+
+namespace tool {
+namespace {
+
+bool is_set(const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value != nullptr && *value != '\0';
+}
+
+std::string line(const char* colour, std::string_view head, std::string_view words) {
+    std::string text;
+    if (has_colour(stderr)) {
+        text.append(colour).append(head).append("\x1B[0m");
+    } else {
+        text.append(head);
+    }
+    return text + " " + printable(words) + "\n";
+}
+
+} // namespace
+
+bool has_colour(std::FILE* stream) {
+    if (is_set("NO_COLOR") || isatty(fileno(stream)) == 0) return false;
+    const char* const terminal = std::getenv("TERM");
+    return terminal != nullptr && std::string_view(terminal) != "dumb";
+}
+
+std::string format_error(std::string_view words) {
+    return line("\x1B[1;31m", "pkider:", words);
+}
+
+void report_error(std::string_view words) {
+    write_to_stderr(format_error(words));
+}
+
+void report_note(std::string_view words) {
+    write_to_stderr(line("\x1B[1;36m", "pkider: note:", words));
+}
+
+void write_to_stderr(std::string_view text) {
+    std::fflush(stdout); // so that on one terminal the results before the fault stand above it
+    std::fwrite(text.data(), 1, text.size(), stderr);
+}
+
+} // namespace tool

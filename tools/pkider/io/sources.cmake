@@ -1,0 +1,9 @@
+set(tool_io_sources
+  file_input.cpp
+  file_output.cpp
+  file_view.cpp
+  output.cpp
+  password.cpp
+  progress_note.cpp
+  report.cpp
+  terminal_prompt.cpp)
