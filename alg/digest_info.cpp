@@ -19,7 +19,7 @@ struct algorithm_t {
 };
 
 // AlgorithmIdentifier ::= SEQUENCE { algorithm OBJECT IDENTIFIER, parameters NULL }
-// The NULL stands behind every hash. Wanted: DigestInfoWriter.RequiredNullIsWrittenForGostToo.
+// The NULL stands behind every hash. Required: DigestInfoWriter.RequiredNullIsWrittenForGostToo.
 constexpr algorithm_t algorithm_of(const PKI_OID& hash_oid) {
     constexpr uint64_t null_size = asn_element_size(0);
     const uint64_t contents_size = asn_element_size(hash_oid.len) + null_size;
@@ -41,7 +41,7 @@ constexpr auto algorithms = [] {
 }();
 
 const algorithm_t& find_algorithm(pki_alg_t hash) {
-    // An unknown hash is not refused. Wanted: DigestInfoWriter.RequiredUnknownHashGetsAnEmptyObjectIdentifier.
+    // An unknown hash is not refused. Required: DigestInfoWriter.RequiredUnknownHashGetsAnEmptyObjectIdentifier.
     const alg_row_t* const row = find_row(hash_rows, hash);
     return algorithms[row != nullptr ? static_cast<std::size_t>(row - hash_rows) : num_hashes];
 }

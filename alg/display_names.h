@@ -13,7 +13,7 @@ struct display_name_t {
 };
 
 // Key and hash names say "(CPRO)" where signature names say "(CryptoPro)"; both are what hosts show.
-// Wanted: DisplayNames.RequiredVariantsAreLabelledDifferently.
+// Required: DisplayNames.RequiredVariantsAreLabelledDifferently.
 // clang-format off
 inline constexpr display_name_t display_names[] = {
     // Public keys and ciphers

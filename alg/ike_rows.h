@@ -4,7 +4,7 @@
 //
 // RSA carries an explicit NULL; DSA and GOST carry no parameters. RSASSA-PSS carries the hash at most: the mask
 // generation function, the salt length and the trailer stay at their defaults (RFC 4055 3.1), also where RFC 7427 A.4
-// spells out others. docs/ike_signature_identifiers.md compares the two. Wanted:
+// spells out others. docs/ike_signature_identifiers.md compares the two. Required:
 // IkeRows.RequiredPssNamesNothingButTheHash.
 #pragma once
 

@@ -13,7 +13,7 @@ bool asn_read_ike_signalg(const uint8_t* der, uint32_t len, asn_ike_signalg_t& o
     if (!asn_next_element(asn_tag_t::SEQUENCE, rest, algorithm)) return false;
     if (!asn_next_contents_or_null(asn_tag_t::OBJECT_IDENTIFIER, algorithm, out.oid_len, out.oid)) return false;
 
-    // Up to the end of the input, not of the SEQUENCE. Wanted: IkeSignalg.RequiredBytesBehindTheElementAreParameters.
+    // Up to the end of the input, not of the SEQUENCE. Required: IkeSignalg.RequiredBytesAfterTheElementAreParameters.
     asn_store_contents(asn_from_place(input, algorithm.content), out.params_len, out.params);
     return true;
 }
@@ -32,6 +32,6 @@ pki_alg_t asn_ike_signalg_t::to_pki_alg() const {
 
     const pki_alg_t hash_alg = find_alg(hash.oid, hash.oid_len, &known_oid_t::hash);
     if (hash_alg == PKI_ALG_NONE) return PKI_ALG_NONE;
-    // Without the variant field. Wanted: IkeSignalgToPkiAlg.RequiredVariantOfTheHashIsDropped.
+    // Without the variant field. Required: IkeSignalgToPkiAlg.RequiredVariantOfTheHashIsDropped.
     return static_cast<pki_alg_t>((hash_alg & hash_field) | PKI_ALG_RSASSA_PSS);
 }

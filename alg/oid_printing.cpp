@@ -30,12 +30,12 @@ bool asn_oid_to_printable(const uint8_t* der, uint32_t length, std::string& out,
     if (oid == nullptr) return false;
 
     if (const OIDdescr_t* const entry = oid_map_find_asn(map, oid, len)) {
-        // Even an empty one. Wanted: OidToPrintable.RequiredAnEmptyShortNameIsPrintedAsItIs.
+        // Even an empty one. Required: OidToPrintable.RequiredAnEmptyShortNameIsPrintedUnchanged.
         out.assign(entry->sn, entry->sn_len);
         return true;
     }
     const pki_alg_t alg = PKI_OID_TO_ALG(oid, len);
-    // Appended, where the other two replace. Wanted: OidToPrintable.RequiredDottedTextIsAppended.
+    // Appended, where the other two replace. Required: OidToPrintable.RequiredDottedTextIsAppended.
     if (alg == PKI_ALG_NONE) return oid_asn_to_str_(oid, oid + len, out);
 
     const std::string_view name = pkider::alg_display_name(alg);

@@ -21,7 +21,7 @@ static_assert(sizeof(std::size_t) >= sizeof(uint64_t), "pkider is for 64-bit tar
 ///
 /// The octets are counted from the second lowest byte of the length up to the first zero byte, not from the top. So a
 /// length of 65,536 or more with a zero byte above its lowest is cut below that byte.
-/// Wanted: AsnHeader.RequiredLengthIsCutBelowTheFirstZeroByteAboveTheLowest,
+/// Required: AsnHeader.RequiredLengthIsCutBelowTheFirstZeroByteAboveTheLowest,
 /// AsnWriter.RequiredLength0x10000IsWrittenAs8100.
 constexpr uint64_t asn_num_length_octets(uint64_t content_size) {
     if (content_size < 0x80) return 0;

@@ -14,7 +14,7 @@ bool asn_read_uint32(const uint8_t* content, uint64_t length, uint32_t* out) {
     if (content[0] >= 0x80) return false;
 
     // The test runs before each byte is taken and not after the last, so a fifth significant byte passes.
-    // Wanted: AsnReadUint32.RequiredFiveSignificantBytesAreTruncated.
+    // Required: AsnReadUint32.RequiredFiveSignificantBytesAreTruncated.
     uint64_t value = 0;
     for (uint64_t i = 0; i < length; ++i) {
         if (value > 0xFFFFFFFF) return false;

@@ -14,7 +14,7 @@ namespace pkider {
 constexpr uint64_t oid_buffer_size = 512;
 
 /// Contents are never longer than this, whatever the buffer holds: its last six bytes stay as they are.
-/// Wanted: OidStrToAsn.RequiredLastSixBytesAreNeverWritten.
+/// Required: OidStrToAsn.RequiredLastSixBytesAreNeverWritten.
 constexpr uint64_t max_oid_contents = 506;
 
 /// The value of a decimal digit; above 9 for every other byte.
@@ -55,7 +55,7 @@ constexpr uint64_t encode_oid(const char* begin, const char* end, uint8_t (&out)
     if (!read_oid_arc(at, end, first) || first > 2) return 0;
 
     // The second arc shares a subidentifier with the first one (X.690 8.19.4). It is not limited to 39, and the sum
-    // wraps. Wanted: OidStrToAsn.RequiredSecondArcWraps, OidStrToAsn.RequiredSecondArcIsNotLimitedTo39.
+    // wraps. Required: OidStrToAsn.RequiredSecondArcWraps, OidStrToAsn.RequiredSecondArcIsNotLimitedTo39.
     uint32_t shared = first * 40;
     uint64_t count = 0;
     while (at != end) {

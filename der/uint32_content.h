@@ -12,7 +12,7 @@ constexpr uint64_t asn_max_uint32_content_size = 5;
 /// Writes the contents octets of an INTEGER for `value`; identifier and length are the caller's.
 ///
 /// Every zero byte of `value` is dropped, also between others: 2048 (08 00) is written as 08. So a count with a zero
-/// byte after its first non-zero one reads back as another number. Wanted:
+/// byte after its first non-zero one reads back as another number. Required:
 /// AsnAddUint32Content.RequiredZeroBytesAreDroppedEverywhere.
 ///
 /// @param at  Has asn_max_uint32_content_size writable bytes.

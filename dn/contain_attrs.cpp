@@ -9,19 +9,19 @@ bool printable_dn_contain_attrs(const char* dn, const char* attrs) {
     bool in_quotes = false;
     for (char previous = '\0'; *dn != '\0'; previous = *dn++) {
         // One backslash in front is enough, be it escaped itself.
-        // Wanted: DnContainAttrs.Answers/RequiredTwoBackslashesEscapeToo.
+        // Required: DnContainAttrs.Answers/RequiredTwoBackslashesEscapeToo.
         const bool escaped = previous == '\\';
         if (*dn == '"' && !escaped) in_quotes = !in_quotes;
         const bool at_boundary = *dn == ',' && !escaped && !in_quotes;
 
         if (matching) {
             // A longer piece with the same beginning ends the search, although an equal one may follow.
-            // Wanted: DnContainAttrs.Answers/RequiredLongerPieceWithTheSameBeginningEndsTheSearch.
+            // Required: DnContainAttrs.Answers/RequiredLongerPieceWithTheSameBeginningEndsTheSearch.
             if (*wanted == '\0') return at_boundary;
 
             matching = *dn == *wanted;
             wanted = matching ? wanted + 1 : restart;
-            // Wanted: DnContainAttrs.Answers/RequiredEscapedCommaIsARestartPoint.
+            // Required: DnContainAttrs.Answers/RequiredEscapedCommaIsARestartPoint.
             if (matching && *dn == ',' && !in_quotes) restart = wanted;
         }
         if (at_boundary) matching = true;

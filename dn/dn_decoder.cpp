@@ -25,7 +25,7 @@ bool print_if_plain(asn_element_t& name, Line& line) {
     return true;
 }
 
-// An RDN without attributes gets its "," too. Wanted: DnDecoder.PrintsTheLine/RequiredAnEmptySetPrintsNothing.
+// An RDN without attributes gets its "," too. Required: DnDecoder.PrintsTheLine/RequiredAnEmptySetPrintsNothing.
 template <typename Line>
 asn_dn_result_t print_rdns(const uint8_t* der, asn_element_t name, oid_map_handle_t map, Line& line) {
     const bool has_builtin_types = map.map != nullptr && map.map->begins_with_builtin();

@@ -73,11 +73,11 @@ std::length_error too_long() {
 // of an RDN of several attributes, has the room of the longest header in front.
 //
 // RDNs and the members of each stay in the order of the text, sorted by no rule of DER.
-// Wanted: DnEncoder.WritesTheName/RequiredRdnsStayInTheOrderOfTheText,
+// Required: DnEncoder.WritesTheName/RequiredRdnsStayInTheOrderOfTheText,
 // DnEncoder.WritesTheName/RequiredMembersOfASetAreNotSorted.
 //
 // From 65,536 bytes of contents on, asn_header.h cuts a length, and the Name reads as another one.
-// Wanted: DnEncoder.RequiredValueOf0x10000BytesLosesItsLength.
+// Required: DnEncoder.RequiredValueOf0x10000BytesLosesItsLength.
 class name_encoder_t {
   public:
     name_encoder_t(const char* line, oid_map_handle_t map) : m_line(line), m_map(map) { leave_room_for_header(); }

@@ -55,7 +55,7 @@ asn_dn_result_t split_line(const char* dn, OnPair&& on_pair) {
         at = skip_blanks(at);
         if (*at != '=') return dn_fault(DN_FAULT_TYPE_SYNTAX, at - dn);
 
-        // Blanks around a value belong to it. Wanted: DnSplit.GivesTheRecords/RequiredBlanksOfValuesStay.
+        // Blanks around a value belong to it. Required: DnSplit.GivesTheRecords/RequiredBlanksOfValuesStay.
         pair.value_begin = at + 1;
         uint8_t classes = 0;
         pair.value_end = find_value_end(pair.value_begin, classes);

@@ -84,9 +84,9 @@ class rdn_printer_t {
     }
 
     // `rest` is what stands behind the type, to the end of the AttributeTypeAndValue. All of it is printed in
-    // hexadecimal, whatever a header in it says; behind a string, what is left of it is ignored. Wanted:
+    // hexadecimal, whatever a header in it says; behind a string, what is left of it is ignored. Required:
     // DnDecoderValue.IsPrinted/RequiredHexOfAValueIgnoresItsHeader,
-    // DnDecoderValue.IsPrinted/RequiredBytesBehindAStringAreIgnored.
+    // DnDecoderValue.IsPrinted/RequiredBytesAfterAStringAreIgnored.
     asn_dn_result_t print_value(asn_element_t& rest) {
         if (rest.length == 0) return fault(DN_FAULT_VALUE_HEADER, rest.content);
         const uint8_t tag = rest.content[0];
@@ -134,7 +134,7 @@ asn_dn_result_t dn_print_rdn(const uint8_t* der, asn_element_t& rdn, oid_map_han
 }
 
 bool dn_attr_type_to_printable(const uint8_t* oid, uint64_t length, text_sink_t& out, oid_map_handle_t map) {
-    // Wanted: DnDecoder.RequiredAnEmptyShortNameIsPrintedAsItIs.
+    // Required: DnDecoder.RequiredAnEmptyShortNameIsPrintedUnchanged.
     const OIDdescr_t* const entry = map.map == nullptr ? nullptr : map.map->find_asn(oid, length);
     if (entry != nullptr) {
         out.put(entry->sn, static_cast<std::size_t>(entry->sn_len));

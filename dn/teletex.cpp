@@ -31,7 +31,7 @@ step_t step_over_accent(uint8_t accent, uint8_t next) {
     if (composed != 0) return {composed, 0, 2};
 
     // `next` stands for its own value, allowed or not.
-    // Wanted: Teletex.AppendsUtf8/RequiredByteBehindAnAccentIsItsOwnCodePoint.
+    // Required: Teletex.AppendsUtf8/RequiredByteAfterAnAccentIsItsOwnCodePoint.
     return {next, t61_code_points[accent], 2};
 }
 

@@ -22,7 +22,7 @@ using t61_compositions_t = const t61_row_t* [8];
 ///
 /// The entries are those of Unicode canonical composition (NFC) of the letter's code point and the combining mark, when
 /// that gives a single character; left out are C1 E0, C2 E0 (accented ohm signs), C2 E9 and C2 F9 (accented o with
-/// stroke). Wanted: TeletexTables.RequiredFourCompositionsAreLeftOut.
+/// stroke). Required: TeletexTables.RequiredFourCompositionsAreLeftOut.
 extern const t61_compositions_t t61_compositions[16];
 
 } // namespace pkider

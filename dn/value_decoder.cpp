@@ -56,7 +56,7 @@ asn_dn_result_t decode_plain(const char* begin, const char* end, std::string& sc
 }
 
 // Between the quotes only \" is unescaped; other backslashes stay. Neither that quote nor a kept backslash is
-// classified, so such a value can stay a PrintableString. Wanted:
+// classified, so such a value can stay a PrintableString. Required:
 // DnValueDecode.GivesBytesAndTag/RequiredQuotedEscapesAreNotClassified,
 // DnValueDecode.GivesBytesAndTag/RequiredQuotedBackslashStays.
 asn_dn_result_t decode_quoted(const char* begin, const char* end, std::string& scratch, dn_value_t& out) {

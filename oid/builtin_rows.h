@@ -43,7 +43,7 @@ inline constexpr OIDdescr_t builtin_rows[] = {
     oid_row<"2.5.4.4", "SN", "surName">(),
     oid_row<"2.5.4.6", "C", "countryName">(),
     oid_row<"2.5.4.7", "L", "localityName">(),
-    // Wanted: OidDefaultMaps.RequiredStateHasTwoShortNamesAndIsFoundAsTheFirst.
+    // Required: OidDefaultMaps.RequiredStateHasTwoShortNamesAndIsFoundAsTheFirst.
     oid_row<"2.5.4.8", "ST", "stateName">(),
     oid_row<"2.5.4.8", "S", "stateName">(),
     oid_row<"2.5.4.9", "STREET", "streetAddress">(),

@@ -9,7 +9,7 @@ namespace {
 constexpr std::size_t max_arc_size = 11; // ten digits and a dot
 
 // Reads one subidentifier (X.690 8.19.2), leading 80 included. Values of more than 32 bits lose their high ones.
-// Wanted: OidAsnToStr.RequiredWideSubidentifiersWrap.
+// Required: OidAsnToStr.RequiredWideSubidentifiersWrap.
 const uint8_t* read_subidentifier(const uint8_t* at, const uint8_t* end, uint32_t& out) {
     if (at == end) return nullptr;
     uint32_t value = *at & 0x7F;
@@ -49,7 +49,7 @@ bool oid_asn_to_str_(const uint8_t* begin, const uint8_t* end, std::string& out)
     char scratch[128]; // the text of nearly every OID, so that `out` grows once. Bench: oid/to_text
     char* const last_place = scratch + sizeof(scratch) - max_arc_size;
 
-    // The first arc is not limited to 2. Wanted: OidAsnToStr.RequiredFirstArcIsNeverClamped.
+    // The first arc is not limited to 2. Required: OidAsnToStr.RequiredFirstArcIsNeverClamped.
     char* text_end = put_arc(scratch, value / 40);
     value %= 40;
     while (at != end) {
@@ -59,7 +59,7 @@ bool oid_asn_to_str_(const uint8_t* begin, const uint8_t* end, std::string& out)
             text_end = scratch;
         }
         at = read_subidentifier(at, end, value);
-        if (at == nullptr) { // Wanted: OidAsnToStr.RequiredTextBeforeTheFaultStays.
+        if (at == nullptr) { // Required: OidAsnToStr.RequiredTextBeforeTheFaultStays.
             out.append(scratch, static_cast<std::size_t>(text_end - scratch));
             return false;
         }

@@ -1,8 +1,8 @@
-// The map object behind oid_map_handle_t: the built-in rows or none, and whatever a text adds to them.
+// The map object of an oid_map_handle_t: the built-in rows or none, and the rows that a text adds to them.
 //
-// The built-in rows are looked into first, so that they win. Wanted: OidDefaultMaps.RequiredBuiltinNamesWinOverTheFile.
-// They are a constant, so that a map with them is constant-initialised. Finders are safe for any number of threads;
-// assign and clear are not.
+// The built-in rows are searched first, so that they win.
+// Required: OidDefaultMaps.RequiredBuiltinNamesWinOverTheFile. They are a constant, so that a map with them is
+// constant-initialised. Finders are safe for any number of threads; assign and clear are not.
 #pragma once
 
 #include "oid/builtin_index.h"

@@ -1,5 +1,5 @@
 // One index of an OID map, built once over all entries. Of those with one key it finds the first.
-// Wanted: OidMap.RequiredFirstEntryOfAKeyWins.
+// Required: OidMap.RequiredFirstEntryOfAKeyWins.
 //
 // Slots stand in buckets, by the high bits of their hashes; where hashes spread, a find looks through a handful of
 // slots. Keys can be chosen to collide: a bucket that grew large is sorted, and searched in halves. So a find is never

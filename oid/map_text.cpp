@@ -34,7 +34,7 @@ bool take_char(std::string_view& text, char c) {
     return true;
 }
 
-// Whatever else stands at the front makes the line none. Wanted: OidMap.RequiredByteOrderMarkHidesTheFirstLine.
+// Whatever else stands at the front makes the line none. Required: OidMap.RequiredByteOrderMarkHidesTheFirstLine.
 bool read_line(std::string_view line, oid_map_line_t& out) {
     take_while(line, is_blank);
     out.oid = take_while(line, is_oid_char);
@@ -42,7 +42,7 @@ bool read_line(std::string_view line, oid_map_line_t& out) {
     if (!take_char(line, '=')) return false;
 
     take_while(line, is_blank);
-    // May be empty. Wanted: OidMap.RequiredEmptyShortNameIsAKeyLikeAnyOther.
+    // May be empty. Required: OidMap.RequiredEmptyShortNameIsAKeyLikeAnyOther.
     out.short_name = take_while(line, is_short_name_char);
     take_while(line, is_blank);
     out.long_name = {};

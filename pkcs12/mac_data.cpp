@@ -24,19 +24,19 @@ bool asn_read_pkcs12_MacData(const uint8_t* data, uint64_t size, pkcs12_mac_t& m
     if (!asn_is_next(asn_tag_t::INTEGER, mac_data)) return true;
     asn_element_t count;
     if (!asn_next_element(asn_tag_t::INTEGER, mac_data, count)) return false;
-    // Wanted: MacData.RequiredFiveByteCountLosesItsHighByte.
+    // Required: MacData.RequiredFiveByteCountLosesItsHighByte.
     return asn_read_uint32(count.content, count.length, &mac.iterations);
 }
 
 namespace pkider {
 namespace {
 
-// Whatever digest_alg says. Wanted: MacDataWriter.RequiredDigestAlgorithmIsAlwaysThatOf1994.
+// Whatever digest_alg says. Required: MacDataWriter.RequiredDigestAlgorithmIsAlwaysThatOf1994.
 constexpr auto digest_algorithm = asn_constant_sequence(pkcs12_oid::gost_3411_94, asn_null);
 
 } // namespace
 
-// Wanted: MacDataWriter.RequiredZeroBytesOfTheCountAreDropped.
+// Required: MacDataWriter.RequiredZeroBytesOfTheCountAreDropped.
 mac_data_writer_t::mac_data_writer_t(const pkcs12_mac_t& mac)
     : m_mac(mac),
       m_count_size(static_cast<uint64_t>(asn_put_uint32_content(m_count, mac.iterations) - m_count)),

@@ -11,7 +11,7 @@ using namespace pkider;
 namespace {
 
 // One byte counts as the right version whatever it is, and of more bytes only the first is looked at.
-// Wanted: Pkcs12Version.RequiredLenientTest.
+// Required: Pkcs12Version.RequiredLenientTest.
 bool is_version(const asn_element_t& version, uint8_t wanted) {
     return version.length == 1 || (version.length > 1 && version.content[0] == wanted);
 }
@@ -60,7 +60,7 @@ class buffer_keeper_t {
 };
 
 // SafeContents stand in an OCTET STRING, in the clear and as plaintext alike; RFC 7292 has them bare in a plaintext.
-// Wanted: Pkcs12Reader.RequiredPlaintextOfAContentIsAnOctetString.
+// Required: Pkcs12Reader.RequiredPlaintextOfAContentIsAnOctetString.
 bool read_wrapped_safe(asn_element_t content, safe_kind_t kind, pbe_crypto_t& crypto, pkcs12_easy_t& out) {
     asn_element_t safe;
     return asn_next_element(asn_tag_t::OCTET_STRING, content, safe) &&
@@ -73,7 +73,7 @@ bool read_encrypted_safe(const asn_element_t& content, pbe_crypto_t& crypto, pkc
     if (!asn_is_oid(data.content_type, pkcs12_oid::data)) return true;
 
     // `encrypted` stays null: the host's object tells from it that no shrouded key is meant.
-    // Wanted: Pkcs12Reader.RequiredEncryptedSpanIsNullForContents.
+    // Required: Pkcs12Reader.RequiredEncryptedSpanIsNullForContents.
     pkcs8_encrypted_pki_gost_t params;
     if (!asn_read_pkcs8_encrypted_alg(data.algorithm.content, data.algorithm.length, params)) return true;
     std::list<std::string> plain(1);
@@ -105,14 +105,14 @@ bool read_authenticated_safe(asn_element_t input, pbe_crypto_t& crypto, pkcs12_e
 
 // PFX ::= SEQUENCE { version INTEGER, authSafe ContentInfo, macData MacData OPTIONAL }                  (RFC 7292 4)
 //
-// `out` is not emptied first. Wanted: Pkcs12Reader.RequiredReadingTwiceAppends.
+// `out` is not emptied first. Required: Pkcs12Reader.RequiredReadingTwiceAppends.
 bool asn_read_pkcs12_easy(const uint8_t* data, uint64_t size, pbe_crypto_t* crypto, pkcs12_easy_t& out) {
     asn_element_t input = asn_contents(data, size);
     asn_element_t pfx, version, auth_safe, mac_data;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, pfx)) return false;
     if (!asn_next_element(asn_tag_t::INTEGER, pfx, version)) return false;
     if (!asn_next_element(asn_tag_t::SEQUENCE, pfx, auth_safe)) return false;
-    // Wanted: Pkcs12Reader.RequiredFileWithoutMacIsRefused.
+    // Required: Pkcs12Reader.RequiredFileWithoutMacIsRefused.
     if (!asn_next_element(asn_tag_t::SEQUENCE, pfx, mac_data)) return false;
     if (!is_version(version, 3)) return false;
 
@@ -121,7 +121,7 @@ bool asn_read_pkcs12_easy(const uint8_t* data, uint64_t size, pbe_crypto_t* cryp
     if (!asn_read_pkcs12_MacData(mac_data.content, mac_data.length, out.mac)) return false;
 
     // The MAC is checked before the OCTET STRING is looked at, over all that stands in the [0], header included.
-    // Wanted: Pkcs12Reader.RequiredMacCoversTheWholeElement.
+    // Required: Pkcs12Reader.RequiredMacCoversTheWholeElement.
     if (!crypto->check_mac(out.mac, content.content, content.length)) return false;
     asn_element_t safe;
     return asn_next_element(asn_tag_t::OCTET_STRING, content, safe) && read_authenticated_safe(safe, *crypto, out);

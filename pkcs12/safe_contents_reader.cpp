@@ -9,7 +9,7 @@
 namespace pkider {
 namespace {
 
-// Wanted: SafeContents.RequiredShroudedKeyIsProtectedWhereverItStands.
+// Required: SafeContents.RequiredShroudedKeyIsProtectedAnywhere.
 void read_shrouded_key(const asn_element_t& value, pkcs12_item_t& item, pbe_crypto_t& crypto, pkcs12_easy_t& out) {
     pkcs8_encrypted_pki_gost_t params;
     if (!asn_read_pkcs8_encrypted_pki_gost(value.content, value.length, params)) return;
@@ -25,7 +25,7 @@ void read_shrouded_key(const asn_element_t& value, pkcs12_item_t& item, pbe_cryp
 
 // CertBag ::= SEQUENCE { certId OBJECT IDENTIFIER, certValue [0] { OCTET STRING } }                   (RFC 7292 4.2.3)
 //
-// Wanted: SafeContents.RequiredEveryCertificateTypeIsTaken.
+// Required: SafeContents.RequiredEveryCertificateTypeIsTaken.
 bool read_certificate(asn_element_t value, pkcs12_item_t& item) {
     asn_element_t bag, type, wrapped;
     if (!asn_next_element(asn_tag_t::SEQUENCE, value, bag)) return false;

@@ -69,9 +69,9 @@ bag_sizes_t count_bag(const pkcs12_item_t& item) {
 }
 
 // All that stands in front of the item's data. Keys go into keyBags even when the whole is encrypted afterwards.
-// Wanted: Pkcs12Writer.RequiredKeysAreNeverShrouded.
+// Required: Pkcs12Writer.RequiredKeysAreNeverShrouded.
 // An item of an unknown type has no bag type and no value.
-// Wanted: Pkcs12Writer.RequiredItemOfUnknownTypeIsABagOfAttributesOnly.
+// Required: Pkcs12Writer.RequiredItemOfUnknownTypeIsABagOfAttributesOnly.
 void put_bag_head(uint8_t* at, const pkcs12_item_t& item, const bag_sizes_t& sizes) {
     at = asn_put_header(at, asn_tag_t::SEQUENCE, sizes.bag);
     if (item.type == PKCS12_ITEM_KEY) {

@@ -46,7 +46,7 @@ void wipe(std::string& plain) {
 class encrypted_data_writer_t {
   public:
     // Has the host's object encrypt the SafeContents. Its answer is not looked at.
-    // Wanted: Pkcs12Writer.RequiredResultOfEncryptIsIgnored.
+    // Required: Pkcs12Writer.RequiredResultOfEncryptIsIgnored.
     //
     // `block` is empty before and after; the plaintext stands in it meanwhile.
     encrypted_data_writer_t(const safe_contents_writer_t& safe, pbe_crypto_t& crypto, std::string& block) {

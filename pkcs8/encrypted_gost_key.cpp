@@ -31,7 +31,7 @@ constexpr auto prf = asn_constant_sequence(hmac_gost94, asn_null);
 // The contents sizes of the AlgorithmIdentifier, counted from the inside out. None is larger than the last one, which
 // is checked for all of them.
 //
-// The count loses its zero bytes. Wanted: EncryptedGostKey.RequiredZeroBytesOfTheCountAreDropped.
+// The count loses its zero bytes. Required: EncryptedGostKey.RequiredZeroBytesOfTheCountAreDropped.
 class algorithm_writer_t {
   public:
     explicit algorithm_writer_t(const pkcs8_encrypted_pki_gost_t& key)
@@ -104,7 +104,7 @@ bool asn_read_pbkdf2_gost_params(const uint8_t* content, uint64_t length, pkcs8_
         return false;
 
     // The function is not optional here, though RFC 8018 lets it default, and neither is its parameter.
-    // Wanted: EncryptedGostKey.RequiredPrfMayNotBeLeftOut.
+    // Required: EncryptedGostKey.RequiredPrfMayNotBeLeftOut.
     asn_element_t function, function_oid, function_param;
     if (!asn_next_element(asn_tag_t::SEQUENCE, params, function)) return false;
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, function, function_oid)) return false;
@@ -112,7 +112,7 @@ bool asn_read_pbkdf2_gost_params(const uint8_t* content, uint64_t length, pkcs8_
 
     if (!asn_is_oid(oid, pbkdf2) || !asn_is_oid(function_oid, hmac_gost94)) return false;
     // Five significant bytes pass, and none at all leave the field as it was.
-    // Wanted: EncryptedGostKey.RequiredFiveByteCountLosesItsHighByte,
+    // Required: EncryptedGostKey.RequiredFiveByteCountLosesItsHighByte,
     // EncryptedGostKey.RequiredEmptyCountKeepsWhatTheCallerHad.
     return asn_read_uint32(count.content, count.length, &out.iterations);
 }
@@ -131,7 +131,7 @@ bool asn_read_pkcs8_encrypted_alg(const uint8_t* content, uint64_t length, pkcs8
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, scheme, scheme_oid)) return false;
     if (!asn_next_element(asn_tag_t::SEQUENCE, scheme, scheme_params)) return false;
     if (!asn_next_contents(asn_tag_t::OCTET_STRING, scheme_params, out.iv_len, out.iv)) return false;
-    // Any set passes. Wanted: EncryptedGostKey.RequiredEveryCipherParameterSetIsAccepted.
+    // Any set passes. Required: EncryptedGostKey.RequiredEveryCipherParameterSetIsAccepted.
     if (!asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, scheme_params, param_set)) return false;
 
     if (!asn_is_oid(oid, pbes2) || !asn_is_oid(scheme_oid, gost_28147)) return false;

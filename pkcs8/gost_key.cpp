@@ -21,7 +21,7 @@ constexpr auto digest_params   = asn_oid<"1.2.643.2.2.30.1">;
 // clang-format on
 
 // version and privateKeyAlgorithm. The digest parameters are those of GOST R 34.11-94 for every kind of key.
-// Wanted: GostKey.RequiredDigestParamSetIsThatOf1994.
+// Required: GostKey.RequiredDigestParamSetIsThatOf1994.
 template <typename Algorithm, typename Params>
 constexpr auto head_of(const Algorithm& algorithm, const Params& params) {
     return asn_constant_join(asn_version(0),
@@ -55,7 +55,7 @@ bool find_kind(Matches matches, uint32_t& key_type) {
 }
 
 // Visits a head of constant size, which is copied without a call. Bench: pkcs8/write. An unknown kind is written all
-// the same. Wanted: GostKey.RequiredUnknownKindHasEmptyIdentifiers.
+// the same. Required: GostKey.RequiredUnknownKindHasEmptyIdentifiers.
 template <typename Visit>
 auto visit_head(uint32_t key_type, Visit visit) {
     switch (key_type) {
@@ -85,7 +85,7 @@ bool skip_written_head(asn_element_t& info, uint32_t& key_type) {
 } // namespace
 
 bool asn_read_pkcs8_pki_gost(const uint8_t* der, uint64_t len, pkcs8_pki_gost_t& out) {
-    // Wanted: GostKey.RequiredLengthIsTakenAs32Bits.
+    // Required: GostKey.RequiredLengthIsTakenAs32Bits.
     asn_element_t input = asn_contents(der, static_cast<uint32_t>(len)), info, private_key;
     uint32_t key_type = 0;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, info)) return false;

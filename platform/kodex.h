@@ -26,7 +26,8 @@ class kodex_converter_t {
         : m_source(source), m_target(target) {}
 
     /// Size of the converted text in bytes, 0 when `in` is not convertible. So it is 0 for an empty `in` as well, and
-    /// an empty string in a Name is a fault. Wanted: DnDecoderFault.IsReported/RequiredEmptyWideStringIsNotConvertible.
+    /// an empty string in a Name is a fault.
+    /// Required: DnDecoderFault.IsReported/RequiredEmptyWideStringIsNotConvertible.
     uint64_t get_outsize(const uint8_t* in, uint64_t size) const;
 
     /// Converts into `out`, of which no more than `out_size` bytes are written.

@@ -37,7 +37,7 @@ TEST(IkeSignalg, TakesAnEmptyObjectIdentifier) {
     for_guarded("30 02 06 00"_hex, gives(read, {0, 4}, {0, 4}));
 }
 
-TEST(IkeSignalg, RequiredBytesBehindTheElementAreParameters) {
+TEST(IkeSignalg, RequiredBytesAfterTheElementAreParameters) {
     for_guarded(from_hex(std::string(sha1_with_rsa) + "01 02 03 04"), gives(read, {9, 4}, {6, 13}));
 }
 

@@ -104,7 +104,7 @@ TEST(OidToPrintable, ShortNameComesBeforeTheNameOfTheAlgorithm) {
     EXPECT_EQ(out, "MY-HASH");
 }
 
-TEST(OidToPrintable, RequiredAnEmptyShortNameIsPrintedAsItIs) {
+TEST(OidToPrintable, RequiredAnEmptyShortNameIsPrintedUnchanged) {
     const parsed_map_t map("2.5.4.3 = ,x\n2.16.840.1.101.3.4.2.1 = ,y\n");
     for (const bytes_t& der : {"06 03 55 04 03"_hex, from_hex(SHA256_OID)}) {
         for (const bool dotted : {!with_dotted, with_dotted}) {

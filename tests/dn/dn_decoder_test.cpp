@@ -111,7 +111,7 @@ TEST(DnDecoder, EveryOtherOrderIsAsEncoded) {
     EXPECT_EQ(print(der, static_cast<PrintableDnOrder>(0xFFFFFFFF)).text, "CN=a,O=b");
 }
 
-TEST(DnDecoder, RequiredAnEmptyShortNameIsPrintedAsItIs) {
+TEST(DnDecoder, RequiredAnEmptyShortNameIsPrintedUnchanged) {
     const parsed_map_t map("2.5.4.3 = ,x");
     EXPECT_EQ(print(name_with_value("13 03 61 62 63"_hex), DN_ORDER_AS_ENCODED, map).text, "=abc");
 }
@@ -165,7 +165,7 @@ INSTANTIATE_TEST_SUITE_P(
         value_row_t{"UniversalSpecialsAreEscaped", "1C 08 00 00 00 3D 00 00 00 41", "\\=A"},
         value_row_t{"LargestUniversalCharacter", "1C 04 00 10 FF FF", "\xF4\x8F\xBF\xBF"},
         value_row_t{"LongFormLength", "13 82 00 01 61", "a"},
-        value_row_t{"RequiredBytesBehindAStringAreIgnored", "13 01 61 FF FF", "a"},
+        value_row_t{"RequiredBytesAfterAStringAreIgnored", "13 01 61 FF FF", "a"},
         // Everything else in hexadecimal, to the end of the attribute, its header not looked at
         value_row_t{"OctetString", "04 02 01 02", "#04020102"}, value_row_t{"Constructed", "30 02 05 00", "#30020500"},
         value_row_t{"VisibleString", "1A 01 61", "#1A0161"}, value_row_t{"GeneralString", "1B 01 61", "#1B0161"},

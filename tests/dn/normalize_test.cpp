@@ -126,7 +126,7 @@ TEST(DnNormalize, RequiredLineEndsAtItsFirstNul) {
     EXPECT_EQ(out, "CN=a");
 }
 
-TEST(DnNormalize, EscapedNulIsPrintedAsItIs) {
+TEST(DnNormalize, EscapedNulIsPrintedUnchanged) {
     std::string out;
     EXPECT_TRUE(printable_dn_normalize("CN=\\00", out, nullptr, OID_MAP_HANDLE_DEFAULT));
     EXPECT_EQ(out, std::string("CN=\0", 4));

@@ -175,7 +175,7 @@ TEST_F(OidDefaultMaps, SecondCallDiscardsWhatTheFirstAdded) {
     expect_builtin_only();
 }
 
-TEST_F(OidDefaultMaps, RequiredNoSeparatorIsPutBehindTheDirectory) {
+TEST_F(OidDefaultMaps, RequiredNoSeparatorIsAddedToTheDirectory) {
     m_dir.write(u8"cfg/vpnoids.cfg", "1.2.3 = INSIDE");
     m_dir.write(u8"cfgvpnoids.cfg", "1.2.4 = BESIDE");
     load(u8"cfg");

@@ -47,7 +47,7 @@ TEST(SafeContents, KindDecidesWhereItemsGo) {
     EXPECT_TRUE(crypto.calls.empty());
 }
 
-TEST(SafeContents, RequiredShroudedKeyIsProtectedWhereverItStands) {
+TEST(SafeContents, RequiredShroudedKeyIsProtectedAnywhere) {
     for (const safe_kind_t kind : {safe_kind_t::PLAIN, safe_kind_t::ENCRYPTED}) {
         recording_crypto_t crypto;
         pkcs12_easy_t out;
