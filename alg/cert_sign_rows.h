@@ -8,6 +8,7 @@ namespace pkider {
 
 // Both directions take the first row that matches: SHA-1 with RSA is written with the first of its two object
 // identifiers and read from both, and the one object identifier of RSASSA-PSS goes back to the value without a hash.
+// Required: OidToAlg.GivesTheFirstRow/RequiredPssNamesNoHash.
 // clang-format off
 inline constexpr alg_row_t cert_sign_rows[] = {
     {PKI_ALG_SHA1_RSA,                            oid<"1.2.840.113549.1.1.5">},

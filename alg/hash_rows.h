@@ -6,7 +6,7 @@
 namespace pkider {
 
 // Both directions take the first row that matches, so an object identifier that also stands for a variant goes back to
-// the standard value above it.
+// the standard value above it. Required: OidToAlg.GivesTheFirstRow/RequiredGostHashIsStandard.
 // clang-format off
 inline constexpr alg_row_t hash_rows[] = {
     {PKI_ALG_MD2,               oid<"1.2.840.113549.2.2">},

@@ -28,6 +28,7 @@ pki_alg_t asn_ike_signalg_t::to_pki_alg() const {
 
     asn_algorid_t hash;
     if (!asn_read_pss_params(params, params_len, hash)) return PKI_ALG_NONE;
+    // Absent or empty. Required: IkeSignalgToPkiAlg.Names/RequiredPssEmptyHashOid.
     if (hash.oid_len == 0) return PKI_ALG_RSASSA_PSS_SHA1;
 
     const pki_alg_t hash_alg = find_alg(hash.oid, hash.oid_len, &known_oid_t::hash);

@@ -6,7 +6,7 @@
 namespace pkider {
 
 // Both directions take the first row that matches, so an object identifier that also stands for a variant goes back to
-// the standard value above it.
+// the standard value above it. Required: OidToAlg.GivesTheFirstRow/RequiredGostKeyIsStandard.
 // clang-format off
 inline constexpr alg_row_t key_rows[] = {
     {PKI_ALG_RSA,                     oid<"1.2.840.113549.1.1.1">},

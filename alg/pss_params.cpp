@@ -39,6 +39,8 @@ bool read_hash_algorithm(asn_element_t& params, asn_algorid_t& out) {
 //     maskGenAlgorithm  [1] MaskGenAlgorithm  DEFAULT mgf1SHA1Identifier,
 //     saltLength        [2] INTEGER           DEFAULT 20,
 //     trailerField      [3] INTEGER           DEFAULT 1 }                 (RFC 4055 3.1)
+//
+// What follows is not looked at. Required: PssParams.RequiredTrailingElementsAreIgnored.
 bool asn_read_pss_params(const uint8_t* der, uint32_t len, asn_algorid_t& out) {
     out = {};
     asn_element_t input = asn_contents(der, len), params;

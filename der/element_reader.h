@@ -51,6 +51,8 @@ inline const uint8_t* asn_decode_header(asn_tag_t::Type tag, const uint8_t* data
         *out_len = length;
         return available - 2 >= length ? data + 4 : nullptr;
     }
+    // Need not be the shortest. Required: ReadTag.BothWidthsGiveContentsAndLength/RequiredNonMinimalLength and
+    // ReadTag.BothWidthsGiveContentsAndLength/RequiredNonMinimalTwoOctets.
     const uint64_t num_octets = first & 0x7F; // long form, X.690 8.1.3.5; none: the indefinite form, 8.1.3.6
     if (num_octets == 0 || num_octets > max_length_octets || num_octets > available) return nullptr;
     uint32_t length = 0;

@@ -74,6 +74,9 @@ bool read_encrypted_safe(const asn_element_t& content, pbe_crypto_t& crypto, pkc
 
     // `encrypted` stays null: the host's object tells from it that no shrouded key is meant.
     // Required: Pkcs12Reader.RequiredEncryptedSpanIsNullForContents.
+    // Malformed DER fails the read; what cannot be decrypted is skipped, and the rest is read.
+    // Required: Pkcs12Reader.RequiredContentOfAnotherAlgorithmIsSkipped and
+    // Pkcs12Reader.RequiredContentThatCannotBeDecryptedIsSkipped.
     pkcs8_encrypted_pki_gost_t params;
     if (!asn_read_pkcs8_encrypted_alg(data.algorithm.content, data.algorithm.length, params)) return true;
     std::list<std::string> plain(1);

@@ -9,7 +9,8 @@
 namespace pkider {
 namespace {
 
-// Required: SafeContents.RequiredShroudedKeyIsProtectedAnywhere.
+// Required: SafeContents.RequiredShroudedKeyIsProtectedAnywhere, ShroudedKey.RequiredUnreadableOneIsSkipped and
+// SafeContents.RequiredKeyThatCannotBeDecryptedIsSkipped.
 void read_shrouded_key(const asn_element_t& value, pkcs12_item_t& item, pbe_crypto_t& crypto, pkcs12_easy_t& out) {
     pkcs8_encrypted_pki_gost_t params;
     if (!asn_read_pkcs8_encrypted_pki_gost(value.content, value.length, params)) return;

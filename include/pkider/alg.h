@@ -161,10 +161,11 @@ struct asn_ike_signalg_t {
     /// The signature algorithm, for RSASSA-PSS with the hash that the parameters name.
     ///
     /// The object identifier decides (PKI_OID_TO_CERT_SIGN_ALG), except for RSASSA-PSS. There absent parameters, and
-    /// parameters without a hash, mean SHA-1 (RFC 4055 3.1): PKI_ALG_RSASSA_PSS_SHA1. The variant field of a hash is
-    /// dropped, so every hash of the hash table can occur, also in a combination that pki_alg_t has no name for: MD5
-    /// gives 0x00080002, GOST R 34.11-94 gives 0x00090002. Mask generation function, salt length and trailer are
-    /// checked for their form only; their values are not looked at.
+    /// parameters without a hash, mean SHA-1 (RFC 4055 3.1): PKI_ALG_RSASSA_PSS_SHA1; so does a hash whose object
+    /// identifier has no contents. The variant field of a hash is dropped, so every hash of the hash table can occur,
+    /// also in a combination that pki_alg_t has no name for: MD5 gives 0x00080002, GOST R 34.11-94 gives 0x00090002.
+    /// Mask generation function, salt length and trailer are checked for their form only; their values are not looked
+    /// at.
     ///
     /// @return  The algorithm, or PKI_ALG_NONE for an unknown object identifier, malformed RSASSA-PSS parameters and
     ///          an unknown hash.
@@ -297,7 +298,12 @@ PKIDER_API bool asn_read_gost_pubkey(const asn_pubkey_t& pk, asn_gost_pubkey_t& 
 
 /// Splits a DSA signature value (Dss-Sig-Value, RFC 3279 2.2.2).
 ///
-/// The second INTEGER is bounded by the buffer, not by the SEQUENCE around it. Bytes behind it are ignored.
+/// The second INTEGER is bounded by the buffer, not by the SEQUENCE around it: a SEQUENCE that ends before it is
+/// accepted. Bytes after it are ignored, inside the SEQUENCE too.
+///
+/// The numbers are not checked. A host that verifies signatures must itself refuse a number without contents and one
+/// whose contents begin with a byte of 0x80 or above, which is negative (X.690 8.3.3); and where one signature must
+/// have one encoding only, whatever does not encode to the same bytes again.
 ///
 /// @param der  First byte of the element.
 /// @param len  Bytes available from `der`.

@@ -44,15 +44,15 @@ enum asn_dn_fault_t : uint16_t {
     DN_FAULT_UNESCAPED_SPECIAL = 10,  ///< One of `"#+,;<=>\` has no backslash.
 
     // Faults of DER
-    DN_FAULT_NOT_A_NAME = 11,      ///< The input does not begin with a whole SEQUENCE.
+    DN_FAULT_NOT_A_NAME = 11,      ///< No whole SEQUENCE at the start, or a normal form's Name of 2^32 bytes and more.
     DN_FAULT_NOT_A_SET = 12,       ///< An RDN is no whole SET.
     DN_FAULT_NOT_A_SEQUENCE = 13,  ///< A member of an RDN is no whole SEQUENCE.
     DN_FAULT_NOT_AN_OID = 14,      ///< An attribute does not begin with a whole OBJECT IDENTIFIER.
     DN_FAULT_OID_UNPRINTABLE = 15, ///< An attribute type is empty or ends inside an arc.
     DN_FAULT_VALUE_HEADER = 16,    ///< A value is missing, or a string with a wrong length.
-    DN_FAULT_TELETEX = 17,         ///< A TeletexString has a byte that T.61 does not allow.
-    DN_FAULT_WIDE_STRING = 18,     ///< A BMPString or UniversalString is empty or holds what is no character.
-    DN_FAULT_NUMERIC_STRING = 19,  ///< A NumericString has a character other than digits and blanks.
+    DN_FAULT_TELETEX = 17,        ///< A TeletexString has a byte that T.61 does not allow, or more than 2^31 - 1 bytes.
+    DN_FAULT_WIDE_STRING = 18,    ///< A BMPString or UniversalString is empty or holds what is no character.
+    DN_FAULT_NUMERIC_STRING = 19, ///< A NumericString has a character other than digits and blanks.
 };
 
 /// Whether a code is a fault of a line; the other codes but 0 are faults of DER.

@@ -144,9 +144,10 @@ TEST_P(OidToAlg, GivesTheFirstRow) {
 
 INSTANTIATE_TEST_SUITE_P(
     Oids, OidToAlg,
-    testing::Values(oid_row_t{"GostHashIsStandard", PKI_OID_TO_HASH_ALG, "2A 85 03 02 02 09", 0x00090000},
-                    oid_row_t{"GostKeyIsStandard", PKI_OID_TO_KEY_ALG, "2A 85 03 02 02 13", 0x0000010E},
-                    oid_row_t{"PssNamesNoHash", PKI_OID_TO_CERT_SIGN_ALG, "2A 86 48 86 F7 0D 01 01 0A", 0x00000002},
+    testing::Values(oid_row_t{"RequiredGostHashIsStandard", PKI_OID_TO_HASH_ALG, "2A 85 03 02 02 09", 0x00090000},
+                    oid_row_t{"RequiredGostKeyIsStandard", PKI_OID_TO_KEY_ALG, "2A 85 03 02 02 13", 0x0000010E},
+                    oid_row_t{"RequiredPssNamesNoHash", PKI_OID_TO_CERT_SIGN_ALG, "2A 86 48 86 F7 0D 01 01 0A",
+                              0x00000002},
                     oid_row_t{"SecondOfSha1Rsa", PKI_OID_TO_CERT_SIGN_ALG, "2B 0E 03 02 1D", 0x00020001},
                     oid_row_t{"KeyAmongAll", PKI_OID_TO_ALG, "2A 86 48 86 F7 0D 01 01 01", 0x00000001},
                     oid_row_t{"HashAmongAll", PKI_OID_TO_ALG, "2B 0E 03 02 1A", 0x00020000},

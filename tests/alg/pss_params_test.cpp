@@ -119,7 +119,7 @@ TEST(PssParams, EveryCutIsRefused) {
     });
 }
 
-TEST(PssParams, TakesAnElementAtTheEndOfEachConstructedElement) {
+TEST(PssParams, RequiredTrailingElementsAreIgnored) {
     for_junk_in_each_constructed("30 1F " HASH MGF SALT TRAILER ""_hex, "04 01 AA"_hex,
                                  [](const uint8_t* der, std::size_t size) {
                                      asn_algorid_t hash;

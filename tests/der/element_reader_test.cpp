@@ -64,8 +64,8 @@ INSTANTIATE_TEST_SUITE_P(
         // Long form
         read_row_t{"Indefinite", any, "30 80 05 00 00 00", -1, unwritten},
         read_row_t{"IndefiniteOfTheTag", sequence, "30 80 00 00", -1, unwritten},
-        read_row_t{"NonMinimalLength", octet_string, "04 81 05 01 02 03 04 05", 3, 5},
-        read_row_t{"NonMinimalTwoOctets", octet_string, "04 82 00 05 01 02 03 04 05", 4, 5},
+        read_row_t{"RequiredNonMinimalLength", octet_string, "04 81 05 01 02 03 04 05", 3, 5},
+        read_row_t{"RequiredNonMinimalTwoOctets", octet_string, "04 82 00 05 01 02 03 04 05", 4, 5},
         // The header ends the input, or nearly so
         read_row_t{"OneLengthOctetAtTheEnd", any, "05 81 00", 3, 0},
         read_row_t{"TwoLengthOctetsAtTheEnd", any, "05 82 00 00", 4, 0},

@@ -3,6 +3,7 @@
 #include "tests/support/alloc_failure.h"
 #include "tests/support/hex.h"
 #include "tests/support/parsed_map.h"
+#include "tests/support/temp_dir.h"
 
 #include <gtest/gtest.h>
 
@@ -168,6 +169,19 @@ TEST(DnNormalize, LeavesBothOutputsWhenAllocationFails) {
         },
         [] {});
     EXPECT_GE(num_failures, 3u);
+}
+
+// A text can give two types one short name: docs/dn_syntax.md, "What is printed".
+TEST(DnNormalize, NormalFormChangesAgainWhereTwoTypesShareAShortName) {
+    const temp_dir_t dir;
+    dir.write(u8"vpnoids.cfg", "1.2.2 = S");
+    set_oid_default_file_dir(dir.utf8(u8"").c_str());
+    std::string once, twice;
+    EXPECT_TRUE(printable_dn_normalize("1.2.2=v", once, nullptr, OID_MAP_HANDLE_DEFAULT_FILE));
+    EXPECT_TRUE(printable_dn_normalize(once, twice, nullptr, OID_MAP_HANDLE_DEFAULT_FILE));
+    EXPECT_EQ(once, "S=v");
+    EXPECT_EQ(twice, "ST=v");
+    set_oid_default_file_dir(dir.utf8(u8"no such directory/").c_str());
 }
 
 } // namespace

@@ -320,7 +320,7 @@ TEST(Pkcs12Reader, EncryptedContentOfAnotherTypeIsSkipped) {
     EXPECT_EQ(crypto.operations(), operations_t{"check_mac"});
 }
 
-TEST(Pkcs12Reader, EncryptedContentOfAnotherAlgorithmIsSkipped) {
+TEST(Pkcs12Reader, RequiredContentOfAnotherAlgorithmIsSkipped) {
     const bytes_t pbes1 = "30 11 06 0A 2A 86 48 86 F7 0D 01 0C 01 03 30 03 04 01 51"_hex;
     const bytes_t malformed = "30 02 30 01"_hex;
     for (const bytes_t& algorithm : {pbes1, malformed, "30 00"_hex}) {
@@ -335,7 +335,7 @@ TEST(Pkcs12Reader, EncryptedContentOfAnotherAlgorithmIsSkipped) {
     }
 }
 
-TEST(Pkcs12Reader, ContentThatCannotBeDecryptedIsSkipped) {
+TEST(Pkcs12Reader, RequiredContentThatCannotBeDecryptedIsSkipped) {
     recording_crypto_t failing, denying;
     failing.failing = "decrypt";
     denying.denying = "decrypt"; // what it left in `plain` is dropped

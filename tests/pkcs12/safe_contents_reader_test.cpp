@@ -67,9 +67,9 @@ TEST(SafeContents, AnEmptyPlaintextIsAKeyOfNoBytes) {
     EXPECT_EQ(out.buffers.size(), 1u);
 }
 
-class ShroudedKeySkipped : public testing::TestWithParam<bag_row_t> {};
+class ShroudedKey : public testing::TestWithParam<bag_row_t> {};
 
-TEST_P(ShroudedKeySkipped, WithoutACallOfDecrypt) {
+TEST_P(ShroudedKey, RequiredUnreadableOneIsSkipped) {
     const bytes_t contents = der(0x30, {GetParam().bag, key_bag(key)});
     for_guarded(contents, [](const uint8_t* data, std::size_t size) {
         recording_crypto_t crypto;
@@ -82,14 +82,14 @@ TEST_P(ShroudedKeySkipped, WithoutACallOfDecrypt) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Bags, ShroudedKeySkipped,
+    Bags, ShroudedKey,
     testing::Values(bag_row_t{"Null", shrouded_bag("05 00"_hex)}, bag_row_t{"NoBytes", shrouded_bag({})},
                     bag_row_t{"Cut", shrouded_bag("30 05 30"_hex)},
                     bag_row_t{"OtherAlgorithm", shrouded_bag(encrypted_key("AA"_hex, "30 04 06 00 30 00"_hex))},
                     bag_row_t{"MalformedAlgorithm", shrouded_bag(encrypted_key("AA"_hex, "30 02 06 05"_hex))}),
     row_name);
 
-TEST(SafeContents, KeyThatCannotBeDecryptedIsSkipped) {
+TEST(SafeContents, RequiredKeyThatCannotBeDecryptedIsSkipped) {
     recording_crypto_t crypto;
     crypto.on_decrypt = [](const pkcs8_encrypted_pki_gost_t&, std::string& plain) {
         plain = "half of a key";
