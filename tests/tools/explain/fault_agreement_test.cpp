@@ -15,13 +15,14 @@
 namespace pkider_test {
 namespace {
 
-// The library's position for a place in the line: quoted and hex values count from behind their first character, code 7
-// from behind the backslash.
+// The library's position for a place in the line: quoted and hex values count from behind their first character,
+// DN_FAULT_BACKSLASH_AT_END from behind the backslash.
 std::size_t library_position(const std::string& line, const tool::line_fault_t& fault) {
     switch (fault.code) {
-    case 5:
+    case DN_FAULT_HEX_DIGIT:
         return fault.offset - 1;
-    case 7: // a quoted value begins with the quote behind the last "=" that is outside quotes; only its sum is known
+    case DN_FAULT_BACKSLASH_AT_END: // a quoted value begins with the quote behind the last "=" that is outside quotes;
+                                    // only its sum is known
         return line[fault.offset] == '\\' && fault.position == fault.offset ? fault.offset : fault.offset + 1;
     default:
         return fault.offset;
@@ -34,13 +35,13 @@ TEST(LineFault, StandsWhereTheLibraryFoundIt) {
                                       ";",  "g",  "0C0161",  "#0C05", "Ж", "\t", "CN=", "O=a,"};
     std::mt19937 random(7);
     std::uniform_int_distribution<std::size_t> pick(0, std::size(pieces) - 1);
-    std::size_t num_faults[11] = {};
+    std::size_t num_faults[DN_FAULT_UNESCAPED_SPECIAL + 1] = {};
     for (int round = 0; round < 200000; ++round) {
         std::string line;
         for (int i = 0; i < 8; ++i) line += pieces[pick(random)];
         std::string name;
         const asn_dn_result_t result = printable_dn_normalize_r(line, name, nullptr, OID_MAP_HANDLE_DEFAULT);
-        if (result.code == 0 || result.code > 10) continue;
+        if (!asn_dn_fault_is_of_line(result.code)) continue;
         ++num_faults[result.code];
         const tool::line_fault_t fault = tool::explain_line_fault(line, result, OID_MAP_HANDLE_DEFAULT);
         ASSERT_LE(fault.offset, line.size()) << line;
@@ -48,20 +49,21 @@ TEST(LineFault, StandsWhereTheLibraryFoundIt) {
         ASSERT_FALSE(fault.words.empty()) << line;
         ASSERT_FALSE(fault.advice.empty()) << line;
         switch (result.code) { // the character that is meant
-        case 7:
+        case DN_FAULT_BACKSLASH_AT_END:
             ASSERT_EQ(line[fault.offset], '\\') << line;
             break;
-        case 9:
+        case DN_FAULT_ESCAPE:
             ASSERT_EQ(line[fault.offset - 1], '\\') << line;
             break;
-        case 10:
+        case DN_FAULT_UNESCAPED_SPECIAL:
             ASSERT_NE(std::string_view("\"#+,;<=>").find(line[fault.offset]), std::string_view::npos) << line;
             break;
         default:
             break;
         }
     }
-    for (unsigned code = 1; code <= 10; ++code) EXPECT_GT(num_faults[code], 5u) << "code " << code;
+    for (unsigned code = DN_FAULT_TYPE_SYNTAX; code <= DN_FAULT_UNESCAPED_SPECIAL; ++code)
+        EXPECT_GT(num_faults[code], 5u) << "code " << code;
 }
 
 // Names with values of every kind, spoilt in a byte or cut.
@@ -91,8 +93,8 @@ TEST(NameFault, IsFoundExactlyWhereTheLibraryFails) {
             } catch (const tool::name_fault_t& fault) {
                 ASSERT_FALSE(printed) << tool::to_hex(der);
                 ASSERT_LE(fault.offset, der.size()) << tool::to_hex(der);
-                ASSERT_GE(fault.code, 11u);
-                ASSERT_LE(fault.code, 19u);
+                ASSERT_GE(fault.code, DN_FAULT_NOT_A_NAME);
+                ASSERT_LE(fault.code, DN_FAULT_NUMERIC_STRING);
                 ++num_failures;
             }
         }
@@ -107,7 +109,7 @@ TEST(NameFault, CountsFromTheStartOfTheWholeInput) {
         ADD_FAILURE() << "no fault";
     } catch (const tool::name_fault_t& fault) {
         EXPECT_EQ(fault.offset, 102u);
-        EXPECT_EQ(fault.code, 12u);
+        EXPECT_EQ(fault.code, DN_FAULT_NOT_A_SET);
     }
 }
 

@@ -81,7 +81,8 @@ class split_fault_t {
     std::size_t m_type_begin = 0;
 };
 
-// Escapes and special characters of an unquoted value (codes 7 to 10), found as the library finds them.
+// Escapes and special characters of an unquoted value (DN_FAULT_BACKSLASH_AT_END and later), found as the library finds
+// them.
 void explain_plain_value(std::string_view value, line_fault_t& out) {
     for (std::size_t i = 0; i < value.size(); ++i) {
         if (special_characters.find(value[i]) == std::string_view::npos) continue;
@@ -122,11 +123,11 @@ void explain_plain_value(std::string_view value, line_fault_t& out) {
 void explain_hex_value(std::string_view digits, line_fault_t& out) {
     out.advice = "behind '#' stands a whole DER element in hex digits; write '\\#' for a value that begins with '#'";
     switch (out.code) {
-    case 4:
+    case DN_FAULT_HEX_COUNT:
         out.words =
             digits.size() < 4 ? "fewer than four hex digits behind '#'" : "an odd number of hex digits behind '#'";
         return;
-    case 5: {
+    case DN_FAULT_HEX_DIGIT: {
         const auto bad = std::ranges::find_if_not(digits, is_hex_digit);
         const std::size_t index = static_cast<std::size_t>(bad - digits.begin());
         out.words = in_quotes(character_at(digits, index)) + " is no hex digit";
@@ -141,7 +142,7 @@ void explain_hex_value(std::string_view digits, line_fault_t& out) {
 
 void explain_value(std::string_view value, line_fault_t& out) {
     if (value.size() >= 2 && value.front() == '"' && value.back() == '"') {
-        out.offset += value.size() - 2; // code 7, the only one between quotes
+        out.offset += value.size() - 2; // DN_FAULT_BACKSLASH_AT_END, the only one between quotes
         out.words = "a backslash ends the value";
         out.advice = "the closing double quote needs an even number of backslashes before it";
     } else if (value.size() >= 2 && value.front() == '#') {
@@ -162,18 +163,18 @@ void explain_unknown_type(std::string_view type, line_fault_t& out) {
     }
 }
 
-// Faults of one record (codes 2 and 4 to 10). Positions have 16 bits, so the faulty record is found by reading each one
-// on its own, whatever the length of the line.
+// Faults of one record, not of the line as a whole. Positions have 16 bits, so the faulty record is found by reading
+// each one on its own, whatever the length of the line.
 void explain_record(const std::string& line, oid_map_handle_t map, line_fault_t& out) {
-    constexpr unsigned last_code_of_lines = 10;
     for (const RDNdescr_t& record : split(line)) {
         std::string ignored;
         const asn_dn_result_t result =
             printable_dn_normalize_r(std::string(record.type_begin, record.value_end), ignored, nullptr, map);
-        if (result.code == 0 || result.code > last_code_of_lines) continue;
-        const char* const start = out.code == 2 ? record.type_begin : record.value_begin;
+        if (!asn_dn_fault_is_of_line(result.code)) continue;
+        const bool is_type = out.code == DN_FAULT_TYPE_UNKNOWN;
+        const char* const start = is_type ? record.type_begin : record.value_begin;
         out.offset = static_cast<std::size_t>(start - line.c_str());
-        if (out.code == 2) return explain_unknown_type({record.type_begin, record.type_end}, out);
+        if (is_type) return explain_unknown_type({record.type_begin, record.type_end}, out);
         return explain_value({record.value_begin, record.value_end}, out);
     }
 }
@@ -182,9 +183,9 @@ void explain_record(const std::string& line, oid_map_handle_t map, line_fault_t&
 
 line_fault_t explain_line_fault(const std::string& line, asn_dn_result_t result, oid_map_handle_t map) {
     line_fault_t out{result.code, result.position, 0, {}, {}};
-    if (out.code == 1) {
+    if (out.code == DN_FAULT_TYPE_SYNTAX) {
         split_fault_t(line).explain_type(out);
-    } else if (out.code == 3) {
+    } else if (out.code == DN_FAULT_UNBALANCED_QUOTE) {
         split_fault_t(line).explain_quotes(out);
     } else {
         explain_record(line, map, out);

@@ -6,20 +6,21 @@
 #include <pkider/dn.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace tool {
 
 struct line_fault_t {
-    unsigned code = 0;      // the library's, 1 to 10
+    std::uint16_t code = 0; // the library's, a fault of a line
     unsigned position = 0;  // the library's, 16 bits; in quoted and hex values often one less than the truth
     std::size_t offset = 0; // of the faulty character, in bytes of the line; the line's size when it is its end
     std::string words;
     std::string advice;
 };
 
-/// Explains a fault that the library found in the line: a result of printable_dn_normalize_r with a code of 1 to 10 for
-/// the same line and map.
+/// Explains a fault that the library found in the line: a result of printable_dn_normalize_r that is a fault
+/// of a line, for the same line and map.
 line_fault_t explain_line_fault(const std::string& line, asn_dn_result_t result, oid_map_handle_t map);
 
 /// Thrown for a line that cannot be read.

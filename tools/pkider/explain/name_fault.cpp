@@ -21,7 +21,7 @@ bool print(bytes_t der, oid_map_handle_t map, PrintableDnOrder order, std::strin
 }
 
 // The next element, its fault with the library's code.
-der_element_t next(der_cursor_t& cursor, asn_tag_t::Type tag, unsigned code, const char* what) {
+der_element_t next(der_cursor_t& cursor, asn_tag_t::Type tag, asn_dn_fault_t code, const char* what) {
     try {
         return cursor.next(tag, what);
     } catch (const der_fault_t& fault) {
@@ -29,7 +29,7 @@ der_element_t next(der_cursor_t& cursor, asn_tag_t::Type tag, unsigned code, con
     }
 }
 
-[[noreturn]] void fail(const der_cursor_t& cursor, unsigned code, const char* what) {
+[[noreturn]] void fail(const der_cursor_t& cursor, asn_dn_fault_t code, const char* what) {
     try {
         cursor.fail(what);
     } catch (const der_fault_t& fault) {
@@ -42,7 +42,7 @@ void check_type(const der_element_t& type, oid_map_handle_t map) {
     if (oid_map_find_asn(map, oid.data(), oid.size()) != nullptr) return;
     std::string dotted;
     if (oid_asn_to_str_(oid.data(), oid.data() + oid.size(), dotted)) return;
-    fail(der_cursor_t(type), 15, "an OID of whole arcs");
+    fail(der_cursor_t(type), DN_FAULT_OID_UNPRINTABLE, "an OID of whole arcs");
 }
 
 bool is_numeric_character(std::uint8_t c) {
@@ -56,23 +56,25 @@ bool converts(const der_element_t& value) {
 }
 
 void check_value(der_cursor_t& attribute) {
-    if (attribute.at_end()) fail(attribute, 16, "the value");
+    if (attribute.at_end()) fail(attribute, DN_FAULT_VALUE_HEADER, "the value");
     if (std::ranges::find(string_tags, attribute.remaining().front()) == std::end(string_tags)) return;
 
-    const der_element_t value = next(attribute, asn_tag_t::ANY, 16, "the value");
+    const der_element_t value = next(attribute, asn_tag_t::ANY, DN_FAULT_VALUE_HEADER, "the value");
     der_cursor_t contents(value);
     switch (value.identifier) {
     case numeric_string:
-        if (!std::ranges::all_of(value.contents, is_numeric_character)) fail(contents, 19, "digits and blanks only");
+        if (!std::ranges::all_of(value.contents, is_numeric_character))
+            fail(contents, DN_FAULT_NUMERIC_STRING, "digits and blanks only");
         break;
     case teletex_string:
-        if (!converts(value)) fail(contents, 17, "characters of T.61");
+        if (!converts(value)) fail(contents, DN_FAULT_TELETEX, "characters of T.61");
         break;
     case bmp_string:
-        if (!converts(value)) fail(contents, 18, "characters of 2 bytes, none of them a surrogate");
+        if (!converts(value)) fail(contents, DN_FAULT_WIDE_STRING, "characters of 2 bytes, none of them a surrogate");
         break;
     case universal_string:
-        if (!converts(value)) fail(contents, 18, "characters of 4 bytes up to 10FFFF, none of them a surrogate");
+        if (!converts(value))
+            fail(contents, DN_FAULT_WIDE_STRING, "characters of 4 bytes up to 10FFFF, none of them a surrogate");
         break;
     default:
         break;
@@ -81,12 +83,14 @@ void check_value(der_cursor_t& attribute) {
 
 // Name ::= SEQUENCE OF SET OF SEQUENCE { type OBJECT IDENTIFIER, value ANY }
 void check_name(der_cursor_t der, oid_map_handle_t map) {
-    der_cursor_t name(next(der, asn_tag_t::SEQUENCE, 11, "a Name (a SEQUENCE)"));
+    der_cursor_t name(next(der, asn_tag_t::SEQUENCE, DN_FAULT_NOT_A_NAME, "a Name (a SEQUENCE)"));
     while (!name.at_end()) {
-        der_cursor_t rdn(next(name, asn_tag_t::SET, 12, "a RelativeDistinguishedName (a SET)"));
+        der_cursor_t rdn(next(name, asn_tag_t::SET, DN_FAULT_NOT_A_SET, "a RelativeDistinguishedName (a SET)"));
         while (!rdn.at_end()) {
-            der_cursor_t attribute(next(rdn, asn_tag_t::SEQUENCE, 13, "an AttributeTypeAndValue (a SEQUENCE)"));
-            check_type(next(attribute, asn_tag_t::OBJECT_IDENTIFIER, 14, "an attribute type (an OID)"), map);
+            der_cursor_t attribute(
+                next(rdn, asn_tag_t::SEQUENCE, DN_FAULT_NOT_A_SEQUENCE, "an AttributeTypeAndValue (a SEQUENCE)"));
+            check_type(next(attribute, asn_tag_t::OBJECT_IDENTIFIER, DN_FAULT_NOT_AN_OID, "an attribute type (an OID)"),
+                       map);
             check_value(attribute);
         }
     }

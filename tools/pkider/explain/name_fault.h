@@ -4,16 +4,17 @@
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/formats/der_cursor.h"
 
+#include <pkider/dn.h>
 #include <pkider/oid.h>
 
 #include <string>
 
 namespace tool {
 
-/// A fault in a Name with the library's code for it (11 to 19).
+/// A fault in a Name with the library's code for it, a fault of DER.
 struct name_fault_t : der_fault_t {
-    name_fault_t(unsigned library_code, const der_fault_t& fault) : der_fault_t(fault), code(library_code) {}
-    unsigned code;
+    name_fault_t(asn_dn_fault_t library_code, const der_fault_t& fault) : der_fault_t(fault), code(library_code) {}
+    asn_dn_fault_t code;
 };
 
 /// The Name at the start of the bytes as one line of text, as the library prints it. Throws name_fault_t; its offset
