@@ -62,13 +62,13 @@ digest_info_prefix_t::digest_info_prefix_t(pki_alg_t hash, uint64_t digest_size)
 
 } // namespace pkider
 
-using namespace pkider;
-
 void asn_add_alg_to_digest(std::string& digest, pki_alg_t hash) {
-    digest.insert(0, digest_info_prefix_t(hash, digest.size()).bytes());
+    digest.insert(0, pkider::digest_info_prefix_t(hash, digest.size()).bytes());
 }
 
 bool asn_read_alg_from_digest(asn_algorid_t* out, const std::string& digest_info) {
+    using namespace pkider;
+
     *out = {};
     const auto* const der = reinterpret_cast<const uint8_t*>(digest_info.data());
     asn_element_t input = asn_contents(der, digest_info.size()), info, algorithm, params, digest;

@@ -1,11 +1,11 @@
-#include "der/element_steps.h"
-
 #include <pkider/alg.h>
 
-using namespace pkider;
+#include "der/element_steps.h"
 
 // Dss-Sig-Value ::= SEQUENCE { r INTEGER, s INTEGER }                   (RFC 3279 2.2.2)
 bool asn_read_dsa_certsign(const uint8_t* der, uint32_t len, asn_dsa_certsign_t& out) {
+    using namespace pkider;
+
     const asn_element_t input = asn_contents(der, len);
     asn_element_t rest = input, numbers;
     if (!asn_next_element(asn_tag_t::SEQUENCE, rest, numbers)) return false;

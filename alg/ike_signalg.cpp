@@ -1,13 +1,13 @@
+#include <pkider/alg.h>
+
 #include "alg/oid_index.h"
 #include "alg/pss_params.h"
 #include "der/element_steps.h"
 
-#include <pkider/alg.h>
-
-using namespace pkider;
-
 // AlgorithmIdentifier ::= SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY DEFINED BY algorithm OPTIONAL }
 bool asn_read_ike_signalg(const uint8_t* der, uint32_t len, asn_ike_signalg_t& out) {
+    using namespace pkider;
+
     const asn_element_t input = asn_contents(der, len);
     asn_element_t rest = input, algorithm;
     if (!asn_next_element(asn_tag_t::SEQUENCE, rest, algorithm)) return false;
@@ -19,6 +19,8 @@ bool asn_read_ike_signalg(const uint8_t* der, uint32_t len, asn_ike_signalg_t& o
 }
 
 pki_alg_t asn_ike_signalg_t::to_pki_alg() const {
+    using namespace pkider;
+
     constexpr uint32_t hash_field = 0x00FF0000;
 
     // The index itself: exported functions are called through a table. Bench: alg/ike_algorithm.

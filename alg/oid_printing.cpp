@@ -1,8 +1,9 @@
+#include <pkider/oid.h>
+
 #include "alg/display_names.h"
 #include "der/element_reader.h"
 
 #include <pkider/alg.h>
-#include <pkider/oid.h>
 
 #include <cstddef>
 #include <string_view>

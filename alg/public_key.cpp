@@ -1,10 +1,9 @@
+#include <pkider/alg.h>
+
 #include "der/asn_constant.h"
 #include "der/element_steps.h"
 
-#include <pkider/alg.h>
-
-using namespace pkider;
-
+namespace pkider {
 namespace {
 
 // What an empty BIT STRING leaves as the length of the key: "no key bits".
@@ -45,11 +44,14 @@ void drop_leading_zeros(uint32_t& len, const uint8_t*& number) {
 }
 
 } // namespace
+} // namespace pkider
 
 // SubjectPublicKeyInfo ::= SEQUENCE {
 //     algorithm         SEQUENCE { algorithm OBJECT IDENTIFIER, parameters ANY DEFINED BY algorithm OPTIONAL },
 //     subjectPublicKey  BIT STRING }                                     (RFC 5280 4.1)
 bool asn_read_pubkey(const uint8_t* der, int32_t len, asn_pubkey_t& out) {
+    using namespace pkider;
+
     // A negative length is a very large bound. Required: Pubkey.RequiredNegativeLengthIsALargeBound.
     const asn_element_t input = asn_contents(der, static_cast<uint32_t>(len));
     asn_element_t rest = input, info, oid, params, bits;
@@ -71,6 +73,8 @@ bool asn_read_pubkey(const uint8_t* der, int32_t len, asn_pubkey_t& out) {
 
 // RSAPublicKey ::= SEQUENCE { modulus INTEGER, publicExponent INTEGER }   (RFC 8017 A.1.1)
 bool asn_read_rsa_pubkey(const asn_pubkey_t& pk, asn_rsa_pubkey_t& out) {
+    using namespace pkider;
+
     const asn_element_t input = key_bits(pk);
     asn_element_t rest = input, numbers;
     if (!asn_next_element(asn_tag_t::SEQUENCE, rest, numbers)) return false;
@@ -90,6 +94,8 @@ bool asn_read_rsa_pubkey(const asn_pubkey_t& pk, asn_rsa_pubkey_t& out) {
 //     encryptionParamSet  OBJECT IDENTIFIER OPTIONAL }                    (RFC 4491 2.3)
 // The key itself is an OCTET STRING inside the BIT STRING.
 bool asn_read_gost_pubkey(const asn_pubkey_t& pk, asn_gost_pubkey_t& out) {
+    using namespace pkider;
+
     asn_element_t input = asn_contents(pk.params, pk.params_len);
     asn_element_t sets, set;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, sets)) return false;

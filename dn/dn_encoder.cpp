@@ -3,8 +3,8 @@
 #include "der/asn_header.h"
 #include "der/oid_contents.h"
 #include "dn/line_splitter.h"
-#include "dn/printable_dn.h"
 #include "dn/text_sink.h"
+#include "dn/value_decoder.h"
 #include "oid/map.h"
 #include "platform/short_bytes.h"
 

@@ -1,3 +1,5 @@
+#include <pkider/dn.h>
+
 #include "dn/printable_dn.h"
 
 #include <algorithm>

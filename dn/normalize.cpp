@@ -1,7 +1,7 @@
+#include <pkider/dn.h>
+
 #include "dn/dn_decoder.h"
 #include "dn/dn_encoder.h"
-
-#include <pkider/dn.h>
 
 #include <utility>
 

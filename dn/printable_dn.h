@@ -1,49 +1,16 @@
-// The printable form of a distinguished name, taken apart: a line into type=value pairs, and one raw value into the
-// bytes to be encoded and the string type that they need. docs/dn_syntax.md describes the form.
+// The printable form of a distinguished name, taken apart into its type=value pairs. docs/dn_syntax.md describes the
+// form.
 #pragma once
 
-#include "dn/char_classes.h"
-#include "dn/dn_fault.h"
+#include "dn/value_decoder.h"
 
 #include <pkider/dn.h>
 
-#include <cstdint>
-#include <string>
 #include <vector>
 
 namespace pkider {
 
 /// printable_dn_parse, with the fault it found.
 asn_dn_result_t printable_dn_split(const char* dn, std::vector<RDNdescr_t>& out);
-
-/// Contents octets of a value and the identifier octet in front of them.
-struct dn_value_t {
-    const uint8_t* bytes = nullptr;
-    uint64_t length = 0;
-    uint8_t tag = 0;
-};
-
-/// The narrowest string type for text of the given character classes.
-constexpr uint8_t string_tag_for(uint8_t classes) {
-    constexpr uint8_t utf8_string = 0x0C;
-    constexpr uint8_t printable_string = 0x13;
-    constexpr uint8_t ia5_string = 0x16;
-    if ((classes & CHAR_NOT_ASCII) != 0) return utf8_string;
-    return (classes & CHAR_NOT_PRINTABLE) != 0 ? ia5_string : printable_string;
-}
-
-/// The value whose bytes stand as they are in [begin, end), text of the given classes.
-inline dn_value_t dn_text_value(const char* begin, const char* end, uint8_t classes) {
-    return {reinterpret_cast<const uint8_t*>(begin), static_cast<uint64_t>(end - begin), string_tag_for(classes)};
-}
-
-/// Decodes the raw value [begin, end) of a pair: plain with escapes, in quotes, or "#" and hexadecimal DER.
-///
-/// @param scratch  What must be rewritten is put here, never more than `end - begin` bytes. Empty when the value can be
-///                 taken from the line as it stands; of no meaning after a fault.
-/// @param out      Points into the line or into `scratch`. Untouched after a fault.
-/// @return         A fault from DN_FAULT_HEX_COUNT to DN_FAULT_UNESCAPED_SPECIAL has a position relative to the value:
-///                 to `begin` in a plain one, else to the character behind the opening quote or "#".
-asn_dn_result_t printable_dn_value_decode(const char* begin, const char* end, std::string& scratch, dn_value_t& out);
 
 } // namespace pkider

@@ -1,3 +1,5 @@
+#include <pkider/dn.h>
+
 #include "dn/char_classes.h"
 #include "dn/printable_dn.h"
 

@@ -1,6 +1,7 @@
-#include "dn/printable_dn.h"
+#include "dn/value_decoder.h"
 
 #include "der/element_reader.h"
+#include "dn/dn_fault.h"
 
 namespace pkider {
 namespace {

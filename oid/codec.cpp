@@ -1,6 +1,6 @@
-#include "der/oid_contents.h"
-
 #include <pkider/oid.h>
+
+#include "der/oid_contents.h"
 
 #include <charconv>
 

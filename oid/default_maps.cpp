@@ -1,7 +1,7 @@
+#include <pkider/oid.h>
+
 #include "oid/map.h"
 #include "platform/file.h"
-
-#include <pkider/oid.h>
 
 #include <string>
 

@@ -6,8 +6,7 @@
 #include "pkcs12/tags.h"
 #include "pkcs8/encrypted_gost_key.h"
 
-using namespace pkider;
-
+namespace pkider {
 namespace {
 
 // One byte counts as the right version whatever it is, and of more bytes only the first is looked at.
@@ -105,11 +104,14 @@ bool read_authenticated_safe(asn_element_t input, pbe_crypto_t& crypto, pkcs12_e
 }
 
 } // namespace
+} // namespace pkider
 
 // PFX ::= SEQUENCE { version INTEGER, authSafe ContentInfo, macData MacData OPTIONAL }                  (RFC 7292 4)
 //
 // `out` is not emptied first. Required: Pkcs12Reader.RequiredReadingTwiceAppends.
 bool asn_read_pkcs12_easy(const uint8_t* data, uint64_t size, pbe_crypto_t* crypto, pkcs12_easy_t& out) {
+    using namespace pkider;
+
     asn_element_t input = asn_contents(data, size);
     asn_element_t pfx, version, auth_safe, mac_data;
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, pfx)) return false;

@@ -12,8 +12,7 @@
 #include <optional>
 #include <utility>
 
-using namespace pkider;
-
+namespace pkider {
 namespace {
 
 // ContentInfo ::= SEQUENCE { contentType OBJECT IDENTIFIER, content [0] }                              (RFC 2315 7)
@@ -174,8 +173,11 @@ std::string finish_pfx(unfinished_pfx_t pfx, const pkcs12_mac_t& mac) {
 }
 
 } // namespace
+} // namespace pkider
 
 void asn_write_pkcs12_easy(const pkcs12_easy_t& in, pbe_crypto_t* crypto, std::string& out) {
+    using namespace pkider;
+
     unfinished_pfx_t pfx = begin_pfx(in, *crypto);
     pkcs12_mac_t mac;
     const bool made = crypto->make_mac(pfx.safe(), pfx.safe_size, mac);

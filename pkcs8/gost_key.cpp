@@ -5,8 +5,7 @@
 #include "der/element_steps.h"
 #include "pkcs8/private_key_info.h"
 
-using namespace pkider;
-
+namespace pkider {
 namespace {
 
 // clang-format off
@@ -83,8 +82,11 @@ bool skip_written_head(asn_element_t& info, uint32_t& key_type) {
 }
 
 } // namespace
+} // namespace pkider
 
 bool asn_read_pkcs8_pki_gost(const uint8_t* der, uint64_t len, pkcs8_pki_gost_t& out) {
+    using namespace pkider;
+
     // Required: GostKey.RequiredLengthIsTakenAs32Bits.
     asn_element_t input = asn_contents(der, static_cast<uint32_t>(len)), info, private_key;
     uint32_t key_type = 0;
@@ -97,6 +99,8 @@ bool asn_read_pkcs8_pki_gost(const uint8_t* der, uint64_t len, pkcs8_pki_gost_t&
 }
 
 void asn_write_pkcs8_pki_gost(const pkcs8_pki_gost_t& key, std::string& out) {
+    using namespace pkider;
+
     const uint64_t head_size = visit_head(key.key_type, [](const auto& head) { return head.size(); });
     const uint64_t inner_size = asn_checked_element_size(key.key_len);
     const uint64_t info_size = head_size + asn_checked_element_size(inner_size);

@@ -1,7 +1,8 @@
-#include <pkider/pkcs8.h>
+#include "pkcs8/private_key_info.h"
 
 #include "der/element_steps.h"
-#include "pkcs8/private_key_info.h"
+
+#include <pkider/pkcs8.h>
 
 // PrivateKeyInfo ::= SEQUENCE {                                                                       (RFC 5208 5)
 //     version              INTEGER,

@@ -1,4 +1,4 @@
-#include "dn/printable_dn.h"
+#include "dn/value_decoder.h"
 
 #include "tests/dn/char_sets.h"
 #include "tests/support/alloc_failure.h"
