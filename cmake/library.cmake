@@ -50,8 +50,7 @@ else()
   endif()
 endif()
 
-# A room is a folder with a sources.cmake that names its files. Among them are the hot ones, which a row needs with -O3,
-# and the cold ones, which run once a file: -Os keeps the library within its size (docs/performance.md, Load).
+# A room is a folder with a sources.cmake that names its files. Among them are the hot ones, which rows need with -O3.
 # Bench: dn/print, dn/print_rdns, pkcs12/write, pkcs8/write, pkcs8/encrypted_write.
 function(pkider_add_room room)
   include(${PROJECT_SOURCE_DIR}/${room}/sources.cmake)
@@ -59,7 +58,5 @@ function(pkider_add_room room)
   target_sources(pkider PRIVATE ${${room}_sources})
   target_sources(pkider_static PRIVATE ${${room}_sources})
   list(TRANSFORM ${room}_hot_sources PREPEND ${PROJECT_SOURCE_DIR}/${room}/)
-  list(TRANSFORM ${room}_cold_sources PREPEND ${PROJECT_SOURCE_DIR}/${room}/)
   set_source_files_properties(${${room}_hot_sources} PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-O3>)
-  set_source_files_properties(${${room}_cold_sources} PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-Os>)
 endfunction()

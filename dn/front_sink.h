@@ -1,4 +1,5 @@
 // text_sink_t the other way round: text that is put together from its end to its beginning.
+// Bench: dn/print_rdns_reversed.
 #pragma once
 
 #include <cstddef>

@@ -1,6 +1,6 @@
 // Text while it is put together: in a block on the stack, and what outgrows it in one on the heap. A Name is
 // printed in some twenty pieces, each without the book-keeping of std::string. The output is written once, at the end,
-// so that it may hold the input and stays as it was when memory runs out. Bench: dn/print.
+// so that it may hold the input and stays as it was when memory runs out. Bench: dn/encode, dn/print.
 //
 //     char* at = sink.room(3);    // one look at the room for a group of pieces
 //     at[0] = 'C', at[1] = 'N', at[2] = '=';
