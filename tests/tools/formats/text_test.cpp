@@ -1,5 +1,6 @@
 // Hex, base64, PEM, UTF-8 and what is safe to show.
-#include "tools/pkider/cli/input.h"
+#include "tools/pkider/base/failure.h"
+#include "tools/pkider/formats/blocks.h"
 #include "tools/pkider/formats/encodings.h"
 #include "tools/pkider/formats/pem.h"
 #include "tools/pkider/formats/utf8.h"
@@ -14,6 +15,19 @@ namespace {
 /// Secrets are not compared with ==.
 std::optional<std::string> as_text(const std::optional<tool::secret_t>& secret) {
     return secret ? std::optional(std::string(secret->text())) : std::nullopt;
+}
+
+std::vector<tool::block_t> read_pem(std::string_view text) {
+    std::vector<tool::block_t> blocks;
+    tool::pem_reader_t reader(text);
+    for (tool::block_t block; reader.next(block);) blocks.push_back(std::move(block));
+    return blocks;
+}
+
+std::string first_block(const std::string& bytes, tool::input_form_t form) {
+    tool::block_t block;
+    EXPECT_TRUE(tool::block_reader_t(bytes, form).next(block));
+    return std::string(tool::as_text(block.der));
 }
 
 TEST(Hex, ConvertsEveryByte) {
@@ -70,40 +84,40 @@ TEST(Base64, RefusesWhatIsNotWhole) {
 }
 
 TEST(Pem, ReadsBlocksWithTheirLabelsAndLines) {
-    const auto blocks = tool::read_pem("text\r\n-----BEGIN A-----\r\nZm9v\r\nYmFy\r\n-----END A-----\r\n\n"
-                                       "-----BEGIN B C-----  \nProc-Type: 4,ENCRYPTED\nDEK-Info: x\n\nZm8=\n"
-                                       "-----END B C-----");
+    const auto blocks = read_pem("text\r\n-----BEGIN A-----\r\nZm9v\r\nYmFy\r\n-----END A-----\r\n\n"
+                                 "-----BEGIN B C-----  \nProc-Type: 4,ENCRYPTED\nDEK-Info: x\n\nZm8=\n"
+                                 "-----END B C-----");
     ASSERT_EQ(blocks.size(), 2u);
     EXPECT_EQ(blocks[0].label, "A");
     EXPECT_EQ(blocks[0].line, 2u);
-    EXPECT_EQ(blocks[0].der.text(), "foobar");
+    EXPECT_EQ(blocks[0].decoded.text(), "foobar");
     EXPECT_EQ(blocks[0].fault, "");
     EXPECT_EQ(blocks[1].label, "B C");
     EXPECT_EQ(blocks[1].line, 7u);
-    EXPECT_EQ(blocks[1].der.text(), "fo");
+    EXPECT_EQ(blocks[1].decoded.text(), "fo");
 }
 
 TEST(Pem, GoesOnBehindAFaultyBlock) {
-    const auto blocks = tool::read_pem("-----BEGIN A-----\nZm9\n-----END A-----\n"
-                                       "-----BEGIN B-----\nZm9v\n-----END C-----\n"
-                                       "-----BEGIN D-----\nZm9v\n-----END D-----\n"
-                                       "-----BEGIN E-----\nZm9v\n");
+    const auto blocks = read_pem("-----BEGIN A-----\nZm9\n-----END A-----\n"
+                                 "-----BEGIN B-----\nZm9v\n-----END C-----\n"
+                                 "-----BEGIN D-----\nZm9v\n-----END D-----\n"
+                                 "-----BEGIN E-----\nZm9v\n");
     ASSERT_EQ(blocks.size(), 4u);
     EXPECT_EQ(blocks[0].fault, "the base64 digits are faulty");
     EXPECT_EQ(blocks[1].fault, "END line 6 names another label");
     EXPECT_EQ(blocks[2].fault, "");
     EXPECT_EQ(blocks[3].fault, "no END line");
-    for (std::size_t i : {0u, 1u, 3u}) EXPECT_EQ(blocks[i].der.text(), "");
+    for (std::size_t i : {0u, 1u, 3u}) EXPECT_EQ(blocks[i].decoded.text(), "");
 }
 
 // A block whose END line is lost does not swallow the next one.
 TEST(Pem, EndsABlockWhereTheNextBegins) {
-    const auto blocks = tool::read_pem("-----BEGIN A-----\nZm9v\n-----BEGIN B-----\nZm9v\n-----END B-----\n");
+    const auto blocks = read_pem("-----BEGIN A-----\nZm9v\n-----BEGIN B-----\nZm9v\n-----END B-----\n");
     ASSERT_EQ(blocks.size(), 2u);
     EXPECT_EQ(blocks[0].fault, "no END line");
     EXPECT_EQ(blocks[1].label, "B");
     EXPECT_EQ(blocks[1].line, 3u);
-    EXPECT_EQ(blocks[1].der.text(), "foo");
+    EXPECT_EQ(blocks[1].decoded.text(), "foo");
 }
 
 TEST(Pem, IsOnlySeenInAWholeBeginLine) {
@@ -112,7 +126,7 @@ TEST(Pem, IsOnlySeenInAWholeBeginLine) {
     EXPECT_FALSE(tool::looks_like_pem("x -----BEGIN A-----"));
     EXPECT_FALSE(tool::looks_like_pem("-----BEGIN A-----x"));
     EXPECT_FALSE(tool::looks_like_pem(std::string("\n-----BEGIN \0-----END ", 22)));
-    EXPECT_TRUE(tool::read_pem("-----BEGIN A----\n-----BEGIN \n-----BEGIN --\n-----END A-----\n").empty());
+    EXPECT_TRUE(read_pem("-----BEGIN A----\n-----BEGIN \n-----BEGIN --\n-----END A-----\n").empty());
 }
 
 struct pem_row_t {
@@ -126,10 +140,10 @@ struct pem_row_t {
 class PemBlock : public testing::TestWithParam<pem_row_t> {};
 
 TEST_P(PemBlock, IsRead) {
-    const auto blocks = tool::read_pem(GetParam().text);
+    const auto blocks = read_pem(GetParam().text);
     ASSERT_EQ(blocks.size(), 1u);
     EXPECT_EQ(blocks[0].label, GetParam().label);
-    EXPECT_EQ(blocks[0].der.text(), GetParam().der);
+    EXPECT_EQ(blocks[0].decoded.text(), GetParam().der);
     EXPECT_EQ(blocks[0].fault, GetParam().fault);
 }
 
@@ -179,10 +193,46 @@ TEST(InputBlocks, AreReadBehindAByteOrderMark) {
     using tool::input_form_t;
     const std::string mark = "\xEF\xBB\xBF";
     for (const std::string text : {"3000", "MAA=", "-----BEGIN A-----\nMAA=\n-----END A-----\n"}) {
-        EXPECT_EQ(tool::read_blocks(mark + text, input_form_t::guess).at(0).der.text(), std::string("0\0", 2)) << text;
+        EXPECT_EQ(first_block(mark + text, input_form_t::guess), std::string("0\0", 2)) << text;
     }
-    EXPECT_EQ(tool::read_blocks(mark + "MAA=", input_form_t::base64).at(0).der.text(), std::string("0\0", 2));
-    EXPECT_EQ(tool::read_blocks(mark, input_form_t::der).at(0).der.text(), mark) << "DER has no mark";
+    EXPECT_EQ(first_block(mark + "MAA=", input_form_t::base64), std::string("0\0", 2));
+    EXPECT_EQ(first_block(mark, input_form_t::der), mark) << "DER has no mark";
+}
+
+TEST(InputBlocks, HaveTheFormThatWasFound) {
+    using tool::input_form_t;
+    constexpr std::pair<const char*, input_form_t> rows[] = {
+        {"0\x80", input_form_t::der},
+        {"3000", input_form_t::hex},
+        {"MAA=", input_form_t::base64},
+        {"-----BEGIN A-----\nMAA=\n-----END A-----\n", input_form_t::pem},
+    };
+    for (const auto& [bytes, form] : rows) {
+        tool::block_reader_t reader(bytes, input_form_t::guess);
+        tool::block_t block;
+        ASSERT_TRUE(reader.next(block)) << bytes;
+        EXPECT_EQ(block.form, form) << bytes;
+        EXPECT_FALSE(reader.next(block)) << bytes;
+    }
+}
+
+TEST(InputBlocks, OfOtherTextAreAFaultOrDer) {
+    tool::block_t block;
+    EXPECT_THROW(tool::block_reader_t("some text", tool::input_form_t::guess).next(block), tool::data_fault_t);
+    tool::block_reader_t passing("some text", tool::input_form_t::guess, tool::other_text_t::passes);
+    ASSERT_TRUE(passing.next(block));
+    EXPECT_EQ(block.form, tool::input_form_t::der);
+    EXPECT_EQ(tool::as_text(block.der), "some text");
+}
+
+TEST(InputBlocks, AreIndependentOfTheInputOnceDetached) {
+    std::string bytes = "0\x80";
+    tool::block_t block;
+    tool::block_reader_t(bytes, tool::input_form_t::der).next(block);
+    block.detach();
+    const tool::block_t moved = std::move(block);
+    bytes = "xx";
+    EXPECT_EQ(tool::as_text(moved.der), "0\x80");
 }
 
 TEST(Utf8, StepsOverWholeCharacters) {

@@ -2,8 +2,8 @@
 
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/base/secret.h"
-#include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/option_checks.h"
+#include "tools/pkider/formats/blocks.h"
 #include "tools/pkider/formats/encodings.h"
 #include "tools/pkider/io/output.h"
 
@@ -75,14 +75,15 @@ void write_blocks(const file_options_t& options, std::span<const written_block_t
     const wipe_guard_t wipe_bytes(bytes);
     const auto read_back = [&](std::string_view on_disk) {
         const input_form_t form = options.form == written_form_t::pem ? input_form_t::pem : input_form_t::der;
-        const std::vector<block_t> read = read_blocks(on_disk, form);
-        bool equal = read.size() == blocks.size();
-        for (std::size_t i = 0; equal && i < read.size(); ++i) {
-            equal =
-                read[i].der.text() == blocks[i].der && (form == input_form_t::der || read[i].label == blocks[i].label);
-            if (equal && look) look(read[i].der.text());
+        block_reader_t reader(on_disk, form);
+        block_t read;
+        bool equal = true;
+        for (const written_block_t& block : blocks) {
+            equal = equal && reader.next(read) && as_text(read.der) == block.der &&
+                    (form == input_form_t::der || read.label == block.label);
+            if (equal && look) look(as_text(read.der));
         }
-        if (!equal) throw failure_t(exit_code_t::internal, "what was written does not read back");
+        if (!equal || reader.next(read)) throw failure_t(exit_code_t::internal, "what was written does not read back");
     };
 
     if (options.path.empty()) {

@@ -1,11 +1,9 @@
 set(tool_cli_sources
   bracket_shield.cpp
   caret.cpp
-  der_input.cpp
   faults.cpp
   file_options.cpp
   input.cpp
-  key_block.cpp
   map_options.cpp
   output_options.cpp
   pbe_options.cpp

@@ -46,8 +46,7 @@ class lister_t {
 
     exit_code_t run() {
         const exit_code_t code =
-            for_each_input(m_options.files, m_json,
-                           [this](const std::string& file, std::string_view bytes) { return list_file(file, bytes); });
+            for_each_file(m_options.files, m_json, [this](const std::string& file) { return list_file(file); });
         m_json.end();
         if (!m_options.round_trip) return code;
         if (m_options.form == output_form_t::text) print_counts();
@@ -55,19 +54,19 @@ class lister_t {
     }
 
   private:
-    exit_code_t list_file(const std::string& file, std::string_view bytes) {
+    exit_code_t list_file(const std::string& file) {
         exit_code_t worst = exit_code_t::done;
         std::size_t index = 0;
-        for (const block_t& block : read_blocks(bytes, m_options.in)) {
-            if (may_be_certificate(block.label)) worst = worse(worst, list_block(file, block, index));
-        }
+        for_each_block(file, {.form = m_options.in}, [&](const block_t& block) {
+            if (may_be_certificate(block.label)) worst = worse(worst, list_block(input_name(file), block, index));
+        });
         if (index == 0) throw data_fault_t("no certificate in it");
         return worst;
     }
 
     // One certificate, or several one behind the other where the input is bare DER.
     exit_code_t list_block(const std::string& file, const block_t& block, std::size_t& index) {
-        der_cursor_t der(block.der.view());
+        der_cursor_t der(block.der);
         do {
             ++index;
             const json_t head = {{"file", json_text(file)}, {"index", index}};

@@ -2,7 +2,7 @@
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/cli/command.h"
-#include "tools/pkider/cli/der_input.h"
+#include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/option_checks.h"
 #include "tools/pkider/cli/output_options.h"
@@ -35,7 +35,7 @@ class printer_t {
     printer_t(const options_t& options, oid_map_handle_t map, json_array_t& results)
         : m_options(options), m_map(map), m_results(results) {}
 
-    void print_input(const der_input_t& input) {
+    void print_input(const input_t& input) {
         const der_tree_t tree(input.der.size());
         der_walker_t walker(input.der, m_options.walk);
         if (!in_json()) print_heading(input, m_options.files.size());
@@ -52,7 +52,7 @@ class printer_t {
   private:
     bool in_json() const { return m_options.output == output_form_t::json; }
 
-    void print_node(const der_tree_t& tree, const der_input_t& input, const der_node_t& node) {
+    void print_node(const der_tree_t& tree, const input_t& input, const der_node_t& node) {
         const bool has_value = !node.constructed() && !node.opened;
         const der_value_t value =
             has_value ? describe_value(node, m_options.all_bytes ? no_limit : m_options.max_bytes, m_map)
@@ -63,7 +63,7 @@ class printer_t {
         m_results.add(json);
     }
 
-    void print_stop(const der_input_t& input, std::uint64_t num_printed) {
+    void print_stop(const input_t& input, std::uint64_t num_printed) {
         if (!in_json()) return print("... stopped after " + count_text(num_printed, "element") + "\n");
         json_t json = json_source(input);
         json["stopped_after"] = num_printed;
@@ -71,7 +71,7 @@ class printer_t {
     }
 
     /// The place of the fault in the tree, then the failure, for standard error and JSON.
-    [[noreturn]] void print_fault(const der_tree_t& tree, const der_input_t& input, const walk_fault_t& fault) {
+    [[noreturn]] void print_fault(const der_tree_t& tree, const input_t& input, const walk_fault_t& fault) {
         if (!in_json()) print(tree.fault_lines(fault, input.der));
         flush_output();
         throw as_failure(fault);
@@ -86,7 +86,7 @@ exit_code_t run(const options_t& options) {
     const map_in_force_t map(options.map);
     json_array_t results(options.output);
     printer_t printer(options, map.handle(), results);
-    const exit_code_t worst = for_each_der(options.files, options.form, results, [&](const der_input_t& input) {
+    const exit_code_t worst = for_each_input(options.files, {.form = options.form}, results, [&](const input_t& input) {
         printer.print_input(input);
         return exit_code_t::done;
     });

@@ -2,8 +2,8 @@
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/cli/command.h"
-#include "tools/pkider/cli/der_input.h"
 #include "tools/pkider/cli/faults.h"
+#include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/output_options.h"
 #include "tools/pkider/explain/faithful_lengths.h"
 #include "tools/pkider/facts/alg_names.h"
@@ -50,7 +50,7 @@ std::string read_digest(const wrap_options_t& options) {
         if (!digest) throw usage_fault_t("not hex");
         return std::string(digest->text());
     }
-    return std::string(read_only_block(read_file(options.file).text(), options.form).der.text());
+    return std::string(as_text(read_only_block(options.file, options.form).der));
 }
 
 std::string wrap_digest(std::string digest, pki_alg_t hash, bool any_size) {
@@ -93,7 +93,7 @@ bytes_t find_digest(bytes_t der) {
     return info.next(asn_tag_t::OCTET_STRING, "an OCTET STRING, the digest").contents;
 }
 
-exit_code_t read_one(const der_input_t& input, const read_options_t& options, json_array_t& results) {
+exit_code_t read_one(const input_t& input, const read_options_t& options, json_array_t& results) {
     asn_algorid_t algorithm;
     const std::string whole(as_text(input.der));
     const bytes_t digest = find_digest(as_bytes(whole));
@@ -119,8 +119,8 @@ exit_code_t read_one(const der_input_t& input, const read_options_t& options, js
 
 exit_code_t read(const read_options_t& options) {
     json_array_t results(options.output);
-    const exit_code_t worst = for_each_der(options.files, options.form, results,
-                                           [&](const der_input_t& input) { return read_one(input, options, results); });
+    const exit_code_t worst = for_each_input(options.files, {.form = options.form}, results,
+                                             [&](const input_t& input) { return read_one(input, options, results); });
     results.end();
     return worst;
 }

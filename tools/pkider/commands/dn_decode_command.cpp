@@ -23,22 +23,23 @@ struct options_t {
 };
 
 // The Name's own bytes; the library ignores what stands behind them.
-bytes_t cut_to_name(const std::string& source, bytes_t der) {
-    der_cursor_t cursor(der);
+bytes_t cut_to_name(const input_t& input) {
+    der_cursor_t cursor(input.der);
     const bytes_t name = cursor.next(asn_tag_t::SEQUENCE, "a Name (a SEQUENCE)").whole;
     if (!cursor.at_end())
-        report_note(source + ": " + count_text(der.size() - name.size(), "byte") + " behind the name");
+        report_note(input.name + ": " + count_text(cursor.remaining().size(), "byte") + " behind the name");
     return name;
 }
 
 exit_code_t decode(const options_t& options) {
     const map_in_force_t map(options.map);
+    const input_rules_t rules{.form = options.in, .arguments = arguments_t::files_or_hex};
     json_array_t json(options.form);
-    const auto decode_block = [&](const std::string& file, const block_t& block) {
-        const std::string name = print_name(block.der.view(), map.handle(), options.reversed);
-        const std::string_view der = as_text(cut_to_name(block_name(file, block), block.der.view()));
+    const auto decode_input = [&](const input_t& input) {
+        const std::string name = print_name(input.der, map.handle(), options.reversed);
+        const std::string_view der = as_text(cut_to_name(input));
         if (options.form == output_form_t::json) {
-            json_t result = json_source(file, block);
+            json_t result = json_source(input);
             result["name"] = json_text(name);
             result["der"] = to_hex(der);
             json.add(result);
@@ -49,7 +50,7 @@ exit_code_t decode(const options_t& options) {
         }
         return exit_code_t::done;
     };
-    const exit_code_t code = for_each_block(options.files, options.in, json, decode_block, arguments_t::files_or_hex);
+    const exit_code_t code = for_each_input(options.files, rules, json, decode_input);
     json.end();
     return code;
 }

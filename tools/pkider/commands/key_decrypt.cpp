@@ -3,7 +3,7 @@
 #include "tools/pkider/base/secret.h"
 #include "tools/pkider/cli/faults.h"
 #include "tools/pkider/cli/file_options.h"
-#include "tools/pkider/cli/key_block.h"
+#include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/pbe_options.h"
 #include "tools/pkider/commands/key_command.h"
 #include "tools/pkider/facts/encrypted_key.h"
@@ -21,12 +21,12 @@ struct options_t {
 };
 
 exit_code_t decrypt(const options_t& options) {
-    const block_t input = read_key_block(options.file, options.form, "ENCRYPTED PRIVATE KEY");
-    const encrypted_key_t key = read_encrypted_key(input.der.view());
+    const block_t input = read_only_key(options.file, options.form, "ENCRYPTED PRIVATE KEY");
+    const encrypted_key_t key = read_encrypted_key(input.der);
     check_decryptable(key);
     gost_pbe_t crypto =
         make_pbe(options.password, read_password(options.password, "Password of " + input_name(options.file)));
-    std::string plain = decrypt_key(key, input.der.view(), crypto);
+    std::string plain = decrypt_key(key, input.der, crypto);
     const wipe_guard_t wipe_plain(plain);
     const written_block_t block{"PRIVATE KEY", plain};
     write_blocks(options.output, {&block, 1});

@@ -3,7 +3,7 @@
 #include "tools/pkider/base/secret.h"
 #include "tools/pkider/cli/faults.h"
 #include "tools/pkider/cli/file_options.h"
-#include "tools/pkider/cli/key_block.h"
+#include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/pbe_options.h"
 #include "tools/pkider/commands/key_command.h"
 #include "tools/pkider/facts/private_key.h"
@@ -23,7 +23,7 @@ struct options_t {
 
 void check_key(const block_t& input) {
     if (input.label == "ENCRYPTED PRIVATE KEY") throw data_fault_t("the key is encrypted already");
-    const private_key_t key = read_private_key(input.der.view());
+    const private_key_t key = read_private_key(input.der);
     if (!key.is_gost) throw data_fault_t("no GOST key: " + private_key_line(key));
     if (!key.gost) throw data_fault_t("the key lacks its inner OCTET STRING; 'pkider key wrap' puts it around the key");
 }
@@ -41,7 +41,7 @@ void compare(std::string_view meant, std::string_view der, gost_pbe_t& crypto) {
 }
 
 exit_code_t encrypt(const options_t& options) {
-    const block_t input = read_key_block(options.file, options.form, "PRIVATE KEY");
+    const block_t input = read_only_key(options.file, options.form, "PRIVATE KEY");
     check_key(input);
     secret_t password = read_password(
         options.password, "New password of " + (options.output.path.empty() ? "the key" : options.output.path),
@@ -50,10 +50,11 @@ exit_code_t encrypt(const options_t& options) {
 
     pkcs8_encrypted_pki_gost_t record;
     std::string storage, der;
-    crypto.encrypt_key(input.der.view(), record, storage);
+    crypto.encrypt_key(input.der, record, storage);
     asn_write_pkcs8_encrypted_pki_gost(record, der);
     const written_block_t block{"ENCRYPTED PRIVATE KEY", der};
-    write_blocks(options.output, {&block, 1}, [&](std::string_view read) { compare(input.der.text(), read, crypto); });
+    write_blocks(options.output, {&block, 1},
+                 [&](std::string_view read) { compare(as_text(input.der), read, crypto); });
     return exit_code_t::done;
 }
 

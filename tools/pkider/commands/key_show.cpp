@@ -2,7 +2,7 @@
 // key_show_private.cpp.
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
-#include "tools/pkider/cli/der_input.h"
+#include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/output_options.h"
 #include "tools/pkider/commands/key_command.h"
@@ -58,7 +58,7 @@ std::string hex_block(const char* name, bytes_t bytes) {
     return text;
 }
 
-std::string key_text(const der_input_t& input, const public_key_t& key) {
+std::string key_text(const input_t& input, const public_key_t& key) {
     std::string text = printable(input.name) + ": " + printable(public_key_line(key)) + "\n";
     const auto add = [&text](const std::string& label, const std::string& value) {
         constexpr std::size_t label_width = 12;
@@ -71,7 +71,7 @@ std::string key_text(const der_input_t& input, const public_key_t& key) {
     return text + hex_block("key", key.bits);
 }
 
-json_t key_json(const der_input_t& input, const public_key_t& key) {
+json_t key_json(const input_t& input, const public_key_t& key) {
     json_t json = json_source(input);
     json.update(public_key_json(key));
     if (key.rsa) {
@@ -82,7 +82,7 @@ json_t key_json(const der_input_t& input, const public_key_t& key) {
     return json;
 }
 
-exit_code_t show(const der_input_t& input, const options_t& options, oid_map_handle_t map, json_array_t& results) {
+exit_code_t show(const input_t& input, const options_t& options, oid_map_handle_t map, json_array_t& results) {
     const file_kind_t kind = recognise(input.der);
     if (is_private_key(kind)) {
         if (options.output == output_form_t::json) {
@@ -105,7 +105,7 @@ exit_code_t show(const der_input_t& input, const options_t& options, oid_map_han
 exit_code_t run(const options_t& options) {
     const map_in_force_t map(options.map);
     json_array_t results(options.output);
-    const exit_code_t worst = for_each_der(options.files, options.form, results, [&](const der_input_t& input) {
+    const exit_code_t worst = for_each_input(options.files, {.form = options.form}, results, [&](const input_t& input) {
         return show(input, options, map.handle(), results);
     });
     results.end();

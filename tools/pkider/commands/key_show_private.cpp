@@ -19,7 +19,7 @@ namespace {
 /// What there is to show: a key, how it is encrypted, or both when it was opened.
 class shown_key_t {
   public:
-    shown_key_t(const der_input_t& input, const private_show_options_t& options) {
+    shown_key_t(const input_t& input, const private_show_options_t& options) {
         if (recognise(input.der) == file_kind_t::private_key) {
             m_key = read_private_key(input.der);
             return;
@@ -66,7 +66,7 @@ bool is_private_key(file_kind_t kind) {
     return kind == file_kind_t::private_key || kind == file_kind_t::encrypted_private_key;
 }
 
-std::string private_key_text(const der_input_t& input, const private_show_options_t& options) {
+std::string private_key_text(const input_t& input, const private_show_options_t& options) {
     const shown_key_t shown(input, options);
     std::string text =
         printable(input.name) + (shown.protection().empty() ? ": private key" : ": encrypted private key");
@@ -80,7 +80,7 @@ std::string private_key_text(const der_input_t& input, const private_show_option
     return text + field("private key", options.reveal ? to_hex(as_text(shown.octets())) : "not shown without --reveal");
 }
 
-json_t private_key_json(const der_input_t& input, const private_show_options_t& options) {
+json_t private_key_json(const input_t& input, const private_show_options_t& options) {
     const shown_key_t shown(input, options);
     json_t json = json_source(input);
     if (!shown.protection().empty()) {

@@ -2,7 +2,7 @@
 // them.
 #pragma once
 
-#include "tools/pkider/cli/der_input.h"
+#include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/pbe_options.h"
 #include "tools/pkider/facts/file_kind.h"
 #include "tools/pkider/io/output.h"
@@ -26,9 +26,9 @@ void add_private_show_options(CLI::App& command, private_show_options_t& options
 bool is_private_key(file_kind_t kind);
 
 /// A few lines, ready to be printed. @throws failure_t
-std::string private_key_text(const der_input_t& input, const private_show_options_t& options);
+std::string private_key_text(const input_t& input, const private_show_options_t& options);
 
 /// @throws failure_t
-json_t private_key_json(const der_input_t& input, const private_show_options_t& options);
+json_t private_key_json(const input_t& input, const private_show_options_t& options);
 
 } // namespace tool

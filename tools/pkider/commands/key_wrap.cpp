@@ -3,7 +3,7 @@
 #include "tools/pkider/base/secret.h"
 #include "tools/pkider/cli/faults.h"
 #include "tools/pkider/cli/file_options.h"
-#include "tools/pkider/cli/key_block.h"
+#include "tools/pkider/cli/input.h"
 #include "tools/pkider/commands/key_command.h"
 #include "tools/pkider/facts/private_key.h"
 #include "tools/pkider/formats/der_header.h"
@@ -67,8 +67,8 @@ std::string wrap_info(bytes_t info) {
 }
 
 exit_code_t wrap(const options_t& options) {
-    const block_t input = read_key_block(options.file, options.form, "PRIVATE KEY");
-    const bytes_t given = input.der.view();
+    const block_t input = read_only_key(options.file, options.form, "PRIVATE KEY");
+    const bytes_t given = input.der;
     std::string wrapped = options.kind ? wrap_octets(given, *options.kind) : wrap_info(given);
     const wipe_guard_t wipe_wrapped(wrapped);
 

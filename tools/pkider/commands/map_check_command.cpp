@@ -98,8 +98,8 @@ exit_code_t check_file(const std::string& file, std::string_view text, const opt
 
 exit_code_t check(const options_t& options) {
     json_array_t json(options.form);
-    const exit_code_t code = for_each_input(options.files, json, [&](const std::string& file, std::string_view text) {
-        return check_file(file, text, options, json);
+    const exit_code_t code = for_each_file(options.files, json, [&](const std::string& file) {
+        return check_file(input_name(file), read_file(file).text(), options, json);
     });
     json.end();
     return code;

@@ -42,12 +42,12 @@ struct items_t {
 void check_item(pkcs12_item_type_t type, const block_t& block) {
     if (!block.fault.empty()) throw data_fault_t(block.fault);
     if (type == PKCS12_ITEM_CERT) {
-        certificate_subject(block.der.view(), {});
+        certificate_subject(block.der, {});
         return;
     }
     if (block.label == "ENCRYPTED PRIVATE KEY")
         throw data_fault_t("the key is encrypted; 'pkider key decrypt' opens it");
-    read_private_key(block.der.view());
+    read_private_key(block.der);
 }
 
 /// Whether a block of a file belongs to what is taken from it: a PEM file may hold both kinds.
@@ -74,13 +74,13 @@ void add_item(const source_t& source, bool first, secret_t der, const options_t&
 }
 
 void add_source(const source_t& source, const options_t& options, items_t& items) {
-    const secret_t bytes = read_file(source.path);
     std::size_t added = 0;
-    for (block_t& block : read_blocks(bytes.text(), input_form_t::guess)) {
-        if (!is_of_type(source.type, block)) continue;
+    for_each_block(source.path, {}, [&](block_t& block) {
+        if (!is_of_type(source.type, block)) return;
         check_item(source.type, block);
-        add_item(source, added++ == 0, std::move(block.der), options, items);
-    }
+        block.detach();
+        add_item(source, added++ == 0, std::move(block.decoded), options, items);
+    });
     if (added == 0)
         throw data_fault_t(source.type == PKCS12_ITEM_KEY ? "no private key in it" : "no certificate in it");
 }

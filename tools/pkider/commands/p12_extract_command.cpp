@@ -84,12 +84,8 @@ exit_code_t extract(const options_t& options, const std::string& name, bytes_t f
 
 exit_code_t run(const options_t& options) {
     if (!options.output.path.empty()) check_output_file(options.output.path, options.output.force);
-    const secret_t bytes = read_file(options.file);
     const std::string name = input_name(options.file);
-    return guarded(name, [&] {
-        const block_t block = read_only_block(bytes.text(), options.form);
-        return extract(options, name, block.der.view());
-    });
+    return guarded(name, [&] { return extract(options, name, read_only_block(options.file, options.form).der); });
 }
 
 } // namespace

@@ -95,26 +95,25 @@ exit_code_t run(const options_t& options) {
     const map_in_force_t map(options.map);
     password_once_t password(options.password);
     json_array_t results(options.output);
-    const exit_code_t code =
-        for_each_block(options.files, options.form, results, [&](const std::string& name, const block_t& block) {
-            const bytes_t file = block.der.view();
-            const pfx_t pfx = read_pfx(file);
-            gost_pbe_t crypto = make_pbe(options.password, password.get(name));
-            const p12_reading_t reading = read_p12(file, crypto);
-            const p12_outline_t outline = outline_p12(file, reading);
-            const std::string mac = mac_text(pfx.mac, crypto.mac_form());
-            if (options.output == output_form_t::json) {
-                json_t json = json_source(name, block);
-                json["mac"] = json_text(mac);
-                json["contents"] = outline_json(outline, map.handle());
-                results.add(json);
-            } else {
-                print(printable(name) + ": MAC " + mac + "\n");
-                print_outline(outline, map.handle());
-            }
-            if (outline.fault) throw data_fault_t(*outline.fault); // what stood before it has been shown
-            return exit_code_t::done;
-        });
+    const exit_code_t code = for_each_input(options.files, {.form = options.form}, results, [&](const input_t& input) {
+        const std::string name = input_name(input.file);
+        const pfx_t pfx = read_pfx(input.der);
+        gost_pbe_t crypto = make_pbe(options.password, password.get(name));
+        const p12_reading_t reading = read_p12(input.der, crypto);
+        const p12_outline_t outline = outline_p12(input.der, reading);
+        const std::string mac = mac_text(pfx.mac, crypto.mac_form());
+        if (options.output == output_form_t::json) {
+            json_t json = json_source(input);
+            json["mac"] = json_text(mac);
+            json["contents"] = outline_json(outline, map.handle());
+            results.add(json);
+        } else {
+            print(printable(name) + ": MAC " + mac + "\n");
+            print_outline(outline, map.handle());
+        }
+        if (outline.fault) throw data_fault_t(*outline.fault); // what stood before it has been shown
+        return exit_code_t::done;
+    });
     results.end();
     return code;
 }

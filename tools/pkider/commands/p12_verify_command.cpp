@@ -19,8 +19,9 @@ struct options_t {
 exit_code_t run(const options_t& options) {
     password_once_t password(options.password);
     json_array_t no_json(output_form_t::text);
-    return for_each_block(options.files, options.form, no_json, [&](const std::string& name, const block_t& block) {
-        const pfx_t pfx = read_pfx(block.der.view());
+    return for_each_input(options.files, {.form = options.form}, no_json, [&](const input_t& input) {
+        const std::string name = input_name(input.file);
+        const pfx_t pfx = read_pfx(input.der);
         gost_pbe_t crypto = make_pbe(options.password, password.get(name));
         check_mac(pfx, crypto);
         print(printable(name) + ": the MAC is right: " + mac_text(pfx.mac, crypto.mac_form()) + "\n");

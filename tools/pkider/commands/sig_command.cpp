@@ -2,7 +2,7 @@
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/cli/command.h"
-#include "tools/pkider/cli/der_input.h"
+#include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/option_checks.h"
 #include "tools/pkider/cli/output_options.h"
@@ -27,11 +27,17 @@ struct options_t {
     map_options_t map;
 };
 
+/// The size for the functions that take 32 bits of it.
+std::uint32_t size32(bytes_t bytes) {
+    if (bytes.size() > UINT32_MAX) throw data_fault_t("more than 4 GiB");
+    return static_cast<std::uint32_t>(bytes.size());
+}
+
 std::string number_line(const char* name, bytes_t number) {
     return std::string(name) + "  " + to_hex(as_text(number)) + "  (" + count_text(bit_length(number), "bit") + ")\n";
 }
 
-exit_code_t show_dsa(const der_input_t& input, const options_t& options, json_array_t& results) {
+exit_code_t show_dsa(const input_t& input, const options_t& options, json_array_t& results) {
     asn_dsa_certsign_t signature;
     if (!asn_read_dsa_certsign(input.der.data(), size32(input.der), signature)) {
         der_cursor_t top(input.der); // finds the place
@@ -55,7 +61,7 @@ exit_code_t show_dsa(const der_input_t& input, const options_t& options, json_ar
     return exit_code_t::done;
 }
 
-exit_code_t show_ike(const der_input_t& input, const options_t& options, oid_map_handle_t map, json_array_t& results) {
+exit_code_t show_ike(const input_t& input, const options_t& options, oid_map_handle_t map, json_array_t& results) {
     const auto algorithm = read_signature_algorithm(input.der, map);
     if (!algorithm) {
         der_cursor_t top(input.der);
@@ -100,8 +106,8 @@ exit_code_t make_ike(const options_t& options) {
 
 exit_code_t run_dsa(const options_t& options) {
     json_array_t results(options.output);
-    const exit_code_t worst = for_each_der(options.files, options.form, results,
-                                           [&](const der_input_t& input) { return show_dsa(input, options, results); });
+    const exit_code_t worst = for_each_input(options.files, {.form = options.form}, results,
+                                             [&](const input_t& input) { return show_dsa(input, options, results); });
     results.end();
     return worst;
 }
@@ -113,7 +119,7 @@ exit_code_t run_ike(const options_t& options) {
     }
     const map_in_force_t map(options.map);
     json_array_t results(options.output);
-    const exit_code_t worst = for_each_der(options.files, options.form, results, [&](const der_input_t& input) {
+    const exit_code_t worst = for_each_input(options.files, {.form = options.form}, results, [&](const input_t& input) {
         return show_ike(input, options, map.handle(), results);
     });
     results.end();

@@ -2,7 +2,7 @@
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/cli/command.h"
-#include "tools/pkider/cli/der_input.h"
+#include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/output_options.h"
 #include "tools/pkider/facts/file_facts.h"
@@ -50,7 +50,7 @@ std::string shell_word(std::string word) {
 }
 
 struct finding_t {
-    der_input_t input;
+    input_t input;
     file_kind_t kind = file_kind_t::none;
     facts_t facts;
 
@@ -70,7 +70,7 @@ void refuse_damaged(bytes_t der) {
     if (walker.fault()) throw as_failure(*walker.fault());
 }
 
-finding_t look_at(const der_input_t& input, oid_map_handle_t map) {
+finding_t look_at(const input_t& input, oid_map_handle_t map) {
     finding_t finding{input, recognise(input.der), {}};
     if (finding.kind == file_kind_t::none) refuse_damaged(input.der);
     finding.facts = describe_file(finding.kind, input.der, map);
@@ -79,7 +79,7 @@ finding_t look_at(const der_input_t& input, oid_map_handle_t map) {
 }
 
 void print_finding(const finding_t& finding) {
-    const der_input_t& input = finding.input;
+    const input_t& input = finding.input;
     std::string text = printable(input.name) + ": " + kind_name(finding.kind);
     if (finding.kind != file_kind_t::none || !input.label.empty()) text += std::string(", ") + form_name(input.form);
     if (!input.label.empty()) text += " " + printable(input.label);
@@ -94,7 +94,7 @@ void print_finding(const finding_t& finding) {
 }
 
 json_t finding_json(const finding_t& finding) {
-    const der_input_t& input = finding.input;
+    const input_t& input = finding.input;
     json_t json = json_source(input);
     json["form"] = form_name(input.form);
     if (!input.label.empty()) json["label"] = json_text(input.label);
@@ -109,7 +109,7 @@ json_t finding_json(const finding_t& finding) {
 void print_counts(const std::vector<finding_t>& findings) {
     std::map<file_kind_t, std::size_t> counts;
     for (const finding_t& finding : findings) ++counts[finding.kind];
-    const der_input_t& input = findings.front().input;
+    const input_t& input = findings.front().input;
     std::string text = printable(input_name(input.file)) + ": PEM, " + count_text(findings.size(), "block") + ":";
     const char* separator = " ";
     for (const auto& [kind, count] : counts) {
@@ -156,13 +156,14 @@ exit_code_t run(const options_t& options) {
     const map_in_force_t map(options.map);
     json_array_t results(options.output);
     findings_t findings(results, options.output);
-    const auto look = [&](const der_input_t& input) {
+    const input_rules_t rules{.form = options.form, .other_text = other_text_t::passes};
+    const auto look = [&](const input_t& input) {
         findings.add(look_at(input, map.handle()));
         return exit_code_t::done;
     };
     exit_code_t worst = exit_code_t::done;
     for (const std::string& file : or_standard_input(options.files)) {
-        worst = worse(worst, for_each_der({file}, options.form, results, look, other_text_t::passes));
+        worst = worse(worst, for_each_input({file}, rules, results, look));
         findings.end_file();
     }
     results.end();

@@ -24,12 +24,6 @@ secret_t decode(std::optional<secret_t> decoded, const char* form) {
     return std::move(*decoded);
 }
 
-std::vector<block_t> one_block(secret_t der) {
-    std::vector<block_t> blocks(1);
-    blocks[0].der = std::move(der);
-    return blocks;
-}
-
 } // namespace
 
 input_form_t guess_form(std::string_view bytes) {
@@ -43,31 +37,43 @@ input_form_t guess_form(std::string_view bytes) {
     return from_hex(text) ? input_form_t::hex : input_form_t::base64;
 }
 
-std::vector<block_t> read_blocks(std::string_view bytes, input_form_t form) {
-    if (bytes.empty()) throw data_fault_t("empty input");
-    const bool guessed = form == input_form_t::guess;
-    if (guessed) form = guess_form(bytes);
-    const std::string_view text = without_byte_order_mark(bytes);
-    switch (form) {
-    case input_form_t::pem: {
-        std::vector<block_t> blocks = read_pem(text);
-        if (blocks.empty()) throw data_fault_t("no PEM block in it");
-        return blocks;
+block_reader_t::block_reader_t(std::string_view bytes, input_form_t form, other_text_t other_text)
+    : m_bytes(bytes),
+      m_text(without_byte_order_mark(bytes)),
+      m_form(form == input_form_t::guess ? guess_form(bytes) : form),
+      m_guessed(form == input_form_t::guess),
+      m_other_text(other_text),
+      m_pem(m_text) {}
+
+bool block_reader_t::next(block_t& out) {
+    if (m_bytes.empty()) throw data_fault_t("empty input");
+    const bool is_first = !std::exchange(m_found, true);
+    if (m_form == input_form_t::pem) {
+        if (m_pem.next(out)) return true;
+        if (is_first) throw data_fault_t("no PEM block in it");
+        return false;
     }
-    case input_form_t::hex:
-        return one_block(decode(from_hex(text), "hex"));
-    case input_form_t::base64:
-        return one_block(decode(from_base64(text), guessed ? "PEM, DER, hex or base64" : "base64"));
-    default:
-        return one_block(secret_t(bytes));
-    }
+    if (is_first) read_whole(out);
+    return is_first;
 }
 
-block_t read_only_block(std::string_view bytes, input_form_t form) {
-    std::vector<block_t> blocks = read_blocks(bytes, form);
-    if (blocks.size() != 1) throw data_fault_t("more than one block in it");
-    if (!blocks[0].fault.empty()) throw data_fault_t(blocks[0].fault);
-    return std::move(blocks[0]);
+void block_reader_t::read_whole(block_t& out) const {
+    out = {};
+    out.form = m_form;
+    std::optional<secret_t> decoded;
+    switch (m_form) {
+    case input_form_t::hex:
+        return out.set_decoded(decode(from_hex(m_text), "hex"));
+    case input_form_t::base64:
+        decoded = from_base64(m_text);
+        if (decoded || !m_guessed || m_other_text == other_text_t::fails)
+            return out.set_decoded(decode(std::move(decoded), m_guessed ? "PEM, DER, hex or base64" : "base64"));
+        out.form = input_form_t::der;
+        break;
+    default:
+        break;
+    }
+    out.der = as_bytes(m_bytes);
 }
 
 std::string block_name(const std::string& input, const block_t& block) {

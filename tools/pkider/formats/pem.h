@@ -1,27 +1,45 @@
 // PEM text (RFC 7468): blocks of base64 between BEGIN and END lines, anything else between the blocks.
 #pragma once
 
-#include "tools/pkider/base/secret.h"
+#include "tools/pkider/formats/block.h"
 
 #include <cstddef>
-#include <string>
 #include <string_view>
-#include <vector>
 
 namespace tool {
-
-/// One block of DER out of an input.
-struct block_t {
-    std::string label;    // `CERTIFICATE`; empty when the input was not PEM
-    std::size_t line = 0; // of its BEGIN line, counted from 1; 0 when the input was not PEM
-    secret_t der;         // empty when there is a fault
-    std::string fault;    // why the block cannot be read, else empty
-};
 
 /// Whether a line of the text begins a block.
 bool looks_like_pem(std::string_view text);
 
-/// Every block in order, the faulty ones too.
-std::vector<block_t> read_pem(std::string_view text);
+/// Lines of a text, one after another, without their ends.
+class pem_lines_t {
+  public:
+    explicit pem_lines_t(std::string_view text) : m_rest(text) {}
+
+    bool next(std::string_view& line);
+
+    /// The line that was given last comes again.
+    void back();
+
+    std::size_t number = 0; ///< Of the line that was given last.
+
+  private:
+    std::string_view m_rest;
+    std::string_view m_before;
+};
+
+/// Reads the blocks of a text in order.
+class pem_reader_t {
+  public:
+    explicit pem_reader_t(std::string_view text) : m_lines(text) {}
+
+    /// The next block, a faulty one too; false at the end.
+    bool next(block_t& out);
+
+  private:
+    void read_rest(block_t& out);
+
+    pem_lines_t m_lines;
+};
 
 } // namespace tool
