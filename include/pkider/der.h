@@ -1,6 +1,6 @@
-// DER element headers: the identifier and length octets in front of every value (X.690 8.1.2, 8.1.3).
+// DER element headers: the identifier and length octets before every value (X.690 8.1.2, 8.1.3).
 //
-// asn1_read_tag_ is all that a host needs to walk any DER by hand: it checks one header and gives the contents.
+// A host can walk any DER with asn1_read_tag_ alone: it checks one header and gives the contents.
 //
 //     uint64_t len = 0;
 //     const uint8_t* name = asn1_read_tag_(asn_tag_t::SEQUENCE, der, size, &len);  // null: not a SEQUENCE that fits
@@ -28,14 +28,14 @@ struct asn_tag_t {
 /// Reads the header of the DER element at `data` and gives its contents.
 ///
 /// Lengths must be definite, of at most four length octets; they need not be minimal. High tag numbers are not
-/// understood: the byte behind the first is always taken as the first length octet. Bytes behind the element are not
-/// looked at, and no byte outside `data[0 .. size)` is read, whatever the header claims.
+/// understood: the second byte is always the first length octet. Bytes after the element are ignored. No byte outside
+/// `data[0 .. size)` is read, even when the header claims more.
 ///
 /// @param tag      The identifier octet expected, or asn_tag_t::ANY.
 /// @param data     First byte of the element. May be null when `size` is 0.
 /// @param size     Bytes available from `data`.
 /// @param out_len  Must not be null. Receives the length of the contents in bytes once the header has been decoded: on
-///                 success, and also when the contents do not fit into `size`. Untouched after any other failure.
+///                 success, and also when the contents do not fit into `size`. Unchanged after any other failure.
 /// @return         First byte of the contents, inside the caller's buffer (one past its end for an empty element that
 ///                 ends it), or null when there is no such element.
 /// @throws         Nothing.
