@@ -6,7 +6,7 @@
 #include "alg/ike_rows.h"
 #include "alg/key_rows.h"
 #include "fuzz/check.h"
-#include "tests/alg/row_scan.h"
+#include "tests/support/row_scan.h"
 
 #include <algorithm>
 #include <cstddef>

@@ -1,11 +1,14 @@
-// Whatever the line: the encoder ends as splitting, looking up, decoding and nesting one asn_writer_t in another do,
-// with the same bytes or the same fault; and what it wrote is walked as a Name, as long as no length had to be cut.
+// For any line the encoder ends as splitting, looking up, decoding and nesting one asn_writer_t in another do, with the
+// same bytes or the same fault. It ends in the same way with the built-in map, which has fast paths, and with a parsed
+// map of the same rows. What it wrote can be walked as a Name, unless a length was cut.
 #include "dn/dn_encoder.h"
 
 #include "der/element_reader.h"
 #include "fuzz/check.h"
 #include "fuzz/line.h"
-#include "tests/dn/bottom_up_name.h"
+#include "tests/support/bottom_up_name.h"
+#include "tests/support/builtin_map.h"
+#include "tests/support/parsed_map.h"
 
 using namespace pkider;
 
@@ -32,7 +35,9 @@ void check_walks(const std::string& der) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     if (size == 0) return 0;
-    const oid_map_handle_t map = (data[0] & 1) != 0 ? OID_MAP_HANDLE_DEFAULT : oid_map_handle_t{};
+    static const pkider_test::parsed_map_t same_rows(pkider_test::builtin_map_text());
+    const bool with_names = (data[0] & 1) != 0;
+    const oid_map_handle_t map = with_names ? OID_MAP_HANDLE_DEFAULT : oid_map_handle_t{};
     const fuzz_line_t line(data + 1, size - 1);
 
     const std::string untouched = "untouched";
@@ -42,6 +47,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const asn_dn_result_t expected = pkider_test::bottom_up_name(line.c_str(), map, expected_der);
     CHECK_TRUE(result.code == expected.code && result.position == expected.position);
     CHECK_TRUE(der == expected_der);
+
+    std::string general_der = untouched;
+    const asn_dn_result_t general =
+        printable_to_asn_dn_r(line.c_str(), general_der, with_names ? same_rows : oid_map_handle_t{});
+    CHECK_TRUE(general.code == result.code && general.position == result.position && general_der == der);
     if (result.code == 0 && der.size() < 0x10000) check_walks(der);
     return 0;
 }

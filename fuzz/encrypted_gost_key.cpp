@@ -4,7 +4,7 @@
 #include "fuzz/check.h"
 #include "fuzz/count.h"
 #include "fuzz/spans.h"
-#include "tests/pkcs8/bottom_up_keys.h"
+#include "tests/support/bottom_up_keys.h"
 
 #include <algorithm>
 

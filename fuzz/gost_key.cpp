@@ -2,7 +2,7 @@
 // would be, and read back equal, as long as no length is of 65,536 or more.
 #include "fuzz/check.h"
 #include "fuzz/spans.h"
-#include "tests/pkcs8/bottom_up_keys.h"
+#include "tests/support/bottom_up_keys.h"
 
 #include <pkider/pkcs8.h>
 

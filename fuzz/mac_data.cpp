@@ -4,7 +4,7 @@
 #include "fuzz/check.h"
 #include "fuzz/count.h"
 #include "fuzz/spans.h"
-#include "tests/pkcs12/bottom_up_pfx.h"
+#include "tests/support/bottom_up_pfx.h"
 
 #include <pkider/der.h>
 

@@ -1,7 +1,7 @@
 // Writes the seeds of the PKCS#8 and PKCS#12 targets, put together by the builders of the tests:
 //     cmake --build build/dev --target make_pkcs_seeds && build/dev/fuzz/make_pkcs_seeds fuzz/corpus
 // Ciphertexts are plaintexts here, as the targets' crypto objects have it.
-#include "tests/pkcs12/pfx_builder.h"
+#include "tests/support/pfx_builder.h"
 
 #include <filesystem>
 #include <fstream>

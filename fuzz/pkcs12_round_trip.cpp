@@ -2,8 +2,8 @@
 // and the MAC again, as long as no length is of 65,536 or more and every item is a key or a certificate.
 #include "fuzz/check.h"
 #include "fuzz/count.h"
-#include "tests/pkcs12/bottom_up_pfx.h"
-#include "tests/pkcs12/plain_crypto.h"
+#include "tests/support/bottom_up_pfx.h"
+#include "tests/support/plain_crypto.h"
 
 #include <pkider/pkcs12.h>
 

@@ -4,11 +4,11 @@
 #include "alg/ike_rows.h"
 #include "alg/key_rows.h"
 
-#include "tests/alg/row_scan.h"
 #include "tests/alg/value_text.h"
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
+#include "tests/support/row_scan.h"
 
 #include <pkider/alg.h>
 

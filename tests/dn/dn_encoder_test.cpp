@@ -1,7 +1,7 @@
 #include "dn/dn_encoder.h"
 
-#include "tests/dn/bottom_up_name.h"
 #include "tests/support/alloc_failure.h"
+#include "tests/support/bottom_up_name.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
 #include "tests/support/parsed_map.h"

@@ -1,6 +1,7 @@
 #include "dn/plain_rdn.h"
 
 #include "dn/dn_decoder.h"
+#include "tests/support/builtin_map.h"
 #include "tests/support/guarded.h"
 #include "tests/support/parsed_map.h"
 
@@ -70,9 +71,7 @@ TEST(PlainRdn, EveryPrefixIsNotPlain) {
 
 // A map with the same rows that does not begin with the built-in ones has every RDN read element by element.
 TEST(PlainRdn, EveryChangeOfAByteGivesWhatTheElementReaderGives) {
-    std::string rows;
-    for (const OIDdescr_t& row : builtin_rows) rows += std::string(row.str) + "=" + row.sn + "\n";
-    const parsed_map_t other_map(rows);
+    const parsed_map_t other_map(builtin_map_text());
     const auto print = [](const bytes_t& der, PrintableDnOrder order, oid_map_handle_t map) {
         std::string out;
         const auto result = asn_dn_to_printable_r(der.data(), static_cast<uint32_t>(der.size()), out, order, map);

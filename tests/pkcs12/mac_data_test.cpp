@@ -1,6 +1,6 @@
 #include "pkcs12/mac_data.h"
 
-#include "tests/pkcs12/bottom_up_pfx.h"
+#include "tests/support/bottom_up_pfx.h"
 #include "tests/support/der_builder.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"

@@ -1,13 +1,13 @@
 #include <pkider/pkcs12.h>
 
 #include "tests/pkcs12/describe.h"
-#include "tests/pkcs12/pfx_builder.h"
-#include "tests/pkcs12/plain_crypto.h"
 #include "tests/pkcs12/recording_crypto.h"
 #include "tests/support/alloc_failure.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
 #include "tests/support/identifier_changes.h"
+#include "tests/support/pfx_builder.h"
+#include "tests/support/plain_crypto.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

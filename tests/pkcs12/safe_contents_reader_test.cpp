@@ -1,11 +1,11 @@
 #include "pkcs12/safe_contents_reader.h"
 
 #include "tests/pkcs12/describe.h"
-#include "tests/pkcs12/pfx_builder.h"
 #include "tests/pkcs12/recording_crypto.h"
 #include "tests/support/guarded.h"
 #include "tests/support/hex.h"
 #include "tests/support/identifier_changes.h"
+#include "tests/support/pfx_builder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -2,9 +2,9 @@
 #include <pkider/pkcs12.h>
 
 #include "tests/pkcs12/describe.h"
-#include "tests/pkcs12/plain_crypto.h"
 #include "tests/support/alloc_failure.h"
 #include "tests/support/hex.h"
+#include "tests/support/plain_crypto.h"
 
 #include <gtest/gtest.h>
 

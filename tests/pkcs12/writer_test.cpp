@@ -1,11 +1,11 @@
 #include <pkider/pkcs12.h>
 
-#include "tests/pkcs12/bottom_up_pfx.h"
-#include "tests/pkcs12/pfx_builder.h"
-#include "tests/pkcs12/plain_crypto.h"
 #include "tests/pkcs12/recording_crypto.h"
 #include "tests/support/alloc_failure.h"
+#include "tests/support/bottom_up_pfx.h"
 #include "tests/support/hex.h"
+#include "tests/support/pfx_builder.h"
+#include "tests/support/plain_crypto.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "pkcs8/encrypted_gost_key.h"
 
-#include "tests/pkcs8/bottom_up_keys.h"
 #include "tests/support/alloc_failure.h"
+#include "tests/support/bottom_up_keys.h"
 #include "tests/support/der_builder.h"
 #include "tests/support/dotted_oid.h"
 #include "tests/support/guarded.h"

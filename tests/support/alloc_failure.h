@@ -1,4 +1,4 @@
-// Makes the n-th allocation of a call fail, so that every one of them can be tried in turn.
+// Makes the n-th allocation of a call fail, alone and with all after it, so that every one of them is tried in turn.
 //
 //     for_each_failing_allocation([&] { asn_write_...(record, out); },       // run until no allocation is left
 //                                 [&] { EXPECT_EQ(out, "as before"); });    // after each std::bad_alloc
@@ -9,7 +9,8 @@
 
 namespace pkider_test {
 
-/// Runs `call` with its 1st, 2nd, 3rd ... allocation failing until it ends without a failure.
+/// Runs `call` with its 1st, 2nd, 3rd ... allocation failing until it ends without a failure. Each of them fails twice:
+/// once alone, and once with all that follow it, as where memory is exhausted for good.
 ///
 /// `after_failure` runs each time std::bad_alloc arrived. The test fails when `call` swallows a failed allocation or
 /// leaks memory when it throws.

@@ -3,8 +3,8 @@
 
 #include <pkider/pkcs12.h>
 
-#include "tests/pkcs8/bottom_up_keys.h"
 #include "tests/support/bottom_up.h"
+#include "tests/support/bottom_up_keys.h"
 
 #include <list>
 #include <string>
