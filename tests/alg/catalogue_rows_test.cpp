@@ -166,24 +166,24 @@ TEST_P(IkeRowsAndRfc7427, AreEqualOrDifferAsDocumented) {
     EXPECT_EQ(ready_made == from_hex(GetParam().der), GetParam().equal);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    AppendixA, IkeRowsAndRfc7427,
-    testing::Values(
-        rfc_row_t{"Sha1Rsa", 0x00020001, "300d 0609 2a86 4886 f70d 0101 0505 00", true},
-        rfc_row_t{"Sha256Rsa", 0x00040001, "300d 0609 2a86 4886 f70d 0101 0b05 00", true},
-        rfc_row_t{"Sha384Rsa", 0x00050001, "300d 0609 2a86 4886 f70d 0101 0c05 00", true},
-        rfc_row_t{"Sha512Rsa", 0x00060001, "300d 0609 2a86 4886 f70d 0101 0d05 00", true},
-        rfc_row_t{"Sha1Dsa", 0x00020003, "3009 0607 2a86 48ce 3804 03", true},
-        rfc_row_t{"PssEmptyParameters", 0x00020002, "300d 0609 2a86 4886 f70d 0101 0a30 00", true},
-        rfc_row_t{"PssDefaultParametersSpelledOut", 0x00020002,
-                  "303e 0609 2a86 4886 f70d 0101 0a30 31a0 0b30 0906 052b 0e03 021a 0500 a118 3016 0609 2a86 4886 f70d "
-                  "0101 0830 0906 052b 0e03 021a 0500 a203 0201 14a3 0302 0101",
-                  false},
-        rfc_row_t{"PssSha256", 0x00040002,
-                  "3046 0609 2a86 4886 f70d 0101 0a30 39a0 0f30 0d06 0960 8648 0165 0304 0201 0500 a11c 301a 0609 2a86 "
-                  "4886 f70d 0101 0830 0d06 0960 8648 0165 0304 0201 0500 a203 0201 20a3 0302 0101",
-                  false}),
-    [](const auto& row) { return row.param.name; });
+const rfc_row_t appendix_a_rows[] = {
+    {"Sha1Rsa", 0x00020001, "300d 0609 2a86 4886 f70d 0101 0505 00", true},
+    {"Sha256Rsa", 0x00040001, "300d 0609 2a86 4886 f70d 0101 0b05 00", true},
+    {"Sha384Rsa", 0x00050001, "300d 0609 2a86 4886 f70d 0101 0c05 00", true},
+    {"Sha512Rsa", 0x00060001, "300d 0609 2a86 4886 f70d 0101 0d05 00", true},
+    {"Sha1Dsa", 0x00020003, "3009 0607 2a86 48ce 3804 03", true},
+    {"PssEmptyParameters", 0x00020002, "300d 0609 2a86 4886 f70d 0101 0a30 00", true},
+    {"PssDefaultParametersSpelledOut", 0x00020002,
+     "303e 0609 2a86 4886 f70d 0101 0a30 31a0 0b30 0906 052b 0e03 021a 0500 a118 3016 0609 2a86 4886 f70d "
+     "0101 0830 0906 052b 0e03 021a 0500 a203 0201 14a3 0302 0101",
+     false},
+    {"PssSha256", 0x00040002,
+     "3046 0609 2a86 4886 f70d 0101 0a30 39a0 0f30 0d06 0960 8648 0165 0304 0201 0500 a11c 301a 0609 2a86 "
+     "4886 f70d 0101 0830 0d06 0960 8648 0165 0304 0201 0500 a203 0201 20a3 0302 0101",
+     false},
+};
+INSTANTIATE_TEST_SUITE_P(AppendixA, IkeRowsAndRfc7427, testing::ValuesIn(appendix_a_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(IkeRowsAndRfc7427, BothFormsOfPssReadAsTheSameAlgorithm) {
     const bytes_t of_the_rfc = from_hex(

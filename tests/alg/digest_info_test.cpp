@@ -152,39 +152,40 @@ TEST_P(DigestInfoReader, Reads) {
     EXPECT_EQ(out.oid, row.oid_at < 0 ? none : (span_t{row.oid_len, out.der + row.oid_at}));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Accepted, DigestInfoReader,
-    testing::Values(read_row_t{"Null", "30 0C 30 07 06 03 2A 03 04 05 00 04 01 11", true, 6, 3},
-                    read_row_t{"OtherParameters", "30 0E 30 09 06 03 2A 03 04 04 02 AA BB 04 01 11", true, 6, 3},
-                    read_row_t{"EmptyObjectIdentifier", "30 08 30 04 06 00 05 00 04 00", true, 6, 0},
-                    read_row_t{"MoreParameters", "30 0E 30 09 06 03 2A 03 04 05 00 FF FF 04 01 11", true, 6, 3},
-                    read_row_t{"MoreBehindTheDigest", "30 0E 30 07 06 03 2A 03 04 05 00 04 01 11 FF FF", true, 6, 3},
-                    read_row_t{"BytesBehindTheElement", "30 0C 30 07 06 03 2A 03 04 05 00 04 01 11 FF", true, 6, 3},
-                    read_row_t{"NonMinimalLengths", "30 82 00 0F 30 81 08 06 81 03 2A 03 04 05 00 04 81 01 11", true,
-                               10, 3}),
-    [](const auto& row) { return row.param.name; });
+const read_row_t accepted_rows[] = {
+    {"Null", "30 0C 30 07 06 03 2A 03 04 05 00 04 01 11", true, 6, 3},
+    {"OtherParameters", "30 0E 30 09 06 03 2A 03 04 04 02 AA BB 04 01 11", true, 6, 3},
+    {"EmptyObjectIdentifier", "30 08 30 04 06 00 05 00 04 00", true, 6, 0},
+    {"MoreParameters", "30 0E 30 09 06 03 2A 03 04 05 00 FF FF 04 01 11", true, 6, 3},
+    {"MoreBehindTheDigest", "30 0E 30 07 06 03 2A 03 04 05 00 04 01 11 FF FF", true, 6, 3},
+    {"BytesBehindTheElement", "30 0C 30 07 06 03 2A 03 04 05 00 04 01 11 FF", true, 6, 3},
+    {"NonMinimalLengths", "30 82 00 0F 30 81 08 06 81 03 2A 03 04 05 00 04 81 01 11", true, 10, 3},
+};
+INSTANTIATE_TEST_SUITE_P(Accepted, DigestInfoReader, testing::ValuesIn(accepted_rows),
+                         [](const auto& row) { return row.param.name; });
 
-INSTANTIATE_TEST_SUITE_P(
-    Refused, DigestInfoReader,
-    testing::Values(
-        read_row_t{"Nothing", "", false, -1, 0}, read_row_t{"OneByte", "30", false, -1, 0},
-        read_row_t{"Set", "31 0C 30 07 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
-        read_row_t{"Indefinite", "30 80 30 07 06 03 2A 03 04 05 00 04 01 11 00 00", false, -1, 0},
-        read_row_t{"FiveLengthOctets", "30 85 00 00 00 00 0C 30 07 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
-        read_row_t{"PastTheInput", "30 0D 30 07 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
-        read_row_t{"EmptySequence", "30 00 30 07 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
-        read_row_t{"AlgorithmNoSequence", "30 0C 31 07 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
-        read_row_t{"AlgorithmPastTheSequence", "30 03 30 07 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
-        read_row_t{"NoObjectIdentifier", "30 0C 30 07 04 03 2A 03 04 05 00 04 01 11", false, -1, 0},
-        read_row_t{"ObjectIdentifierPastTheAlgorithm", "30 0C 30 04 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
-        read_row_t{"NoParameters", "30 0A 30 05 06 03 2A 03 04 04 01 11", false, 6, 3},
-        read_row_t{"ParametersPastTheAlgorithm", "30 0C 30 07 06 03 2A 03 04 05 01 04 01 11", false, 6, 3},
-        read_row_t{"LoneParameterByte", "30 0B 30 06 06 03 2A 03 04 05 04 01 11", false, 6, 3},
-        read_row_t{"NoDigest", "30 09 30 07 06 03 2A 03 04 05 00", false, 6, 3},
-        read_row_t{"DigestBehindTheSequence", "30 09 30 07 06 03 2A 03 04 05 00 04 01 11", false, 6, 3},
-        read_row_t{"DigestNoOctetString", "30 0C 30 07 06 03 2A 03 04 05 00 03 01 11", false, 6, 3},
-        read_row_t{"DigestPastTheSequence", "30 0C 30 07 06 03 2A 03 04 05 00 04 02 11 22", false, 6, 3}),
-    [](const auto& row) { return row.param.name; });
+const read_row_t refused_rows[] = {
+    {"Nothing", "", false, -1, 0},
+    {"OneByte", "30", false, -1, 0},
+    {"Set", "31 0C 30 07 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
+    {"Indefinite", "30 80 30 07 06 03 2A 03 04 05 00 04 01 11 00 00", false, -1, 0},
+    {"FiveLengthOctets", "30 85 00 00 00 00 0C 30 07 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
+    {"PastTheInput", "30 0D 30 07 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
+    {"EmptySequence", "30 00 30 07 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
+    {"AlgorithmNoSequence", "30 0C 31 07 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
+    {"AlgorithmPastTheSequence", "30 03 30 07 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
+    {"NoObjectIdentifier", "30 0C 30 07 04 03 2A 03 04 05 00 04 01 11", false, -1, 0},
+    {"ObjectIdentifierPastTheAlgorithm", "30 0C 30 04 06 03 2A 03 04 05 00 04 01 11", false, -1, 0},
+    {"NoParameters", "30 0A 30 05 06 03 2A 03 04 04 01 11", false, 6, 3},
+    {"ParametersPastTheAlgorithm", "30 0C 30 07 06 03 2A 03 04 05 01 04 01 11", false, 6, 3},
+    {"LoneParameterByte", "30 0B 30 06 06 03 2A 03 04 05 04 01 11", false, 6, 3},
+    {"NoDigest", "30 09 30 07 06 03 2A 03 04 05 00", false, 6, 3},
+    {"DigestBehindTheSequence", "30 09 30 07 06 03 2A 03 04 05 00 04 01 11", false, 6, 3},
+    {"DigestNoOctetString", "30 0C 30 07 06 03 2A 03 04 05 00 03 01 11", false, 6, 3},
+    {"DigestPastTheSequence", "30 0C 30 07 06 03 2A 03 04 05 00 04 02 11 22", false, 6, 3},
+};
+INSTANTIATE_TEST_SUITE_P(Refused, DigestInfoReader, testing::ValuesIn(refused_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(DigestInfoReader, RefusesAnAlgorithmWithoutParametersButGivesItsHash) {
     const std::string info = from_hex("30 0F 30 0B 06 09 60 86 48 01 65 03 04 02 01 04 00").str();

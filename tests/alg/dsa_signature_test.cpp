@@ -61,22 +61,24 @@ TEST_P(DsaCertsignRefuses, AndStoresWhatItReached) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, DsaCertsignRefuses,
-    testing::Values(refused_row_t{"Nothing", "", -2}, refused_row_t{"Set", "31 06 02 01 11 02 01 22", -2},
-                    refused_row_t{"Indefinite", "30 80 02 01 11 02 01 22 00 00", -2},
-                    refused_row_t{"FiveLengthOctets", "30 85 00 00 00 00 06 02 01 11 02 01 22", -2},
-                    refused_row_t{"SequenceCut", "30 07 02 01 11 02 01 22", -2},
-                    refused_row_t{"EmptySequence", "30 00 02 01 11 02 01 22", -1},
-                    refused_row_t{"FirstNoInteger", "30 06 03 01 11 02 01 22", -1},
-                    refused_row_t{"FirstPastTheSequence", "30 02 02 01 11 02 01 22", -1},
-                    refused_row_t{"FirstIndefinite", "30 06 02 80 11 02 01 22", -1},
-                    refused_row_t{"FirstOfFiveLengthOctets", "30 07 02 85 00 00 00 00 01", -1},
-                    refused_row_t{"NoSecond", "30 03 02 01 11", 4},
-                    refused_row_t{"SecondNoInteger", "30 06 02 01 11 04 01 22", 4},
-                    refused_row_t{"SecondIndefinite", "30 06 02 01 11 02 80 22", 4},
-                    refused_row_t{"SecondPastTheInput", "30 06 02 01 05 02 05 01", 4}),
-    [](const auto& row) { return row.param.name; });
+const refused_row_t values_rows[] = {
+    {"Nothing", "", -2},
+    {"Set", "31 06 02 01 11 02 01 22", -2},
+    {"Indefinite", "30 80 02 01 11 02 01 22 00 00", -2},
+    {"FiveLengthOctets", "30 85 00 00 00 00 06 02 01 11 02 01 22", -2},
+    {"SequenceCut", "30 07 02 01 11 02 01 22", -2},
+    {"EmptySequence", "30 00 02 01 11 02 01 22", -1},
+    {"FirstNoInteger", "30 06 03 01 11 02 01 22", -1},
+    {"FirstPastTheSequence", "30 02 02 01 11 02 01 22", -1},
+    {"FirstIndefinite", "30 06 02 80 11 02 01 22", -1},
+    {"FirstOfFiveLengthOctets", "30 07 02 85 00 00 00 00 01", -1},
+    {"NoSecond", "30 03 02 01 11", 4},
+    {"SecondNoInteger", "30 06 02 01 11 04 01 22", 4},
+    {"SecondIndefinite", "30 06 02 01 11 02 80 22", 4},
+    {"SecondPastTheInput", "30 06 02 01 05 02 05 01", 4},
+};
+INSTANTIATE_TEST_SUITE_P(Values, DsaCertsignRefuses, testing::ValuesIn(values_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(DsaCertsign, EveryIdentifierIsCompared) {
     const auto reads = [](const uint8_t* der, std::size_t size) { return read(der, size).read; };

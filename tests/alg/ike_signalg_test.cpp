@@ -59,17 +59,19 @@ TEST_P(IkeSignalgRefuses, AndStoresWhatItReached) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Identifiers, IkeSignalgRefuses,
-    testing::Values(refused_row_t{"Nothing", "", false}, refused_row_t{"NoSequence", "06 03 2A 03 04", false},
-                    refused_row_t{"Indefinite", "30 80 06 03 2A 03 04 00 00", false},
-                    refused_row_t{"FiveLengthOctets", "30 85 00 00 00 00 05 06 03 2A 03 04", false},
-                    refused_row_t{"SequenceCut", "30 06 06 03 2A 03 04", false},
-                    refused_row_t{"EmptySequence", "30 00 06 03 2A 03 04", true},
-                    refused_row_t{"NoObjectIdentifier", "30 05 04 03 2A 03 04", true},
-                    refused_row_t{"ObjectIdentifierPastTheSequence", "30 04 06 03 2A 03 04", true},
-                    refused_row_t{"ObjectIdentifierIndefinite", "30 05 06 80 2A 00 00", true}),
-    [](const auto& row) { return row.param.name; });
+const refused_row_t identifiers_rows[] = {
+    {"Nothing", "", false},
+    {"NoSequence", "06 03 2A 03 04", false},
+    {"Indefinite", "30 80 06 03 2A 03 04 00 00", false},
+    {"FiveLengthOctets", "30 85 00 00 00 00 05 06 03 2A 03 04", false},
+    {"SequenceCut", "30 06 06 03 2A 03 04", false},
+    {"EmptySequence", "30 00 06 03 2A 03 04", true},
+    {"NoObjectIdentifier", "30 05 04 03 2A 03 04", true},
+    {"ObjectIdentifierPastTheSequence", "30 04 06 03 2A 03 04", true},
+    {"ObjectIdentifierIndefinite", "30 05 06 80 2A 00 00", true},
+};
+INSTANTIATE_TEST_SUITE_P(Identifiers, IkeSignalgRefuses, testing::ValuesIn(identifiers_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(IkeSignalg, EveryIdentifierButThatOfTheParametersIsCompared) {
     const auto reads = [](const uint8_t* der, std::size_t size) { return read(der, size).read; };
@@ -99,37 +101,33 @@ TEST_P(IkeSignalgToPkiAlg, Names) {
 }
 
 #define PSS_OID "06 09 2A 86 48 86 F7 0D 01 01 0A "
-INSTANTIATE_TEST_SUITE_P(
-    Identifiers, IkeSignalgToPkiAlg,
-    testing::Values(
-        to_alg_row_t{"Sha1Rsa", sha1_with_rsa, PKI_ALG_SHA1_RSA},
-        to_alg_row_t{"Sha1RsaSecondOid", "30 09 06 05 2B 0E 03 02 1D 05 00", PKI_ALG_SHA1_RSA},
-        to_alg_row_t{"GostStandardNotItsVariant", "30 08 06 06 2A 85 03 02 02 03", PKI_ALG_GOST3411_94_GOST3410_2001},
-        to_alg_row_t{"Unknown", "30 05 06 03 2A 03 04", PKI_ALG_NONE},
-        to_alg_row_t{"KeyIsNoSignature", "30 0D 06 09 2A 86 48 86 F7 0D 01 01 01 05 00", PKI_ALG_NONE},
-        to_alg_row_t{"EmptyOid", "30 02 06 00", PKI_ALG_NONE},
-        to_alg_row_t{"ParametersOfOthersAreNotRead", "30 0D 06 09 2A 86 48 86 F7 0D 01 01 05 30 80", PKI_ALG_SHA1_RSA},
-        to_alg_row_t{"PssWithoutParameters", "30 0B " PSS_OID, PKI_ALG_RSASSA_PSS_SHA1},
-        to_alg_row_t{"PssEmptyParameters", "30 0D " PSS_OID "30 00", PKI_ALG_RSASSA_PSS_SHA1},
-        to_alg_row_t{"PssSaltOnly", "30 12 " PSS_OID "30 05 A2 03 02 01 14", PKI_ALG_RSASSA_PSS_SHA1},
-        to_alg_row_t{"PssSha1Named", "30 1A " PSS_OID "30 0D A0 0B 30 09 06 05 2B 0E 03 02 1A 05 00",
-                     PKI_ALG_RSASSA_PSS_SHA1},
-        to_alg_row_t{"PssSha256", "30 1E " PSS_OID "30 11 A0 0F 30 0D 06 09 60 86 48 01 65 03 04 02 01 05 00",
-                     PKI_ALG_RSASSA_PSS_SHA256},
-        to_alg_row_t{"PssSha256WithoutNull", "30 1C " PSS_OID "30 0F A0 0D 30 0B 06 09 60 86 48 01 65 03 04 02 01",
-                     PKI_ALG_RSASSA_PSS_SHA256},
-        to_alg_row_t{"RequiredPssEmptyHashOid", "30 15 " PSS_OID "30 08 A0 06 30 04 06 00 05 00",
-                     PKI_ALG_RSASSA_PSS_SHA1},
-        to_alg_row_t{"PssUnknownHash", "30 16 " PSS_OID "30 09 A0 07 30 05 06 03 2A 03 04", PKI_ALG_NONE},
-        to_alg_row_t{"PssMd5HasNoNameOfItsOwn", "30 1B " PSS_OID "30 0E A0 0C 30 0A 06 08 2A 86 48 86 F7 0D 02 05",
-                     0x00080002},
-        to_alg_row_t{"PssGost", "30 19 " PSS_OID "30 0C A0 0A 30 08 06 06 2A 85 03 02 02 09", 0x00090002},
-        to_alg_row_t{"PssNullParameters", "30 0D " PSS_OID "05 00", PKI_ALG_NONE},
-        to_alg_row_t{"PssMalformedSalt", "30 11 " PSS_OID "30 04 A2 02 30 00", PKI_ALG_NONE},
-        to_alg_row_t{"PssMalformedSaltBehindAHash",
-                     "30 22 " PSS_OID "30 15 A0 0F 30 0D 06 09 60 86 48 01 65 03 04 02 01 05 00 A2 02 30 00",
-                     PKI_ALG_NONE}),
-    [](const auto& row) { return row.param.name; });
+const to_alg_row_t ike_signalg_to_pki_alg_identifiers_rows[] = {
+    {"Sha1Rsa", sha1_with_rsa, PKI_ALG_SHA1_RSA},
+    {"Sha1RsaSecondOid", "30 09 06 05 2B 0E 03 02 1D 05 00", PKI_ALG_SHA1_RSA},
+    {"GostStandardNotItsVariant", "30 08 06 06 2A 85 03 02 02 03", PKI_ALG_GOST3411_94_GOST3410_2001},
+    {"Unknown", "30 05 06 03 2A 03 04", PKI_ALG_NONE},
+    {"KeyIsNoSignature", "30 0D 06 09 2A 86 48 86 F7 0D 01 01 01 05 00", PKI_ALG_NONE},
+    {"EmptyOid", "30 02 06 00", PKI_ALG_NONE},
+    {"ParametersOfOthersAreNotRead", "30 0D 06 09 2A 86 48 86 F7 0D 01 01 05 30 80", PKI_ALG_SHA1_RSA},
+    {"PssWithoutParameters", "30 0B " PSS_OID, PKI_ALG_RSASSA_PSS_SHA1},
+    {"PssEmptyParameters", "30 0D " PSS_OID "30 00", PKI_ALG_RSASSA_PSS_SHA1},
+    {"PssSaltOnly", "30 12 " PSS_OID "30 05 A2 03 02 01 14", PKI_ALG_RSASSA_PSS_SHA1},
+    {"PssSha1Named", "30 1A " PSS_OID "30 0D A0 0B 30 09 06 05 2B 0E 03 02 1A 05 00", PKI_ALG_RSASSA_PSS_SHA1},
+    {"PssSha256", "30 1E " PSS_OID "30 11 A0 0F 30 0D 06 09 60 86 48 01 65 03 04 02 01 05 00",
+     PKI_ALG_RSASSA_PSS_SHA256},
+    {"PssSha256WithoutNull", "30 1C " PSS_OID "30 0F A0 0D 30 0B 06 09 60 86 48 01 65 03 04 02 01",
+     PKI_ALG_RSASSA_PSS_SHA256},
+    {"RequiredPssEmptyHashOid", "30 15 " PSS_OID "30 08 A0 06 30 04 06 00 05 00", PKI_ALG_RSASSA_PSS_SHA1},
+    {"PssUnknownHash", "30 16 " PSS_OID "30 09 A0 07 30 05 06 03 2A 03 04", PKI_ALG_NONE},
+    {"PssMd5HasNoNameOfItsOwn", "30 1B " PSS_OID "30 0E A0 0C 30 0A 06 08 2A 86 48 86 F7 0D 02 05", 0x00080002},
+    {"PssGost", "30 19 " PSS_OID "30 0C A0 0A 30 08 06 06 2A 85 03 02 02 09", 0x00090002},
+    {"PssNullParameters", "30 0D " PSS_OID "05 00", PKI_ALG_NONE},
+    {"PssMalformedSalt", "30 11 " PSS_OID "30 04 A2 02 30 00", PKI_ALG_NONE},
+    {"PssMalformedSaltBehindAHash",
+     "30 22 " PSS_OID "30 15 A0 0F 30 0D 06 09 60 86 48 01 65 03 04 02 01 05 00 A2 02 30 00", PKI_ALG_NONE},
+};
+INSTANTIATE_TEST_SUITE_P(Identifiers, IkeSignalgToPkiAlg, testing::ValuesIn(ike_signalg_to_pki_alg_identifiers_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(IkeSignalgToPkiAlg, RequiredVariantOfTheHashIsDropped) {
     const bytes_t der = "30 1C " PSS_OID "30 0F A0 0D 30 0B 06 09 2B 06 01 04 01 9C 56 01 05"_hex;

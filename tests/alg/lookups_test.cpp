@@ -142,20 +142,19 @@ TEST_P(OidToAlg, GivesTheFirstRow) {
     EXPECT_EQ(value_text(GetParam().to_alg(oid.data(), static_cast<uint32_t>(oid.size()))), value_text(GetParam().alg));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Oids, OidToAlg,
-    testing::Values(oid_row_t{"RequiredGostHashIsStandard", PKI_OID_TO_HASH_ALG, "2A 85 03 02 02 09", 0x00090000},
-                    oid_row_t{"RequiredGostKeyIsStandard", PKI_OID_TO_KEY_ALG, "2A 85 03 02 02 13", 0x0000010E},
-                    oid_row_t{"RequiredPssNamesNoHash", PKI_OID_TO_CERT_SIGN_ALG, "2A 86 48 86 F7 0D 01 01 0A",
-                              0x00000002},
-                    oid_row_t{"SecondOfSha1Rsa", PKI_OID_TO_CERT_SIGN_ALG, "2B 0E 03 02 1D", 0x00020001},
-                    oid_row_t{"KeyAmongAll", PKI_OID_TO_ALG, "2A 86 48 86 F7 0D 01 01 01", 0x00000001},
-                    oid_row_t{"HashAmongAll", PKI_OID_TO_ALG, "2B 0E 03 02 1A", 0x00020000},
-                    oid_row_t{"SignatureAmongAll", PKI_OID_TO_ALG, "2A 85 03 07 01 01 03 03", 0x000B0110},
-                    oid_row_t{"UnknownAmongAll", PKI_OID_TO_ALG, "2A 03 04", 0},
-                    oid_row_t{"KeyIsNoHash", PKI_OID_TO_HASH_ALG, "2A 86 48 86 F7 0D 01 01 01", 0},
-                    oid_row_t{"HashIsNoSignature", PKI_OID_TO_CERT_SIGN_ALG, "2B 0E 03 02 1A", 0}),
-    [](const auto& row) { return row.param.name; });
+const oid_row_t oids_rows[] = {
+    {"RequiredGostHashIsStandard", PKI_OID_TO_HASH_ALG, "2A 85 03 02 02 09", 0x00090000},
+    {"RequiredGostKeyIsStandard", PKI_OID_TO_KEY_ALG, "2A 85 03 02 02 13", 0x0000010E},
+    {"RequiredPssNamesNoHash", PKI_OID_TO_CERT_SIGN_ALG, "2A 86 48 86 F7 0D 01 01 0A", 0x00000002},
+    {"SecondOfSha1Rsa", PKI_OID_TO_CERT_SIGN_ALG, "2B 0E 03 02 1D", 0x00020001},
+    {"KeyAmongAll", PKI_OID_TO_ALG, "2A 86 48 86 F7 0D 01 01 01", 0x00000001},
+    {"HashAmongAll", PKI_OID_TO_ALG, "2B 0E 03 02 1A", 0x00020000},
+    {"SignatureAmongAll", PKI_OID_TO_ALG, "2A 85 03 07 01 01 03 03", 0x000B0110},
+    {"UnknownAmongAll", PKI_OID_TO_ALG, "2A 03 04", 0},
+    {"KeyIsNoHash", PKI_OID_TO_HASH_ALG, "2A 86 48 86 F7 0D 01 01 01", 0},
+    {"HashIsNoSignature", PKI_OID_TO_CERT_SIGN_ALG, "2B 0E 03 02 1A", 0},
+};
+INSTANTIATE_TEST_SUITE_P(Oids, OidToAlg, testing::ValuesIn(oids_rows), [](const auto& row) { return row.param.name; });
 
 struct alg_row_text_t {
     const char* name;
@@ -171,22 +170,21 @@ TEST_P(AlgToOid, GivesTheFirstRow) {
     EXPECT_EQ(to_hex(std::span(oid.data, oid.len)), GetParam().bytes);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, AlgToOid,
-    testing::Values(
-        alg_row_text_t{"VariantOfAHash", PKI_HASH_ALG_TO_OID, 0x02090000, "2A 85 03 02 02 09"},
-        alg_row_text_t{"VariantWithItsOwnOid", PKI_HASH_ALG_TO_OID, 0x01090000, "2B 06 01 04 01 9C 56 01 05"},
-        alg_row_text_t{"HashWithoutOid", PKI_HASH_ALG_TO_OID, 0x04090000, ""},
-        alg_row_text_t{"FirstOfSha1Rsa", PKI_CERT_SIGN_ALG_TO_OID, 0x00020001, "2A 86 48 86 F7 0D 01 01 05"},
-        alg_row_text_t{"UnlistedCombination", PKI_KEY_ALG_TO_OID, 0x01000110, ""},
-        alg_row_text_t{"HashIsNoKey", PKI_KEY_ALG_TO_OID, 0x00020000, ""},
-        alg_row_text_t{"FirstIkeOfSha1Rsa", asn_form_ike_signalg, 0x00020001,
-                       "30 0D 06 09 2A 86 48 86 F7 0D 01 01 05 05 00"},
-        alg_row_text_t{"PssWithSha256", asn_form_ike_signalg, 0x00040002,
-                       "30 1E 06 09 2A 86 48 86 F7 0D 01 01 0A 30 11 A0 0F 30 0D 06 09 60 86 48 01 65 03 "
-                       "04 02 01 05 00"},
-        alg_row_text_t{"ShaRsaHasNone", asn_form_ike_signalg, 0x00010001, ""}),
-    [](const auto& row) { return row.param.name; });
+const alg_row_text_t values_rows[] = {
+    {"VariantOfAHash", PKI_HASH_ALG_TO_OID, 0x02090000, "2A 85 03 02 02 09"},
+    {"VariantWithItsOwnOid", PKI_HASH_ALG_TO_OID, 0x01090000, "2B 06 01 04 01 9C 56 01 05"},
+    {"HashWithoutOid", PKI_HASH_ALG_TO_OID, 0x04090000, ""},
+    {"FirstOfSha1Rsa", PKI_CERT_SIGN_ALG_TO_OID, 0x00020001, "2A 86 48 86 F7 0D 01 01 05"},
+    {"UnlistedCombination", PKI_KEY_ALG_TO_OID, 0x01000110, ""},
+    {"HashIsNoKey", PKI_KEY_ALG_TO_OID, 0x00020000, ""},
+    {"FirstIkeOfSha1Rsa", asn_form_ike_signalg, 0x00020001, "30 0D 06 09 2A 86 48 86 F7 0D 01 01 05 05 00"},
+    {"PssWithSha256", asn_form_ike_signalg, 0x00040002,
+     "30 1E 06 09 2A 86 48 86 F7 0D 01 01 0A 30 11 A0 0F 30 0D 06 09 60 86 48 01 65 03 "
+     "04 02 01 05 00"},
+    {"ShaRsaHasNone", asn_form_ike_signalg, 0x00010001, ""},
+};
+INSTANTIATE_TEST_SUITE_P(Values, AlgToOid, testing::ValuesIn(values_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(AlgDisplayName, NamesValuesWithAndWithoutAnOid) {
     EXPECT_EQ(alg_display_name(alg(0x04090000)), "GOST 34.11-94 (SignalCOM)");

@@ -42,48 +42,42 @@ const auto row_name = [](const auto& row) { return row.param.name; };
 
 #define SHA256_OID "06 09 60 86 48 01 65 03 04 02 01"
 
-INSTANTIATE_TEST_SUITE_P(
-    ShortNames, OidToPrintable,
-    testing::Values(print_row_t{"FromTheMap", "06 03 55 04 03", OID_MAP_HANDLE_DEFAULT, "CN", "CN", true},
-                    print_row_t{"BytesBehindAreIgnored", "06 03 55 04 03 FF", OID_MAP_HANDLE_DEFAULT, "CN", "CN", true},
-                    print_row_t{"LongForm", "06 81 03 55 04 03", OID_MAP_HANDLE_DEFAULT, "CN", "CN", true},
-                    print_row_t{"NoMapNoName", "06 03 55 04 03", no_map, "x2.5.4.3", "x2.5.4.3", true}),
-    row_name);
+const print_row_t short_names_rows[] = {
+    {"FromTheMap", "06 03 55 04 03", OID_MAP_HANDLE_DEFAULT, "CN", "CN", true},
+    {"BytesBehindAreIgnored", "06 03 55 04 03 FF", OID_MAP_HANDLE_DEFAULT, "CN", "CN", true},
+    {"LongForm", "06 81 03 55 04 03", OID_MAP_HANDLE_DEFAULT, "CN", "CN", true},
+    {"NoMapNoName", "06 03 55 04 03", no_map, "x2.5.4.3", "x2.5.4.3", true},
+};
+INSTANTIATE_TEST_SUITE_P(ShortNames, OidToPrintable, testing::ValuesIn(short_names_rows), row_name);
 
-INSTANTIATE_TEST_SUITE_P(
-    Algorithms, OidToPrintable,
-    testing::Values(print_row_t{"Hash", SHA256_OID, no_map, "SHA256", "SHA256(2.16.840.1.101.3.4.2.1)", true},
-                    print_row_t{"ShortIdentifier", "06 05 2B 0E 03 02 1A", no_map, "SHA1", "SHA1(1.3.14.3.2.26)", true},
-                    print_row_t{"BytesBehindAreIgnored", SHA256_OID "06 80", no_map, "SHA256",
-                                "SHA256(2.16.840.1.101.3.4.2.1)", true},
-                    print_row_t{"MapWithoutIt", SHA256_OID, OID_MAP_HANDLE_DEFAULT, "SHA256",
-                                "SHA256(2.16.840.1.101.3.4.2.1)", true},
-                    print_row_t{"Key", "06 09 2A 86 48 86 F7 0D 01 01 01", no_map, "RSA", "RSA(1.2.840.113549.1.1.1)",
-                                true},
-                    print_row_t{"Signature", "06 09 2A 86 48 86 F7 0D 01 01 0A", no_map, "RSASSA-PSS",
-                                "RSASSA-PSS(1.2.840.113549.1.1.10)", true},
-                    print_row_t{"StandardNotItsVariant", "06 06 2A 85 03 02 02 03", no_map, "GOST R 34.11/34.10-2001",
-                                "GOST R 34.11/34.10-2001(1.2.643.2.2.3)", true},
-                    print_row_t{"VariantWithItsOwnOid", "06 0A 2B 06 01 04 01 AD 59 01 03 02", no_map,
-                                "GOST R 34.11/34.10-2001 (SignalCOM)",
-                                "GOST R 34.11/34.10-2001 (SignalCOM)(1.3.6.1.4.1.5849.1.3.2)", true}),
-    row_name);
+const print_row_t algorithms_rows[] = {
+    {"Hash", SHA256_OID, no_map, "SHA256", "SHA256(2.16.840.1.101.3.4.2.1)", true},
+    {"ShortIdentifier", "06 05 2B 0E 03 02 1A", no_map, "SHA1", "SHA1(1.3.14.3.2.26)", true},
+    {"BytesBehindAreIgnored", SHA256_OID "06 80", no_map, "SHA256", "SHA256(2.16.840.1.101.3.4.2.1)", true},
+    {"MapWithoutIt", SHA256_OID, OID_MAP_HANDLE_DEFAULT, "SHA256", "SHA256(2.16.840.1.101.3.4.2.1)", true},
+    {"Key", "06 09 2A 86 48 86 F7 0D 01 01 01", no_map, "RSA", "RSA(1.2.840.113549.1.1.1)", true},
+    {"Signature", "06 09 2A 86 48 86 F7 0D 01 01 0A", no_map, "RSASSA-PSS", "RSASSA-PSS(1.2.840.113549.1.1.10)", true},
+    {"StandardNotItsVariant", "06 06 2A 85 03 02 02 03", no_map, "GOST R 34.11/34.10-2001",
+     "GOST R 34.11/34.10-2001(1.2.643.2.2.3)", true},
+    {"VariantWithItsOwnOid", "06 0A 2B 06 01 04 01 AD 59 01 03 02", no_map, "GOST R 34.11/34.10-2001 (SignalCOM)",
+     "GOST R 34.11/34.10-2001 (SignalCOM)(1.3.6.1.4.1.5849.1.3.2)", true},
+};
+INSTANTIATE_TEST_SUITE_P(Algorithms, OidToPrintable, testing::ValuesIn(algorithms_rows), row_name);
 
-INSTANTIATE_TEST_SUITE_P(
-    Refused, OidToPrintable,
-    testing::Values(print_row_t{"Nothing", "", no_map, "x", "x", false},
-                    print_row_t{"OneByte", "06", no_map, "x", "x", false},
-                    print_row_t{"Null", "05 00", no_map, "x", "x", false},
-                    print_row_t{"Indefinite", "06 80", no_map, "x", "x", false},
-                    print_row_t{"IndefiniteWithContents", "06 80 2A 03 00 00", no_map, "x", "x", false},
-                    print_row_t{"TooShort", "06 05 2A", no_map, "x", "x", false},
-                    print_row_t{"KnownButCut", "06 04 55 04 03", OID_MAP_HANDLE_DEFAULT, "x", "x", false},
-                    print_row_t{"FiveLengthOctets", "06 85 00 00 00 00 03 55 04 03", OID_MAP_HANDLE_DEFAULT, "x", "x",
-                                false},
-                    print_row_t{"EmptyContents", "06 00", no_map, "x", "x", false},
-                    print_row_t{"EmptyContentsWithAMap", "06 00", OID_MAP_HANDLE_DEFAULT, "x", "x", false},
-                    print_row_t{"LastArcCut", "06 02 2A 86", no_map, "x1.2.", "x1.2.", false}),
-    row_name);
+const print_row_t refused_rows[] = {
+    {"Nothing", "", no_map, "x", "x", false},
+    {"OneByte", "06", no_map, "x", "x", false},
+    {"Null", "05 00", no_map, "x", "x", false},
+    {"Indefinite", "06 80", no_map, "x", "x", false},
+    {"IndefiniteWithContents", "06 80 2A 03 00 00", no_map, "x", "x", false},
+    {"TooShort", "06 05 2A", no_map, "x", "x", false},
+    {"KnownButCut", "06 04 55 04 03", OID_MAP_HANDLE_DEFAULT, "x", "x", false},
+    {"FiveLengthOctets", "06 85 00 00 00 00 03 55 04 03", OID_MAP_HANDLE_DEFAULT, "x", "x", false},
+    {"EmptyContents", "06 00", no_map, "x", "x", false},
+    {"EmptyContentsWithAMap", "06 00", OID_MAP_HANDLE_DEFAULT, "x", "x", false},
+    {"LastArcCut", "06 02 2A 86", no_map, "x1.2.", "x1.2.", false},
+};
+INSTANTIATE_TEST_SUITE_P(Refused, OidToPrintable, testing::ValuesIn(refused_rows), row_name);
 
 TEST(OidToPrintable, RequiredDottedTextIsAppended) {
     const bytes_t unknown = "06 03 2A 03 04"_hex, known = "06 03 55 04 03"_hex;

@@ -129,16 +129,17 @@ TEST_P(OpensslPssCertificate, NamesItsHash) {
     EXPECT_EQ(value_text(signalg.to_pki_alg()), value_text(row.alg));
 }
 
-INSTANTIATE_TEST_SUITE_P(Hashes, OpensslPssCertificate,
-                         testing::Values(pss_row_t{"Default", EVP_sha1, EVP_sha1, 20, PKI_ALG_RSASSA_PSS_SHA1},
-                                         pss_row_t{"Sha1OtherSalt", EVP_sha1, EVP_sha1, 8, PKI_ALG_RSASSA_PSS_SHA1},
-                                         pss_row_t{"Sha1OtherMask", EVP_sha1, EVP_sha256, 20, PKI_ALG_RSASSA_PSS_SHA1},
-                                         pss_row_t{"Sha224", EVP_sha224, EVP_sha224, 28, PKI_ALG_RSASSA_PSS_SHA224},
-                                         pss_row_t{"Sha256", EVP_sha256, EVP_sha256, 32, PKI_ALG_RSASSA_PSS_SHA256},
-                                         pss_row_t{"Sha256DefaultMaskAndSalt", EVP_sha256, EVP_sha1, 20,
-                                                   PKI_ALG_RSASSA_PSS_SHA256},
-                                         pss_row_t{"Sha384", EVP_sha384, EVP_sha384, 48, PKI_ALG_RSASSA_PSS_SHA384},
-                                         pss_row_t{"Sha512", EVP_sha512, EVP_sha512, 64, PKI_ALG_RSASSA_PSS_SHA512}),
+const pss_row_t hashes_rows[] = {
+    {"Default", EVP_sha1, EVP_sha1, 20, PKI_ALG_RSASSA_PSS_SHA1},
+    {"Sha1OtherSalt", EVP_sha1, EVP_sha1, 8, PKI_ALG_RSASSA_PSS_SHA1},
+    {"Sha1OtherMask", EVP_sha1, EVP_sha256, 20, PKI_ALG_RSASSA_PSS_SHA1},
+    {"Sha224", EVP_sha224, EVP_sha224, 28, PKI_ALG_RSASSA_PSS_SHA224},
+    {"Sha256", EVP_sha256, EVP_sha256, 32, PKI_ALG_RSASSA_PSS_SHA256},
+    {"Sha256DefaultMaskAndSalt", EVP_sha256, EVP_sha1, 20, PKI_ALG_RSASSA_PSS_SHA256},
+    {"Sha384", EVP_sha384, EVP_sha384, 48, PKI_ALG_RSASSA_PSS_SHA384},
+    {"Sha512", EVP_sha512, EVP_sha512, 64, PKI_ALG_RSASSA_PSS_SHA512},
+};
+INSTANTIATE_TEST_SUITE_P(Hashes, OpensslPssCertificate, testing::ValuesIn(hashes_rows),
                          [](const auto& row) { return row.param.name; });
 
 } // namespace

@@ -144,25 +144,26 @@ TEST_P(PubkeyRefuses, AndStoresWhatItRead) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Keys, PubkeyRefuses,
-    testing::Values(
-        refused_row_t{"Nothing", "", -1}, refused_row_t{"OneByte", "30", -1},
-        refused_row_t{"Set", "31 0D 30 07 06 03 2A 03 04 05 00 03 02 00 AA", -1},
-        refused_row_t{"Indefinite", "30 80 30 07 06 03 2A 03 04 05 00 03 02 00 AA 00 00", -1},
-        refused_row_t{"FiveLengthOctets", "30 85 00 00 00 00 0D 30 07 06 03 2A 03 04 05 00 03 02 00 AA", -1},
-        refused_row_t{"SequenceCut", "30 0E 30 07 06 03 2A 03 04 05 00 03 02 00 AA", -1},
-        refused_row_t{"EmptySequence", "30 00 30 07 06 03 2A 03 04 05 00 03 02 00 AA", -1},
-        refused_row_t{"AlgorithmNoSequence", "30 0D 31 07 06 03 2A 03 04 05 00 03 02 00 AA", -1},
-        refused_row_t{"AlgorithmPastTheSequence", "30 08 30 07 06 03 2A 03 04 05 00 03 02 00 AA", -1},
-        refused_row_t{"AlgorithmIndefinite", "30 0D 30 80 06 03 2A 03 04 05 00 03 02 00 AA", -1},
-        refused_row_t{"NoObjectIdentifier", "30 04 30 02 05 00", -1},
-        refused_row_t{"ObjectIdentifierPastTheAlgorithm", "30 0D 30 04 06 03 2A 03 04 05 00 03 02 00 AA", -1},
-        refused_row_t{"NoBitString", "30 09 30 07 06 03 2A 03 04 05 00", 6},
-        refused_row_t{"OctetStringForTheBitString", "30 0D 30 07 06 03 2A 03 04 05 00 04 02 00 AA", 6},
-        refused_row_t{"BitStringIndefinite", "30 0D 30 07 06 03 2A 03 04 05 00 03 80 00 AA", 6},
-        refused_row_t{"BitStringPastTheInput", "30 0D 30 07 06 03 2A 03 04 05 00 03 03 00 AA", 6}),
-    [](const auto& row) { return row.param.name; });
+const refused_row_t keys_rows[] = {
+    {"Nothing", "", -1},
+    {"OneByte", "30", -1},
+    {"Set", "31 0D 30 07 06 03 2A 03 04 05 00 03 02 00 AA", -1},
+    {"Indefinite", "30 80 30 07 06 03 2A 03 04 05 00 03 02 00 AA 00 00", -1},
+    {"FiveLengthOctets", "30 85 00 00 00 00 0D 30 07 06 03 2A 03 04 05 00 03 02 00 AA", -1},
+    {"SequenceCut", "30 0E 30 07 06 03 2A 03 04 05 00 03 02 00 AA", -1},
+    {"EmptySequence", "30 00 30 07 06 03 2A 03 04 05 00 03 02 00 AA", -1},
+    {"AlgorithmNoSequence", "30 0D 31 07 06 03 2A 03 04 05 00 03 02 00 AA", -1},
+    {"AlgorithmPastTheSequence", "30 08 30 07 06 03 2A 03 04 05 00 03 02 00 AA", -1},
+    {"AlgorithmIndefinite", "30 0D 30 80 06 03 2A 03 04 05 00 03 02 00 AA", -1},
+    {"NoObjectIdentifier", "30 04 30 02 05 00", -1},
+    {"ObjectIdentifierPastTheAlgorithm", "30 0D 30 04 06 03 2A 03 04 05 00 03 02 00 AA", -1},
+    {"NoBitString", "30 09 30 07 06 03 2A 03 04 05 00", 6},
+    {"OctetStringForTheBitString", "30 0D 30 07 06 03 2A 03 04 05 00 04 02 00 AA", 6},
+    {"BitStringIndefinite", "30 0D 30 07 06 03 2A 03 04 05 00 03 80 00 AA", 6},
+    {"BitStringPastTheInput", "30 0D 30 07 06 03 2A 03 04 05 00 03 03 00 AA", 6},
+};
+INSTANTIATE_TEST_SUITE_P(Keys, PubkeyRefuses, testing::ValuesIn(keys_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(Pubkey, EveryCutIsRefused) {
     for_every_prefix(from_hex(small_key), [](const uint8_t* der, std::size_t size) {
@@ -255,21 +256,22 @@ span_t at(const uint8_t* der) {
     return {Len, der + At};
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Keys, RsaPubkey,
-    testing::Values(rsa_row_t{"NoSignByte", "30 07 02 02 43 21 02 01 03", at<2, 4>, at<1, 8>},
-                    rsa_row_t{"SignByteIsDropped", "30 08 02 03 00 C3 21 02 01 03", at<2, 5>, at<1, 9>},
-                    rsa_row_t{"SignByteOfOneByte", "30 07 02 02 00 C3 02 01 03", at<1, 5>, at<1, 8>},
-                    rsa_row_t{"TwoLeadingZeros", "30 08 02 03 00 00 C3 02 01 03", at<1, 6>, at<1, 9>},
-                    rsa_row_t{"ZeroKeepsItsByte", "30 06 02 01 00 02 01 03", at<1, 4>, at<1, 7>},
-                    rsa_row_t{"TwoZerosKeepOne", "30 07 02 02 00 00 02 01 03", at<1, 5>, at<1, 8>},
-                    rsa_row_t{"ZerosInsideStay", "30 09 02 04 00 01 00 00 02 01 03", at<3, 5>, at<1, 10>},
-                    rsa_row_t{"EmptyModulus", "30 05 02 00 02 01 03", at<0, 4>, at<1, 6>},
-                    rsa_row_t{"EmptyExponent", "30 05 02 01 11 02 00", at<1, 4>, at<0, 7>},
-                    rsa_row_t{"ExponentKeepsItsZeros", "30 0A 02 02 00 C3 02 04 00 01 00 01", at<1, 5>, at<4, 8>},
-                    rsa_row_t{"BytesBehindTheExponent", "30 07 02 01 11 02 01 03 FF FF", at<1, 4>, at<1, 7>},
-                    rsa_row_t{"LongForms", "30 81 09 02 81 02 00 C3 02 81 01 03", at<1, 7>, at<1, 11>}),
-    [](const auto& row) { return row.param.name; });
+const rsa_row_t rsa_pubkey_keys_rows[] = {
+    {"NoSignByte", "30 07 02 02 43 21 02 01 03", at<2, 4>, at<1, 8>},
+    {"SignByteIsDropped", "30 08 02 03 00 C3 21 02 01 03", at<2, 5>, at<1, 9>},
+    {"SignByteOfOneByte", "30 07 02 02 00 C3 02 01 03", at<1, 5>, at<1, 8>},
+    {"TwoLeadingZeros", "30 08 02 03 00 00 C3 02 01 03", at<1, 6>, at<1, 9>},
+    {"ZeroKeepsItsByte", "30 06 02 01 00 02 01 03", at<1, 4>, at<1, 7>},
+    {"TwoZerosKeepOne", "30 07 02 02 00 00 02 01 03", at<1, 5>, at<1, 8>},
+    {"ZerosInsideStay", "30 09 02 04 00 01 00 00 02 01 03", at<3, 5>, at<1, 10>},
+    {"EmptyModulus", "30 05 02 00 02 01 03", at<0, 4>, at<1, 6>},
+    {"EmptyExponent", "30 05 02 01 11 02 00", at<1, 4>, at<0, 7>},
+    {"ExponentKeepsItsZeros", "30 0A 02 02 00 C3 02 04 00 01 00 01", at<1, 5>, at<4, 8>},
+    {"BytesBehindTheExponent", "30 07 02 01 11 02 01 03 FF FF", at<1, 4>, at<1, 7>},
+    {"LongForms", "30 81 09 02 81 02 00 C3 02 81 01 03", at<1, 7>, at<1, 11>},
+};
+INSTANTIATE_TEST_SUITE_P(Keys, RsaPubkey, testing::ValuesIn(rsa_pubkey_keys_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(RsaPubkey, RequiredExponentMayRunPastTheSequence) {
     for_guarded("30 03 02 01 11 02 03 01 00 01"_hex, [](const uint8_t* der, std::size_t size) {
@@ -317,22 +319,23 @@ TEST_P(RsaPubkeyRefuses, AndStoresWhatItReached) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Keys, RsaPubkeyRefuses,
-    testing::Values(rsa_refused_row_t{"Nothing", "", not_written},
-                    rsa_refused_row_t{"NoSequence", "02 01 11 02 01 03", not_written},
-                    rsa_refused_row_t{"Indefinite", "30 80 02 01 11 02 01 03 00 00", not_written},
-                    rsa_refused_row_t{"FiveLengthOctets", "30 85 00 00 00 00 06 02 01 11 02 01 03", not_written},
-                    rsa_refused_row_t{"SequenceCut", "30 07 02 01 11 02 01 03", not_written},
-                    rsa_refused_row_t{"EmptySequence", "30 00 02 01 11 02 01 03", reset},
-                    rsa_refused_row_t{"ModulusNoInteger", "30 06 04 01 11 02 01 03", reset},
-                    rsa_refused_row_t{"ModulusPastTheSequence", "30 03 02 02 11 02 01 03", reset},
-                    rsa_refused_row_t{"ModulusIndefinite", "30 06 02 80 11 02 01 03", reset},
-                    rsa_refused_row_t{"NoExponent", "30 03 02 01 11", at<1, 4>},
-                    rsa_refused_row_t{"ModulusKeepsItsZeroWithoutAnExponent", "30 04 02 02 00 C3", at<2, 4>},
-                    rsa_refused_row_t{"ExponentNoInteger", "30 06 02 01 11 04 01 03", at<1, 4>},
-                    rsa_refused_row_t{"ExponentPastTheInput", "30 06 02 01 11 02 02 03", at<1, 4>}),
-    [](const auto& row) { return row.param.name; });
+const rsa_refused_row_t rsa_pubkey_refuses_keys_rows[] = {
+    {"Nothing", "", not_written},
+    {"NoSequence", "02 01 11 02 01 03", not_written},
+    {"Indefinite", "30 80 02 01 11 02 01 03 00 00", not_written},
+    {"FiveLengthOctets", "30 85 00 00 00 00 06 02 01 11 02 01 03", not_written},
+    {"SequenceCut", "30 07 02 01 11 02 01 03", not_written},
+    {"EmptySequence", "30 00 02 01 11 02 01 03", reset},
+    {"ModulusNoInteger", "30 06 04 01 11 02 01 03", reset},
+    {"ModulusPastTheSequence", "30 03 02 02 11 02 01 03", reset},
+    {"ModulusIndefinite", "30 06 02 80 11 02 01 03", reset},
+    {"NoExponent", "30 03 02 01 11", at<1, 4>},
+    {"ModulusKeepsItsZeroWithoutAnExponent", "30 04 02 02 00 C3", at<2, 4>},
+    {"ExponentNoInteger", "30 06 02 01 11 04 01 03", at<1, 4>},
+    {"ExponentPastTheInput", "30 06 02 01 11 02 02 03", at<1, 4>},
+};
+INSTANTIATE_TEST_SUITE_P(Keys, RsaPubkeyRefuses, testing::ValuesIn(rsa_pubkey_refuses_keys_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(RsaPubkey, EveryCutIsRefused) {
     for_every_prefix("30 0A 02 03 00 C3 21 02 03 01 00 01"_hex, [](const uint8_t* der, std::size_t size) {
@@ -411,51 +414,37 @@ TEST_P(GostPubkey, ReadsParameterSets) {
 
 const auto row_name = [](const auto& row) { return row.param.name; };
 
-INSTANTIATE_TEST_SUITE_P(
-    Accepted, GostPubkey,
-    testing::Values(
-        gost_row_t{"ThreeSets", "30 0F 06 03 2A 03 04 06 03 2A 03 05 06 03 2A 03 06", at<5, 2>, at<5, 7>, at<5, 12>,
-                   true},
-        gost_row_t{"TwoSets", "30 0A 06 03 2A 03 04 06 03 2A 03 05", at<5, 2>, at<5, 7>, reset, true},
-        gost_row_t{"EmptySets", "30 06 06 00 06 00 06 00", at<2, 2>, at<2, 4>, at<2, 6>, true},
-        gost_row_t{"ThirdIsNoObjectIdentifier", "30 0C 06 03 2A 03 04 06 03 2A 03 05 05 00", at<5, 2>, at<5, 7>, reset,
-                   true},
-        gost_row_t{"ThirdIsOneByte", "30 0B 06 03 2A 03 04 06 03 2A 03 05 06", at<5, 2>, at<5, 7>, reset, true},
-        gost_row_t{"ThirdPastTheSequence", "30 0C 06 03 2A 03 04 06 03 2A 03 05 06 03 2A 03 06", at<5, 2>, at<5, 7>,
-                   reset, true},
-        gost_row_t{"ThirdIndefinite", "30 0E 06 03 2A 03 04 06 03 2A 03 05 06 80 00 00", at<5, 2>, at<5, 7>, reset,
-                   true},
-        gost_row_t{"ThirdBehindTheSequence", "30 0A 06 03 2A 03 04 06 03 2A 03 05 06 03 2A 03 06", at<5, 2>, at<5, 7>,
-                   reset, true},
-        gost_row_t{"BytesBehindTheThird", "30 11 06 03 2A 03 04 06 03 2A 03 05 06 03 2A 03 06 FF FF", at<5, 2>,
-                   at<5, 7>, at<5, 12>, true},
-        gost_row_t{"LongForms", "30 81 0C 06 81 03 2A 03 04 06 82 00 02 2A 03", at<6, 3>, at<6, 9>, reset, true}),
-    row_name);
+const gost_row_t accepted_rows[] = {
+    {"ThreeSets", "30 0F 06 03 2A 03 04 06 03 2A 03 05 06 03 2A 03 06", at<5, 2>, at<5, 7>, at<5, 12>, true},
+    {"TwoSets", "30 0A 06 03 2A 03 04 06 03 2A 03 05", at<5, 2>, at<5, 7>, reset, true},
+    {"EmptySets", "30 06 06 00 06 00 06 00", at<2, 2>, at<2, 4>, at<2, 6>, true},
+    {"ThirdIsNoObjectIdentifier", "30 0C 06 03 2A 03 04 06 03 2A 03 05 05 00", at<5, 2>, at<5, 7>, reset, true},
+    {"ThirdIsOneByte", "30 0B 06 03 2A 03 04 06 03 2A 03 05 06", at<5, 2>, at<5, 7>, reset, true},
+    {"ThirdPastTheSequence", "30 0C 06 03 2A 03 04 06 03 2A 03 05 06 03 2A 03 06", at<5, 2>, at<5, 7>, reset, true},
+    {"ThirdIndefinite", "30 0E 06 03 2A 03 04 06 03 2A 03 05 06 80 00 00", at<5, 2>, at<5, 7>, reset, true},
+    {"ThirdBehindTheSequence", "30 0A 06 03 2A 03 04 06 03 2A 03 05 06 03 2A 03 06", at<5, 2>, at<5, 7>, reset, true},
+    {"BytesBehindTheThird", "30 11 06 03 2A 03 04 06 03 2A 03 05 06 03 2A 03 06 FF FF", at<5, 2>, at<5, 7>, at<5, 12>,
+     true},
+    {"LongForms", "30 81 0C 06 81 03 2A 03 04 06 82 00 02 2A 03", at<6, 3>, at<6, 9>, reset, true},
+};
+INSTANTIATE_TEST_SUITE_P(Accepted, GostPubkey, testing::ValuesIn(accepted_rows), row_name);
 
-INSTANTIATE_TEST_SUITE_P(
-    Refused, GostPubkey,
-    testing::Values(gost_row_t{"NoParameters", "", not_written, not_written, not_written, false},
-                    gost_row_t{"Null", "05 00", not_written, not_written, not_written, false},
-                    gost_row_t{"Indefinite", "30 80 06 03 2A 03 04 06 03 2A 03 05 00 00", not_written, not_written,
-                               not_written, false},
-                    gost_row_t{"FiveLengthOctets", "30 85 00 00 00 00 0A 06 03 2A 03 04 06 03 2A 03 05", not_written,
-                               not_written, not_written, false},
-                    gost_row_t{"SequenceCut", "30 0B 06 03 2A 03 04 06 03 2A 03 05", not_written, not_written,
-                               not_written, false},
-                    gost_row_t{"EmptySequence", "30 00 06 03 2A 03 04 06 03 2A 03 05", not_written, not_written,
-                               not_written, false},
-                    gost_row_t{"FirstNoObjectIdentifier", "30 0A 04 03 2A 03 04 06 03 2A 03 05", not_written,
-                               not_written, not_written, false},
-                    gost_row_t{"FirstPastTheSequence", "30 04 06 03 2A 03 04 06 03 2A 03 05", not_written, not_written,
-                               not_written, false},
-                    gost_row_t{"OneSet", "30 05 06 03 2A 03 04", at<5, 2>, not_written, not_written, false},
-                    gost_row_t{"SecondBehindTheSequence", "30 05 06 03 2A 03 04 06 03 2A 03 05", at<5, 2>, not_written,
-                               not_written, false},
-                    gost_row_t{"SecondNoObjectIdentifier", "30 0A 06 03 2A 03 04 04 03 2A 03 05", at<5, 2>, not_written,
-                               not_written, false},
-                    gost_row_t{"SecondIndefinite", "30 0A 06 03 2A 03 04 06 80 2A 00 00", at<5, 2>, not_written,
-                               not_written, false}),
-    row_name);
+const gost_row_t refused_rows[] = {
+    {"NoParameters", "", not_written, not_written, not_written, false},
+    {"Null", "05 00", not_written, not_written, not_written, false},
+    {"Indefinite", "30 80 06 03 2A 03 04 06 03 2A 03 05 00 00", not_written, not_written, not_written, false},
+    {"FiveLengthOctets", "30 85 00 00 00 00 0A 06 03 2A 03 04 06 03 2A 03 05", not_written, not_written, not_written,
+     false},
+    {"SequenceCut", "30 0B 06 03 2A 03 04 06 03 2A 03 05", not_written, not_written, not_written, false},
+    {"EmptySequence", "30 00 06 03 2A 03 04 06 03 2A 03 05", not_written, not_written, not_written, false},
+    {"FirstNoObjectIdentifier", "30 0A 04 03 2A 03 04 06 03 2A 03 05", not_written, not_written, not_written, false},
+    {"FirstPastTheSequence", "30 04 06 03 2A 03 04 06 03 2A 03 05", not_written, not_written, not_written, false},
+    {"OneSet", "30 05 06 03 2A 03 04", at<5, 2>, not_written, not_written, false},
+    {"SecondBehindTheSequence", "30 05 06 03 2A 03 04 06 03 2A 03 05", at<5, 2>, not_written, not_written, false},
+    {"SecondNoObjectIdentifier", "30 0A 06 03 2A 03 04 04 03 2A 03 05", at<5, 2>, not_written, not_written, false},
+    {"SecondIndefinite", "30 0A 06 03 2A 03 04 06 80 2A 00 00", at<5, 2>, not_written, not_written, false},
+};
+INSTANTIATE_TEST_SUITE_P(Refused, GostPubkey, testing::ValuesIn(refused_rows), row_name);
 
 struct gost_key_row_t {
     const char* name;
@@ -482,16 +471,17 @@ TEST_P(GostPubkeyBits, HoldAnOctetString) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Keys, GostPubkeyBits,
-                         testing::Values(gost_key_row_t{"AsStored", "04 03 01 02 03", at<3, 2>, true},
-                                         gost_key_row_t{"Empty", "04 00", at<0, 2>, true},
-                                         gost_key_row_t{"BytesBehind", "04 01 01 FF", at<1, 2>, true},
-                                         gost_key_row_t{"LongForm", "04 81 01 01", at<1, 3>, true},
-                                         gost_key_row_t{"Nothing", "", not_written, false},
-                                         gost_key_row_t{"NoOctetString", "30 03 01 02 03", not_written, false},
-                                         gost_key_row_t{"Indefinite", "04 80 01 00 00", not_written, false},
-                                         gost_key_row_t{"Cut", "04 04 01 02 03", not_written, false}),
-                         row_name);
+const gost_key_row_t gost_pubkey_bits_keys_rows[] = {
+    {"AsStored", "04 03 01 02 03", at<3, 2>, true},
+    {"Empty", "04 00", at<0, 2>, true},
+    {"BytesBehind", "04 01 01 FF", at<1, 2>, true},
+    {"LongForm", "04 81 01 01", at<1, 3>, true},
+    {"Nothing", "", not_written, false},
+    {"NoOctetString", "30 03 01 02 03", not_written, false},
+    {"Indefinite", "04 80 01 00 00", not_written, false},
+    {"Cut", "04 04 01 02 03", not_written, false},
+};
+INSTANTIATE_TEST_SUITE_P(Keys, GostPubkeyBits, testing::ValuesIn(gost_pubkey_bits_keys_rows), row_name);
 
 TEST(GostPubkey, FillsTheParameterSetsOfAKeyWithoutBits) {
     // A well-formed key stands in memory where the bits would have to be read from.

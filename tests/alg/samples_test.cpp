@@ -113,13 +113,12 @@ TEST_P(GostSamples, Key) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Keys, GostSamples,
-                         testing::Values(gost_row_t{"Gost2001", "gost_2001", PKI_ALG_GOST3410_2001, "1.2.643.2.2.35.1",
-                                                    "1.2.643.2.2.30.1", 64},
-                                         gost_row_t{"Gost2012Of256Bits", "gost_2012_256", PKI_ALG_GOST3410_2012_256,
-                                                    "1.2.643.2.2.35.1", "1.2.643.7.1.1.2.2", 64},
-                                         gost_row_t{"Gost2012Of512Bits", "gost_2012_512", PKI_ALG_GOST3410_2012_512,
-                                                    "1.2.643.7.1.2.1.2.1", "1.2.643.7.1.1.2.3", 128}),
+const gost_row_t keys_rows[] = {
+    {"Gost2001", "gost_2001", PKI_ALG_GOST3410_2001, "1.2.643.2.2.35.1", "1.2.643.2.2.30.1", 64},
+    {"Gost2012Of256Bits", "gost_2012_256", PKI_ALG_GOST3410_2012_256, "1.2.643.2.2.35.1", "1.2.643.7.1.1.2.2", 64},
+    {"Gost2012Of512Bits", "gost_2012_512", PKI_ALG_GOST3410_2012_512, "1.2.643.7.1.2.1.2.1", "1.2.643.7.1.1.2.3", 128},
+};
+INSTANTIATE_TEST_SUITE_P(Keys, GostSamples, testing::ValuesIn(keys_rows),
                          [](const auto& row) { return row.param.name; });
 
 TEST(Samples, DsaSignatures) {
@@ -169,16 +168,16 @@ TEST_P(SignatureSamples, Algorithm) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Algorithms, SignatureSamples,
-    testing::Values(signature_row_t{"Sha256Rsa", "algorithm_sha256_rsa", PKI_ALG_SHA256_RSA, true},
-                    signature_row_t{"Sha1Dsa", "algorithm_sha1_dsa", PKI_ALG_SHA1_DSA, true},
-                    signature_row_t{"PssDefault", "algorithm_pss_default", PKI_ALG_RSASSA_PSS_SHA1, true},
-                    // OpenSSL names the mask generation function and the salt length,
-                    signature_row_t{"PssSha256", "algorithm_pss_sha256", PKI_ALG_RSASSA_PSS_SHA256, false},
-                    // and its GOST engine writes a NULL.
-                    signature_row_t{"Gost2012", "algorithm_gost_2012_256", PKI_ALG_GOST3411_2012_256_GOST3410_2012_256,
-                                    false}),
-    [](const auto& row) { return row.param.name; });
+const signature_row_t algorithms_rows[] = {
+    {"Sha256Rsa", "algorithm_sha256_rsa", PKI_ALG_SHA256_RSA, true},
+    {"Sha1Dsa", "algorithm_sha1_dsa", PKI_ALG_SHA1_DSA, true},
+    {"PssDefault", "algorithm_pss_default", PKI_ALG_RSASSA_PSS_SHA1, true},
+    // OpenSSL names the mask generation function and the salt length,
+    {"PssSha256", "algorithm_pss_sha256", PKI_ALG_RSASSA_PSS_SHA256, false},
+    // and its GOST engine writes a NULL.
+    {"Gost2012", "algorithm_gost_2012_256", PKI_ALG_GOST3411_2012_256_GOST3410_2012_256, false},
+};
+INSTANTIATE_TEST_SUITE_P(Algorithms, SignatureSamples, testing::ValuesIn(algorithms_rows),
+                         [](const auto& row) { return row.param.name; });
 
 } // namespace

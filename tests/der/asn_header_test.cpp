@@ -27,18 +27,21 @@ TEST_P(AsnHeader, IsWritten) {
     EXPECT_EQ(to_hex(header(GetParam().content_size)), GetParam().der);
 }
 
-INSTANTIATE_TEST_SUITE_P(Lengths, AsnHeader,
-                         testing::Values(header_row_t{"Zero", 0, "30 00"}, header_row_t{"LastShort", 0x7F, "30 7F"},
-                                         header_row_t{"FirstLong", 0x80, "30 81 80"},
-                                         header_row_t{"TwoHundred", 200, "30 81 C8"},
-                                         header_row_t{"LastOneOctet", 0xFF, "30 81 FF"},
-                                         header_row_t{"FirstTwoOctets", 0x100, "30 82 01 00"},
-                                         header_row_t{"TwoOctets", 0x1234, "30 82 12 34"},
-                                         header_row_t{"LastTwoOctets", 0xFFFF, "30 82 FF FF"},
-                                         header_row_t{"ThreeOctets", 0x123456, "30 83 12 34 56"},
-                                         header_row_t{"ThreeOctetsLowZero", 0x10100, "30 83 01 01 00"},
-                                         header_row_t{"FourOctets", 0x1010101, "30 84 01 01 01 01"},
-                                         header_row_t{"Largest", 0xFFFFFFFF, "30 84 FF FF FF FF"}),
+const header_row_t lengths_rows[] = {
+    {"Zero", 0, "30 00"},
+    {"LastShort", 0x7F, "30 7F"},
+    {"FirstLong", 0x80, "30 81 80"},
+    {"TwoHundred", 200, "30 81 C8"},
+    {"LastOneOctet", 0xFF, "30 81 FF"},
+    {"FirstTwoOctets", 0x100, "30 82 01 00"},
+    {"TwoOctets", 0x1234, "30 82 12 34"},
+    {"LastTwoOctets", 0xFFFF, "30 82 FF FF"},
+    {"ThreeOctets", 0x123456, "30 83 12 34 56"},
+    {"ThreeOctetsLowZero", 0x10100, "30 83 01 01 00"},
+    {"FourOctets", 0x1010101, "30 84 01 01 01 01"},
+    {"Largest", 0xFFFFFFFF, "30 84 FF FF FF FF"},
+};
+INSTANTIATE_TEST_SUITE_P(Lengths, AsnHeader, testing::ValuesIn(lengths_rows),
                          [](const auto& row) { return row.param.name; });
 
 // The rule as it stands in words: store the lowest byte, then walk up from the second lowest, storing bytes until a

@@ -45,45 +45,48 @@ TEST_P(ReadTag, BothWidthsGiveContentsAndLength) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Elements, ReadTag,
-    testing::Values(
-        // Fewer than two bytes
-        read_row_t{"Empty", any, "", -1, unwritten}, read_row_t{"OneByte", any, "30", -1, unwritten},
-        read_row_t{"OneByteOfTheTag", sequence, "30", -1, unwritten},
-        // The identifier
-        read_row_t{"AnyTakesTag00", any, "00 00", 2, 0}, read_row_t{"AnyTakesTag1F", any, "1F 01 AA", 2, 1},
-        read_row_t{"OtherTag", sequence, "31 00", -1, unwritten},
-        read_row_t{"OnlyTheLowByteOfTheTagCounts", tag(0x130), "30 00", 2, 0},
-        read_row_t{"Tag0x100ComparesWith00", tag(0x100), "05 00", -1, unwritten},
-        read_row_t{"Tag0x100Takes00", tag(0x100), "00 00", 2, 0},
-        // Short form
-        read_row_t{"EmptyContents", any, "05 00", 2, 0}, read_row_t{"ShortForm", octet_string, "04 02 AA BB", 2, 2},
-        read_row_t{"BytesBehindAreIgnored", octet_string, "04 01 AA BB CC", 2, 1},
-        read_row_t{"ContentsCutByOne", octet_string, "04 05 01 02 03 04", -1, 5},
-        // Long form
-        read_row_t{"Indefinite", any, "30 80 05 00 00 00", -1, unwritten},
-        read_row_t{"IndefiniteOfTheTag", sequence, "30 80 00 00", -1, unwritten},
-        read_row_t{"RequiredNonMinimalLength", octet_string, "04 81 05 01 02 03 04 05", 3, 5},
-        read_row_t{"RequiredNonMinimalTwoOctets", octet_string, "04 82 00 05 01 02 03 04 05", 4, 5},
-        // The header ends the input, or nearly so
-        read_row_t{"OneLengthOctetAtTheEnd", any, "05 81 00", 3, 0},
-        read_row_t{"TwoLengthOctetsAtTheEnd", any, "05 82 00 00", 4, 0},
-        read_row_t{"ThreeLengthOctetsAtTheEnd", any, "05 83 00 00 00", 5, 0},
-        read_row_t{"OneLengthOctetAndOneByte", octet_string, "04 81 01 AA", 3, 1},
-        read_row_t{"OneLengthOctetAndTwoBytes", octet_string, "04 81 02 AA BB", 3, 2},
-        read_row_t{"TwoLengthOctetsAndOneByte", octet_string, "04 82 00 01 AA", 4, 1},
-        read_row_t{"TwoLengthOctetsCut", octet_string, "04 82 01 02 AA", -1, 0x102},
-        read_row_t{"ThreeLengthOctetsCut", octet_string, "04 83 01 02 03", -1, 0x10203},
-        read_row_t{"FourLengthOctets", sequence, "30 84 00 00 00 01 AA", 6, 1},
-        read_row_t{"FourLengthOctetsCut", sequence, "30 84 00 00 00 01", -1, 1},
-        read_row_t{"FiveLengthOctets", any, "30 85 00 00 00 00 01 AA", -1, unwritten},
-        read_row_t{"ReservedFirstOctetFF", any, "30 FF 00 00 00 00 00", -1, unwritten},
-        read_row_t{"LengthOctetsPastTheEnd", sequence, "30 82 01", -1, unwritten},
-        read_row_t{"NoLengthOctet", sequence, "30 81", -1, unwritten},
-        read_row_t{"LargestLength", sequence, "30 84 FF FF FF FF", -1, 0xFFFFFFFF},
-        read_row_t{"LengthOf2To31", sequence, "30 84 80 00 00 00", -1, 0x80000000}),
-    [](const auto& row) { return row.param.name; });
+const read_row_t elements_rows[] = {
+    // Fewer than two bytes
+    {"Empty", any, "", -1, unwritten},
+    {"OneByte", any, "30", -1, unwritten},
+    {"OneByteOfTheTag", sequence, "30", -1, unwritten},
+    // The identifier
+    {"AnyTakesTag00", any, "00 00", 2, 0},
+    {"AnyTakesTag1F", any, "1F 01 AA", 2, 1},
+    {"OtherTag", sequence, "31 00", -1, unwritten},
+    {"OnlyTheLowByteOfTheTagCounts", tag(0x130), "30 00", 2, 0},
+    {"Tag0x100ComparesWith00", tag(0x100), "05 00", -1, unwritten},
+    {"Tag0x100Takes00", tag(0x100), "00 00", 2, 0},
+    // Short form
+    {"EmptyContents", any, "05 00", 2, 0},
+    {"ShortForm", octet_string, "04 02 AA BB", 2, 2},
+    {"BytesBehindAreIgnored", octet_string, "04 01 AA BB CC", 2, 1},
+    {"ContentsCutByOne", octet_string, "04 05 01 02 03 04", -1, 5},
+    // Long form
+    {"Indefinite", any, "30 80 05 00 00 00", -1, unwritten},
+    {"IndefiniteOfTheTag", sequence, "30 80 00 00", -1, unwritten},
+    {"RequiredNonMinimalLength", octet_string, "04 81 05 01 02 03 04 05", 3, 5},
+    {"RequiredNonMinimalTwoOctets", octet_string, "04 82 00 05 01 02 03 04 05", 4, 5},
+    // The header ends the input, or nearly so
+    {"OneLengthOctetAtTheEnd", any, "05 81 00", 3, 0},
+    {"TwoLengthOctetsAtTheEnd", any, "05 82 00 00", 4, 0},
+    {"ThreeLengthOctetsAtTheEnd", any, "05 83 00 00 00", 5, 0},
+    {"OneLengthOctetAndOneByte", octet_string, "04 81 01 AA", 3, 1},
+    {"OneLengthOctetAndTwoBytes", octet_string, "04 81 02 AA BB", 3, 2},
+    {"TwoLengthOctetsAndOneByte", octet_string, "04 82 00 01 AA", 4, 1},
+    {"TwoLengthOctetsCut", octet_string, "04 82 01 02 AA", -1, 0x102},
+    {"ThreeLengthOctetsCut", octet_string, "04 83 01 02 03", -1, 0x10203},
+    {"FourLengthOctets", sequence, "30 84 00 00 00 01 AA", 6, 1},
+    {"FourLengthOctetsCut", sequence, "30 84 00 00 00 01", -1, 1},
+    {"FiveLengthOctets", any, "30 85 00 00 00 00 01 AA", -1, unwritten},
+    {"ReservedFirstOctetFF", any, "30 FF 00 00 00 00 00", -1, unwritten},
+    {"LengthOctetsPastTheEnd", sequence, "30 82 01", -1, unwritten},
+    {"NoLengthOctet", sequence, "30 81", -1, unwritten},
+    {"LargestLength", sequence, "30 84 FF FF FF FF", -1, 0xFFFFFFFF},
+    {"LengthOf2To31", sequence, "30 84 80 00 00 00", -1, 0x80000000},
+};
+INSTANTIATE_TEST_SUITE_P(Elements, ReadTag, testing::ValuesIn(elements_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(ReadTag, EveryCutOfAnElementIsRefused) {
     for_every_prefix("30 81 06 02 01 11 02 01 22"_hex, [](const uint8_t* der, std::size_t size) {
@@ -246,15 +249,18 @@ TEST_P(AsnReadUint32, ReadsContents) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Contents, AsnReadUint32,
-                         testing::Values(uint32_row_t{"EmptyLeavesTheOutput", "", true, unwritten32},
-                                         uint32_row_t{"Zero", "00", true, 0}, uint32_row_t{"OneByte", "7F", true, 127},
-                                         uint32_row_t{"Negative", "80", false, unwritten32},
-                                         uint32_row_t{"NegativeFF", "FF FF", false, unwritten32},
-                                         uint32_row_t{"LeadingZeros", "00 00 00 00 00 FF", true, 255},
-                                         uint32_row_t{"Largest", "00 FF FF FF FF", true, 0xFFFFFFFF},
-                                         uint32_row_t{"SixSignificantBytes", "01 00 00 00 00 00", false, unwritten32},
-                                         uint32_row_t{"ZerosThenSix", "00 01 00 00 00 00 00", false, unwritten32}),
+const uint32_row_t contents_rows[] = {
+    {"EmptyLeavesTheOutput", "", true, unwritten32},
+    {"Zero", "00", true, 0},
+    {"OneByte", "7F", true, 127},
+    {"Negative", "80", false, unwritten32},
+    {"NegativeFF", "FF FF", false, unwritten32},
+    {"LeadingZeros", "00 00 00 00 00 FF", true, 255},
+    {"Largest", "00 FF FF FF FF", true, 0xFFFFFFFF},
+    {"SixSignificantBytes", "01 00 00 00 00 00", false, unwritten32},
+    {"ZerosThenSix", "00 01 00 00 00 00 00", false, unwritten32},
+};
+INSTANTIATE_TEST_SUITE_P(Contents, AsnReadUint32, testing::ValuesIn(contents_rows),
                          [](const auto& row) { return row.param.name; });
 
 TEST(AsnReadUint32, RequiredFiveSignificantBytesAreTruncated) {

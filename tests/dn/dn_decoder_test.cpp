@@ -73,33 +73,31 @@ TEST_P(DnDecoder, PrintsTheLine) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Names, DnDecoder,
-    testing::Values(
-        print_row_t{"Empty", "30 00", "", ""}, print_row_t{"BytesBehindTheName", "30 00 FF", "", ""},
-        print_row_t{"One", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 62 63", "CN=abc", "CN=abc"},
-        print_row_t{"TwoRdns", "30 18 31 0A 30 08 06 03 55 04 03 13 01 61 31 0A 30 08 06 03 55 04 0A 13 01 62",
-                    "CN=a,O=b", "O=b,CN=a"},
-        print_row_t{"TwoMembers", "30 16 31 14 30 08 06 03 55 04 03 13 01 61 30 08 06 03 55 04 0A 13 01 62", "CN=a+O=b",
-                    "CN=a+O=b"},
-        print_row_t{"MembersKeepTheirOrder",
-                    "30 2E 31 0A 30 08 06 03 55 04 03 13 01 61"
-                    "31 14 30 08 06 03 55 04 0A 13 01 62 30 08 06 03 55 04 0B 13 01 63"
-                    "31 0A 30 08 06 03 55 04 06 13 01 64",
-                    "CN=a,O=b+OU=c,C=d", "C=d,O=b+OU=c,CN=a"},
-        print_row_t{"UnknownTypeIsDotted", "30 0C 31 0A 30 08 06 03 55 04 7F 13 01 61", "2.5.4.127=a", "2.5.4.127=a"},
-        print_row_t{"LargeSecondArcIsSplitAnew", "30 0B 31 09 30 07 06 02 88 37 13 01 61", "26.39=a", "26.39=a"},
-        // No map knows these contents, but their dotted text is that of CN
-        print_row_t{"ArcsLoseTheirHighBits", "30 10 31 0E 30 0C 06 07 55 04 90 80 80 80 03 13 01 61", "2.5.4.3=a",
-                    "2.5.4.3=a"},
-        print_row_t{"LeadingZeroOfAnArcIsSkipped", "30 0D 31 0B 30 09 06 04 80 55 04 03 13 01 61", "2.5.4.3=a",
-                    "2.5.4.3=a"},
-        print_row_t{"StateIsPrintedByItsFirstName", "30 0C 31 0A 30 08 06 03 55 04 08 13 01 61", "ST=a", "ST=a"},
-        print_row_t{"LongFormLengths", "30 81 11 31 82 00 0D 30 81 0A 06 81 03 55 04 03 13 81 01 61", "CN=a", "CN=a"},
-        print_row_t{"RequiredAnEmptySetPrintsNothing", "30 02 31 00", "", ""},
-        print_row_t{"TwoEmptySets", "30 04 31 00 31 00", ",", ","},
-        print_row_t{"EmptySetBehindAnRdn", "30 0E 31 0A 30 08 06 03 55 04 03 13 01 61 31 00", "CN=a,", ",CN=a"}),
-    [](const auto& row) { return row.param.name; });
+const print_row_t names_rows[] = {
+    {"Empty", "30 00", "", ""},
+    {"BytesBehindTheName", "30 00 FF", "", ""},
+    {"One", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 62 63", "CN=abc", "CN=abc"},
+    {"TwoRdns", "30 18 31 0A 30 08 06 03 55 04 03 13 01 61 31 0A 30 08 06 03 55 04 0A 13 01 62", "CN=a,O=b",
+     "O=b,CN=a"},
+    {"TwoMembers", "30 16 31 14 30 08 06 03 55 04 03 13 01 61 30 08 06 03 55 04 0A 13 01 62", "CN=a+O=b", "CN=a+O=b"},
+    {"MembersKeepTheirOrder",
+     "30 2E 31 0A 30 08 06 03 55 04 03 13 01 61"
+     "31 14 30 08 06 03 55 04 0A 13 01 62 30 08 06 03 55 04 0B 13 01 63"
+     "31 0A 30 08 06 03 55 04 06 13 01 64",
+     "CN=a,O=b+OU=c,C=d", "C=d,O=b+OU=c,CN=a"},
+    {"UnknownTypeIsDotted", "30 0C 31 0A 30 08 06 03 55 04 7F 13 01 61", "2.5.4.127=a", "2.5.4.127=a"},
+    {"LargeSecondArcIsSplitAnew", "30 0B 31 09 30 07 06 02 88 37 13 01 61", "26.39=a", "26.39=a"},
+    // No map knows these contents, but their dotted text is that of CN
+    {"ArcsLoseTheirHighBits", "30 10 31 0E 30 0C 06 07 55 04 90 80 80 80 03 13 01 61", "2.5.4.3=a", "2.5.4.3=a"},
+    {"LeadingZeroOfAnArcIsSkipped", "30 0D 31 0B 30 09 06 04 80 55 04 03 13 01 61", "2.5.4.3=a", "2.5.4.3=a"},
+    {"StateIsPrintedByItsFirstName", "30 0C 31 0A 30 08 06 03 55 04 08 13 01 61", "ST=a", "ST=a"},
+    {"LongFormLengths", "30 81 11 31 82 00 0D 30 81 0A 06 81 03 55 04 03 13 81 01 61", "CN=a", "CN=a"},
+    {"RequiredAnEmptySetPrintsNothing", "30 02 31 00", "", ""},
+    {"TwoEmptySets", "30 04 31 00 31 00", ",", ","},
+    {"EmptySetBehindAnRdn", "30 0E 31 0A 30 08 06 03 55 04 03 13 01 61 31 00", "CN=a,", ",CN=a"},
+};
+INSTANTIATE_TEST_SUITE_P(Names, DnDecoder, testing::ValuesIn(names_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(DnDecoder, TypesAreDottedWithoutAMap) {
     EXPECT_EQ(print(name_with_value("13 03 61 62 63"_hex), DN_ORDER_AS_ENCODED, no_map).text, "2.5.4.3=abc");
@@ -140,41 +138,49 @@ TEST_P(DnDecoderValue, IsPrinted) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, DnDecoderValue,
-    testing::Values(
-        value_row_t{"PrintableString", "13 02 61 62", "ab"}, value_row_t{"Ia5String", "16 03 61 5F 62", "a_b"},
-        value_row_t{"Utf8String", "0C 02 C3 A9", "\xC3\xA9"}, value_row_t{"EmptyString", "13 00", ""},
-        value_row_t{"SpecialsAreEscaped", "13 03 61 2C 62", "a\\,b"},
-        value_row_t{"AllSpecials", "0C 09 22 23 2B 2C 3B 3C 3D 3E 5C", "\\\"\\#\\+\\,\\;\\<\\=\\>\\\\"},
-        value_row_t{"BlanksStayUnescaped", "0C 03 20 61 20", " a "},
-        value_row_t{"NulIsCopied", "16 01 00", std::string(1, '\0')},
-        value_row_t{"ControlsAreCopied", "16 02 0A 7F", "\n\x7F"},
-        value_row_t{"BrokenUtf8IsCopied", "0C 01 FF", "\xFF"},
-        value_row_t{"NumericString", "12 04 31 32 20 33", "12 3"}, value_row_t{"EmptyNumericString", "12 00", ""},
-        value_row_t{"TeletexString", "14 03 41 C2 65", "A\xC3\xA9"},
-        value_row_t{"TeletexSpecialsAreEscaped", "14 02 A6 2C", "\\#\\,"},
-        value_row_t{"EmptyTeletexString", "14 00", ""}, value_row_t{"TeletexAccentAtTheEnd", "14 01 C2", "\xC2\xB4"},
-        value_row_t{"BmpString", "1E 04 04 10 00 41",
-                    "\xD0\x90"
-                    "A"},
-        value_row_t{"BmpSpecialsAreEscaped", "1E 02 00 2C", "\\,"},
-        value_row_t{"BmpNul", "1E 02 00 00", std::string(1, '\0')},
-        value_row_t{"BmpNoncharacter", "1E 02 FF FF", "\xEF\xBF\xBF"},
-        value_row_t{"UniversalString", "1C 04 00 01 F6 00", "\xF0\x9F\x98\x80"},
-        value_row_t{"UniversalSpecialsAreEscaped", "1C 08 00 00 00 3D 00 00 00 41", "\\=A"},
-        value_row_t{"LargestUniversalCharacter", "1C 04 00 10 FF FF", "\xF4\x8F\xBF\xBF"},
-        value_row_t{"LongFormLength", "13 82 00 01 61", "a"},
-        value_row_t{"RequiredBytesAfterAStringAreIgnored", "13 01 61 FF FF", "a"},
-        // Everything else in hexadecimal, to the end of the attribute, its header not looked at
-        value_row_t{"OctetString", "04 02 01 02", "#04020102"}, value_row_t{"Constructed", "30 02 05 00", "#30020500"},
-        value_row_t{"VisibleString", "1A 01 61", "#1A0161"}, value_row_t{"GeneralString", "1B 01 61", "#1B0161"},
-        value_row_t{"ConstructedPrintableString", "33 03 13 01 61", "#3303130161"},
-        value_row_t{"ContextTag", "8C 01 61", "#8C0161"}, value_row_t{"BytesBehindInHex", "05 00 AB CD", "#0500ABCD"},
-        value_row_t{"RequiredHexOfAValueIgnoresItsHeader", "04 05 01", "#040501"},
-        value_row_t{"HexOfOneByte", "04", "#04"}, value_row_t{"TagOfAComma", "2C 00", "#2C00"},
-        value_row_t{"TagOfZero", "00", "#00"}),
-    [](const auto& row) { return row.param.name; });
+const value_row_t values_rows[] = {
+    {"PrintableString", "13 02 61 62", "ab"},
+    {"Ia5String", "16 03 61 5F 62", "a_b"},
+    {"Utf8String", "0C 02 C3 A9", "\xC3\xA9"},
+    {"EmptyString", "13 00", ""},
+    {"SpecialsAreEscaped", "13 03 61 2C 62", "a\\,b"},
+    {"AllSpecials", "0C 09 22 23 2B 2C 3B 3C 3D 3E 5C", "\\\"\\#\\+\\,\\;\\<\\=\\>\\\\"},
+    {"BlanksStayUnescaped", "0C 03 20 61 20", " a "},
+    {"NulIsCopied", "16 01 00", std::string(1, '\0')},
+    {"ControlsAreCopied", "16 02 0A 7F", "\n\x7F"},
+    {"BrokenUtf8IsCopied", "0C 01 FF", "\xFF"},
+    {"NumericString", "12 04 31 32 20 33", "12 3"},
+    {"EmptyNumericString", "12 00", ""},
+    {"TeletexString", "14 03 41 C2 65", "A\xC3\xA9"},
+    {"TeletexSpecialsAreEscaped", "14 02 A6 2C", "\\#\\,"},
+    {"EmptyTeletexString", "14 00", ""},
+    {"TeletexAccentAtTheEnd", "14 01 C2", "\xC2\xB4"},
+    {"BmpString", "1E 04 04 10 00 41",
+     "\xD0\x90"
+     "A"},
+    {"BmpSpecialsAreEscaped", "1E 02 00 2C", "\\,"},
+    {"BmpNul", "1E 02 00 00", std::string(1, '\0')},
+    {"BmpNoncharacter", "1E 02 FF FF", "\xEF\xBF\xBF"},
+    {"UniversalString", "1C 04 00 01 F6 00", "\xF0\x9F\x98\x80"},
+    {"UniversalSpecialsAreEscaped", "1C 08 00 00 00 3D 00 00 00 41", "\\=A"},
+    {"LargestUniversalCharacter", "1C 04 00 10 FF FF", "\xF4\x8F\xBF\xBF"},
+    {"LongFormLength", "13 82 00 01 61", "a"},
+    {"RequiredBytesAfterAStringAreIgnored", "13 01 61 FF FF", "a"},
+    // Everything else in hexadecimal, to the end of the attribute, its header not looked at
+    {"OctetString", "04 02 01 02", "#04020102"},
+    {"Constructed", "30 02 05 00", "#30020500"},
+    {"VisibleString", "1A 01 61", "#1A0161"},
+    {"GeneralString", "1B 01 61", "#1B0161"},
+    {"ConstructedPrintableString", "33 03 13 01 61", "#3303130161"},
+    {"ContextTag", "8C 01 61", "#8C0161"},
+    {"BytesBehindInHex", "05 00 AB CD", "#0500ABCD"},
+    {"RequiredHexOfAValueIgnoresItsHeader", "04 05 01", "#040501"},
+    {"HexOfOneByte", "04", "#04"},
+    {"TagOfAComma", "2C 00", "#2C00"},
+    {"TagOfZero", "00", "#00"},
+};
+INSTANTIATE_TEST_SUITE_P(Values, DnDecoderValue, testing::ValuesIn(values_rows),
+                         [](const auto& row) { return row.param.name; });
 
 // All 256 first bytes, each in front of a length and a letter.
 TEST(DnDecoderValue, EveryTagIsTextOrHex) {
@@ -255,67 +261,63 @@ TEST_P(DnDecoderFault, IsReported) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Names, DnDecoderFault,
-    testing::Values(
-        // Not a SEQUENCE that fits
-        print_fault_t{"NoBytes", "", 11, 0, "", ""}, print_fault_t{"OneByte", "30", 11, 0, "", ""},
-        print_fault_t{"NotASequence", "31 00", 11, 0, "", ""},
-        print_fault_t{"Indefinite", "30 80 00 00", 11, 0, "", ""},
-        print_fault_t{"FiveLengthOctets", "30 85 00 00 00 00 00", 11, 0, "", ""},
-        print_fault_t{"LongerThanTheInput", "30 01", 11, 0, "", ""},
-        print_fault_t{"LengthOctetsCut", "30 82 01", 11, 0, "", ""},
-        // Not a SET
-        print_fault_t{"SequenceInsteadOfASet", "30 02 30 00", 12, 2, "", ""},
-        print_fault_t{"SetLongerThanTheName", "30 02 31 01 00", 12, 2, "", ""},
-        print_fault_t{"OneByteOfASet", "30 01 31", 12, 2, "", ""},
-        print_fault_t{"IndefiniteSet", "30 04 31 80 00 00", 12, 2, "", ""},
-        print_fault_t{"ThirdIsNotASet",
-                      "30 1A 31 0A 30 08 06 03 55 04 03 13 01 61 31 0A 30 08 06 03 55 04 0A 13 01 62 30 00", 12, 26,
-                      "CN=a,O=b,", "O=b,CN=a,"},
-        print_fault_t{"EmptySetThenAFault", "30 04 31 00 30 00", 12, 4, ",", ","},
-        // Not a SEQUENCE
-        print_fault_t{"SetInsteadOfASequence", "30 04 31 02 31 00", 13, 4, "", ""},
-        print_fault_t{"ChildrenAreBoundedByTheirParent", "30 04 31 02 30 05 06 03 2A 03 04", 13, 4, "", ""},
-        print_fault_t{"SecondMemberIsNotASequence", "30 0E 31 0C 30 08 06 03 55 04 03 13 01 61 05 00", 13, 14, "CN=a+",
-                      ""},
-        print_fault_t{"SecondRdnFailsBehindAMember",
-                      "30 1A 31 0A 30 08 06 03 55 04 03 13 01 61 31 0C 30 08 06 03 55 04 0A 13 01 62 05 00", 13, 26,
-                      "CN=a,O=b+", "CN=a,"},
-        // No OBJECT IDENTIFIER
-        print_fault_t{"EmptyAttribute", "30 04 31 02 30 00", 14, 6, "", ""},
-        print_fault_t{"StringInsteadOfAType", "30 07 31 05 30 03 13 01 61", 14, 6, "", ""},
-        print_fault_t{"TypeLongerThanTheAttribute", "30 07 31 05 30 03 06 02 55", 14, 6, "", ""},
-        print_fault_t{"IndefiniteType", "30 08 31 06 30 04 06 80 00 00", 14, 6, "", ""},
-        // An unprintable OID
-        print_fault_t{"TypeCutInsideAnArc", "30 0B 31 09 30 07 06 02 2A 86 13 01 61", 15, 8, "1.2.", ""},
-        print_fault_t{"EmptyType", "30 09 31 07 30 05 06 00 13 01 61", 15, 8, "", ""},
-        print_fault_t{"TypeCutInsideItsOnlyArc", "30 0A 31 08 30 06 06 01 86 13 01 61", 15, 8, "", ""},
-        // No value, or a bad header
-        print_fault_t{"NoValue", "30 09 31 07 30 05 06 03 55 04 03", 16, 11, "CN=", ""},
-        print_fault_t{"OnlyAStringTag", "30 0A 31 08 30 06 06 03 55 04 03 13", 16, 11, "CN=", ""},
-        print_fault_t{"StringTooLong", "30 0C 31 0A 30 08 06 03 55 04 03 13 02 61", 16, 11, "CN=", ""},
-        print_fault_t{"StringBoundedByItsAttribute",
-                      "30 14 31 0A 30 08 06 03 55 04 03 13 02 61 31 06 30 04 06 00 13 00", 16, 11, "CN=", ""},
-        print_fault_t{"IndefiniteString", "30 0D 31 0B 30 09 06 03 55 04 03 0C 80 00 00", 16, 11, "CN=", ""},
-        print_fault_t{"StringOfFiveLengthOctets", "30 13 31 11 30 0F 06 03 55 04 03 16 85 00 00 00 00 03 61 62 63", 16,
-                      11, "CN=", ""},
-        print_fault_t{"StringLengthOctetsCut", "30 0C 31 0A 30 08 06 03 55 04 03 1E 82 00", 16, 11, "CN=", ""},
-        // Strings that cannot be converted
-        print_fault_t{"TeletexForbiddenByte", "30 0D 31 0B 30 09 06 03 55 04 03 14 02 41 24", 17, 13, "CN=", ""},
-        print_fault_t{"RequiredEmptyWideStringIsNotConvertible", "30 0B 31 09 30 07 06 03 55 04 03 1E 00", 18, 13,
-                      "CN=", ""},
-        print_fault_t{"BmpSurrogate", "30 0D 31 0B 30 09 06 03 55 04 03 1E 02 D8 3D", 18, 13, "CN=", ""},
-        print_fault_t{"BmpOddLength", "30 0C 31 0A 30 08 06 03 55 04 03 1E 01 41", 18, 13, "CN=", ""},
-        print_fault_t{"UniversalEmpty", "30 0B 31 09 30 07 06 03 55 04 03 1C 00", 18, 13, "CN=", ""},
-        print_fault_t{"UniversalThreeBytes", "30 0E 31 0C 30 0A 06 03 55 04 03 1C 03 00 00 41", 18, 13, "CN=", ""},
-        print_fault_t{"UniversalSurrogate", "30 0F 31 0D 30 0B 06 03 55 04 03 1C 04 00 00 DF FF", 18, 13, "CN=", ""},
-        print_fault_t{"UniversalAboveUnicode", "30 0F 31 0D 30 0B 06 03 55 04 03 1C 04 00 11 00 00", 18, 13, "CN=", ""},
-        print_fault_t{"NumericLetter", "30 0C 31 0A 30 08 06 03 55 04 03 12 01 61", 19, 13, "CN=", ""},
-        print_fault_t{"NumericLetterBehindAnRdn",
-                      "30 18 31 0A 30 08 06 03 55 04 03 13 01 61 31 0A 30 08 06 03 55 04 0A 12 01 61", 19, 25,
-                      "CN=a,O=", "CN=a,"}),
-    [](const auto& row) { return row.param.name; });
+const print_fault_t dn_decoder_fault_names_rows[] = {
+    // Not a SEQUENCE that fits
+    {"NoBytes", "", 11, 0, "", ""},
+    {"OneByte", "30", 11, 0, "", ""},
+    {"NotASequence", "31 00", 11, 0, "", ""},
+    {"Indefinite", "30 80 00 00", 11, 0, "", ""},
+    {"FiveLengthOctets", "30 85 00 00 00 00 00", 11, 0, "", ""},
+    {"LongerThanTheInput", "30 01", 11, 0, "", ""},
+    {"LengthOctetsCut", "30 82 01", 11, 0, "", ""},
+    // Not a SET
+    {"SequenceInsteadOfASet", "30 02 30 00", 12, 2, "", ""},
+    {"SetLongerThanTheName", "30 02 31 01 00", 12, 2, "", ""},
+    {"OneByteOfASet", "30 01 31", 12, 2, "", ""},
+    {"IndefiniteSet", "30 04 31 80 00 00", 12, 2, "", ""},
+    {"ThirdIsNotASet", "30 1A 31 0A 30 08 06 03 55 04 03 13 01 61 31 0A 30 08 06 03 55 04 0A 13 01 62 30 00", 12, 26,
+     "CN=a,O=b,", "O=b,CN=a,"},
+    {"EmptySetThenAFault", "30 04 31 00 30 00", 12, 4, ",", ","},
+    // Not a SEQUENCE
+    {"SetInsteadOfASequence", "30 04 31 02 31 00", 13, 4, "", ""},
+    {"ChildrenAreBoundedByTheirParent", "30 04 31 02 30 05 06 03 2A 03 04", 13, 4, "", ""},
+    {"SecondMemberIsNotASequence", "30 0E 31 0C 30 08 06 03 55 04 03 13 01 61 05 00", 13, 14, "CN=a+", ""},
+    {"SecondRdnFailsBehindAMember",
+     "30 1A 31 0A 30 08 06 03 55 04 03 13 01 61 31 0C 30 08 06 03 55 04 0A 13 01 62 05 00", 13, 26, "CN=a,O=b+",
+     "CN=a,"},
+    // No OBJECT IDENTIFIER
+    {"EmptyAttribute", "30 04 31 02 30 00", 14, 6, "", ""},
+    {"StringInsteadOfAType", "30 07 31 05 30 03 13 01 61", 14, 6, "", ""},
+    {"TypeLongerThanTheAttribute", "30 07 31 05 30 03 06 02 55", 14, 6, "", ""},
+    {"IndefiniteType", "30 08 31 06 30 04 06 80 00 00", 14, 6, "", ""},
+    // An unprintable OID
+    {"TypeCutInsideAnArc", "30 0B 31 09 30 07 06 02 2A 86 13 01 61", 15, 8, "1.2.", ""},
+    {"EmptyType", "30 09 31 07 30 05 06 00 13 01 61", 15, 8, "", ""},
+    {"TypeCutInsideItsOnlyArc", "30 0A 31 08 30 06 06 01 86 13 01 61", 15, 8, "", ""},
+    // No value, or a bad header
+    {"NoValue", "30 09 31 07 30 05 06 03 55 04 03", 16, 11, "CN=", ""},
+    {"OnlyAStringTag", "30 0A 31 08 30 06 06 03 55 04 03 13", 16, 11, "CN=", ""},
+    {"StringTooLong", "30 0C 31 0A 30 08 06 03 55 04 03 13 02 61", 16, 11, "CN=", ""},
+    {"StringBoundedByItsAttribute", "30 14 31 0A 30 08 06 03 55 04 03 13 02 61 31 06 30 04 06 00 13 00", 16, 11,
+     "CN=", ""},
+    {"IndefiniteString", "30 0D 31 0B 30 09 06 03 55 04 03 0C 80 00 00", 16, 11, "CN=", ""},
+    {"StringOfFiveLengthOctets", "30 13 31 11 30 0F 06 03 55 04 03 16 85 00 00 00 00 03 61 62 63", 16, 11, "CN=", ""},
+    {"StringLengthOctetsCut", "30 0C 31 0A 30 08 06 03 55 04 03 1E 82 00", 16, 11, "CN=", ""},
+    // Strings that cannot be converted
+    {"TeletexForbiddenByte", "30 0D 31 0B 30 09 06 03 55 04 03 14 02 41 24", 17, 13, "CN=", ""},
+    {"RequiredEmptyWideStringIsNotConvertible", "30 0B 31 09 30 07 06 03 55 04 03 1E 00", 18, 13, "CN=", ""},
+    {"BmpSurrogate", "30 0D 31 0B 30 09 06 03 55 04 03 1E 02 D8 3D", 18, 13, "CN=", ""},
+    {"BmpOddLength", "30 0C 31 0A 30 08 06 03 55 04 03 1E 01 41", 18, 13, "CN=", ""},
+    {"UniversalEmpty", "30 0B 31 09 30 07 06 03 55 04 03 1C 00", 18, 13, "CN=", ""},
+    {"UniversalThreeBytes", "30 0E 31 0C 30 0A 06 03 55 04 03 1C 03 00 00 41", 18, 13, "CN=", ""},
+    {"UniversalSurrogate", "30 0F 31 0D 30 0B 06 03 55 04 03 1C 04 00 00 DF FF", 18, 13, "CN=", ""},
+    {"UniversalAboveUnicode", "30 0F 31 0D 30 0B 06 03 55 04 03 1C 04 00 11 00 00", 18, 13, "CN=", ""},
+    {"NumericLetter", "30 0C 31 0A 30 08 06 03 55 04 03 12 01 61", 19, 13, "CN=", ""},
+    {"NumericLetterBehindAnRdn", "30 18 31 0A 30 08 06 03 55 04 03 13 01 61 31 0A 30 08 06 03 55 04 0A 12 01 61", 19,
+     25, "CN=a,O=", "CN=a,"},
+};
+INSTANTIATE_TEST_SUITE_P(Names, DnDecoderFault, testing::ValuesIn(dn_decoder_fault_names_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(DnDecoderFault, EmptyHandlePrintsTheArcsBeforeAFault) {
     const printed_t printed = print("30 0B 31 09 30 07 06 02 2A 86 13 01 61"_hex, DN_ORDER_AS_ENCODED, no_map);

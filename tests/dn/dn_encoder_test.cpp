@@ -47,45 +47,45 @@ TEST_P(DnEncoder, WritesTheName) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, DnEncoder,
-    testing::Values(encode_row_t{"Empty", "", "30 00"}, encode_row_t{"Blanks", "\t ", "30 00"},
-                    encode_row_t{"ShortName", "CN=abc", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 62 63"},
-                    encode_row_t{"CaseOfAShortName", "cN=abc", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 62 63"},
-                    encode_row_t{"DottedText", "2.5.4.3=abc", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 62 63"},
-                    encode_row_t{"DottedTextWithZeros", "02.05.004.3=a", "30 0C 31 0A 30 08 06 03 55 04 03 13 01 61"},
-                    encode_row_t{"BothNamesOfTheState", "ST=a,S=b",
-                                 "30 18 31 0A 30 08 06 03 55 04 08 13 01 61 31 0A 30 08 06 03 55 04 08 13 01 62"},
-                    encode_row_t{"RequiredMembersOfASetAreNotSorted", "O=b+CN=a",
-                                 "30 16 31 14 30 08 06 03 55 04 0A 13 01 62 30 08 06 03 55 04 03 13 01 61"},
-                    encode_row_t{"RequiredRdnsStayInTheOrderOfTheText", "CN=a,O=b",
-                                 "30 18 31 0A 30 08 06 03 55 04 03 13 01 61 31 0A 30 08 06 03 55 04 0A 13 01 62"},
-                    encode_row_t{"SetsOfDifferentSizes", "CN=a,O=b+OU=c,C=d",
-                                 "30 2E 31 0A 30 08 06 03 55 04 03 13 01 61"
-                                 "31 14 30 08 06 03 55 04 0A 13 01 62 30 08 06 03 55 04 0B 13 01 63"
-                                 "31 0A 30 08 06 03 55 04 06 13 01 64"},
-                    encode_row_t{"TwoMembersBehindABlank", " CN=a+O=b",
-                                 "30 16 31 14 30 08 06 03 55 04 03 13 01 61 30 08 06 03 55 04 0A 13 01 62"},
-                    encode_row_t{"EmptyValue", "CN=", "30 0B 31 09 30 07 06 03 55 04 03 13 00"},
-                    encode_row_t{"BlankIsPrintable", "CN=a b", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 20 62"},
-                    encode_row_t{"BlanksOfValuesStay", "CN = a , O=b",
-                                 "30 1A 31 0C 30 0A 06 03 55 04 03 13 03 20 61 20 31 0A 30 08 06 03 55 04 0A 13 01 62"},
-                    encode_row_t{"UnderscoreIsIa5", "CN=a_b", "30 0E 31 0C 30 0A 06 03 55 04 03 16 03 61 5F 62"},
-                    encode_row_t{"Utf8", "CN=\xC3\xA9", "30 0D 31 0B 30 09 06 03 55 04 03 0C 02 C3 A9"},
-                    encode_row_t{"EscapedNul", "CN=\\00", "30 0C 31 0A 30 08 06 03 55 04 03 16 01 00"},
-                    encode_row_t{"Escapes", "CN=a\\,b\\2B", "30 0F 31 0D 30 0B 06 03 55 04 03 13 04 61 2C 62 2B"},
-                    encode_row_t{"Quotes", "CN=\"a,b\"", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 2C 62"},
-                    encode_row_t{"QuotesWithAnEscape", "CN=\"a\\\"b\",O=c",
-                                 "30 1A 31 0C 30 0A 06 03 55 04 03 13 03 61 22 62 31 0A 30 08 06 03 55 04 0A 13 01 63"},
-                    encode_row_t{"HexValue", "CN=#0C03616263", "30 0E 31 0C 30 0A 06 03 55 04 03 0C 03 61 62 63"},
-                    encode_row_t{"HexValueGetsAFreshLength", "CN=#0C8103616263",
-                                 "30 0E 31 0C 30 0A 06 03 55 04 03 0C 03 61 62 63"},
-                    encode_row_t{"HexValueWithoutContents", "CN=#0500", "30 0B 31 09 30 07 06 03 55 04 03 05 00"},
-                    encode_row_t{"SeveralRewrittenPieces", "1.2.3=\\,,1.2.4=#040155+CN=\\+,1.2.5=\"\\\"\"",
-                                 "30 2B 31 09 30 07 06 02 2A 03 13 01 2C"
-                                 "31 13 30 07 06 02 2A 04 04 01 55 30 08 06 03 55 04 03 13 01 2B"
-                                 "31 09 30 07 06 02 2A 05 13 01 22"}),
-    [](const auto& row) { return row.param.name; });
+const encode_row_t lines_rows[] = {
+    {"Empty", "", "30 00"},
+    {"Blanks", "\t ", "30 00"},
+    {"ShortName", "CN=abc", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 62 63"},
+    {"CaseOfAShortName", "cN=abc", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 62 63"},
+    {"DottedText", "2.5.4.3=abc", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 62 63"},
+    {"DottedTextWithZeros", "02.05.004.3=a", "30 0C 31 0A 30 08 06 03 55 04 03 13 01 61"},
+    {"BothNamesOfTheState", "ST=a,S=b",
+     "30 18 31 0A 30 08 06 03 55 04 08 13 01 61 31 0A 30 08 06 03 55 04 08 13 01 62"},
+    {"RequiredMembersOfASetAreNotSorted", "O=b+CN=a",
+     "30 16 31 14 30 08 06 03 55 04 0A 13 01 62 30 08 06 03 55 04 03 13 01 61"},
+    {"RequiredRdnsStayInTheOrderOfTheText", "CN=a,O=b",
+     "30 18 31 0A 30 08 06 03 55 04 03 13 01 61 31 0A 30 08 06 03 55 04 0A 13 01 62"},
+    {"SetsOfDifferentSizes", "CN=a,O=b+OU=c,C=d",
+     "30 2E 31 0A 30 08 06 03 55 04 03 13 01 61"
+     "31 14 30 08 06 03 55 04 0A 13 01 62 30 08 06 03 55 04 0B 13 01 63"
+     "31 0A 30 08 06 03 55 04 06 13 01 64"},
+    {"TwoMembersBehindABlank", " CN=a+O=b", "30 16 31 14 30 08 06 03 55 04 03 13 01 61 30 08 06 03 55 04 0A 13 01 62"},
+    {"EmptyValue", "CN=", "30 0B 31 09 30 07 06 03 55 04 03 13 00"},
+    {"BlankIsPrintable", "CN=a b", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 20 62"},
+    {"BlanksOfValuesStay", "CN = a , O=b",
+     "30 1A 31 0C 30 0A 06 03 55 04 03 13 03 20 61 20 31 0A 30 08 06 03 55 04 0A 13 01 62"},
+    {"UnderscoreIsIa5", "CN=a_b", "30 0E 31 0C 30 0A 06 03 55 04 03 16 03 61 5F 62"},
+    {"Utf8", "CN=\xC3\xA9", "30 0D 31 0B 30 09 06 03 55 04 03 0C 02 C3 A9"},
+    {"EscapedNul", "CN=\\00", "30 0C 31 0A 30 08 06 03 55 04 03 16 01 00"},
+    {"Escapes", "CN=a\\,b\\2B", "30 0F 31 0D 30 0B 06 03 55 04 03 13 04 61 2C 62 2B"},
+    {"Quotes", "CN=\"a,b\"", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 2C 62"},
+    {"QuotesWithAnEscape", "CN=\"a\\\"b\",O=c",
+     "30 1A 31 0C 30 0A 06 03 55 04 03 13 03 61 22 62 31 0A 30 08 06 03 55 04 0A 13 01 63"},
+    {"HexValue", "CN=#0C03616263", "30 0E 31 0C 30 0A 06 03 55 04 03 0C 03 61 62 63"},
+    {"HexValueGetsAFreshLength", "CN=#0C8103616263", "30 0E 31 0C 30 0A 06 03 55 04 03 0C 03 61 62 63"},
+    {"HexValueWithoutContents", "CN=#0500", "30 0B 31 09 30 07 06 03 55 04 03 05 00"},
+    {"SeveralRewrittenPieces", "1.2.3=\\,,1.2.4=#040155+CN=\\+,1.2.5=\"\\\"\"",
+     "30 2B 31 09 30 07 06 02 2A 03 13 01 2C"
+     "31 13 30 07 06 02 2A 04 04 01 55 30 08 06 03 55 04 03 13 01 2B"
+     "31 09 30 07 06 02 2A 05 13 01 22"},
+};
+INSTANTIATE_TEST_SUITE_P(Lines, DnEncoder, testing::ValuesIn(lines_rows),
+                         [](const auto& row) { return row.param.name; });
 
 struct encode_fault_t {
     const char* name;
@@ -110,35 +110,47 @@ TEST_P(DnEncoderFault, IsReported) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, DnEncoderFault,
-    testing::Values(
-        // The line
-        encode_fault_t{"NothingAfterComma", "CN=a,", 1, 5}, encode_fault_t{"NothingAfterPlus", "CN=a+", 1, 5},
-        encode_fault_t{"QuoteLeftOpen", "CN=a,O=\"b", 3, 7},
-        encode_fault_t{"ALaterFaultOfTheLineGoesFirst", "XX=a;b,", 1, 7},
-        // The type
-        encode_fault_t{"UnknownType", "CN=a, XX=b", 2, 6}, encode_fault_t{"CommaBeginsAType", "CN=a,,O=b", 2, 5},
-        encode_fault_t{"SecondOfASet", "CN=a+XX=b,O=c", 2, 5}, encode_fault_t{"OneArc", "2=a", 2, 0},
-        encode_fault_t{"FirstArcTooLarge", "CN=a,3.1=b", 2, 5}, encode_fault_t{"TypeAboveAscii", "\xC3\xA9=a", 2, 0},
-        encode_fault_t{"OidPrefix", "OID.2.5.4.3=a", 2, 0}, encode_fault_t{"LongName", "commonName=a", 2, 0},
-        encode_fault_t{"TypeGoesBeforeItsValue", "XX=a;b", 2, 0},
-        encode_fault_t{"AnEarlierValueGoesFirst", "CN=a;b,XX=c", 10, 4},
-        // Plain values
-        encode_fault_t{"BackslashAtTheEnd", "CN=a\\", 7, 5}, encode_fault_t{"OneHexDigit", "CN=a\\4", 8, 6},
-        encode_fault_t{"EscapedLetter", "CN=a\\xb", 9, 5}, encode_fault_t{"EscapedByteAboveAscii", "CN=a\\\xC3", 9, 5},
-        encode_fault_t{"Semicolon", "O=x,CN=a;b", 10, 8}, encode_fault_t{"LoneNumberSign", "CN=#", 10, 3},
-        encode_fault_t{"BlankBeforeQuotes", "CN= \"a,b\"", 10, 4},
-        encode_fault_t{"BlankBehindQuotes", "CN=\"a\" ,O=x", 10, 3}, encode_fault_t{"TwoEquals", "CN=a=b", 10, 4},
-        // Quoted and "#" values count from behind the quote or "#"
-        encode_fault_t{"RequiredHexAndQuotedPositionsAreOneBeforeTheFault", "CN=#0C0G", 5, 6},
-        encode_fault_t{"QuotedBackslashIsOneBeforeTheFault", "CN=\"x\"\\\"", 7, 6},
-        encode_fault_t{"FirstHexDigitBad", "CN=#GG0C", 5, 3},
-        encode_fault_t{"TwoBlanksBehindHex", "CN=#0C0161  ", 5, 9}, encode_fault_t{"OddHexDigits", "CN=#0C0", 4, 3},
-        encode_fault_t{"BlankBehindHex", "CN=#0C0161 ", 4, 3}, encode_fault_t{"CountGoesBeforeDigits", "CN=#0G", 4, 3},
-        encode_fault_t{"HexIndefinite", "CN=#0C8000", 6, 3}, encode_fault_t{"HexLengthMissing", "CN=#0C82", 6, 3},
-        encode_fault_t{"HexTooLong", "O=x, CN=#0C05616263", 6, 8}),
-    [](const auto& row) { return row.param.name; });
+const encode_fault_t dn_encoder_fault_lines_rows[] = {
+    // The line
+    {"NothingAfterComma", "CN=a,", 1, 5},
+    {"NothingAfterPlus", "CN=a+", 1, 5},
+    {"QuoteLeftOpen", "CN=a,O=\"b", 3, 7},
+    {"ALaterFaultOfTheLineGoesFirst", "XX=a;b,", 1, 7},
+    // The type
+    {"UnknownType", "CN=a, XX=b", 2, 6},
+    {"CommaBeginsAType", "CN=a,,O=b", 2, 5},
+    {"SecondOfASet", "CN=a+XX=b,O=c", 2, 5},
+    {"OneArc", "2=a", 2, 0},
+    {"FirstArcTooLarge", "CN=a,3.1=b", 2, 5},
+    {"TypeAboveAscii", "\xC3\xA9=a", 2, 0},
+    {"OidPrefix", "OID.2.5.4.3=a", 2, 0},
+    {"LongName", "commonName=a", 2, 0},
+    {"TypeGoesBeforeItsValue", "XX=a;b", 2, 0},
+    {"AnEarlierValueGoesFirst", "CN=a;b,XX=c", 10, 4},
+    // Plain values
+    {"BackslashAtTheEnd", "CN=a\\", 7, 5},
+    {"OneHexDigit", "CN=a\\4", 8, 6},
+    {"EscapedLetter", "CN=a\\xb", 9, 5},
+    {"EscapedByteAboveAscii", "CN=a\\\xC3", 9, 5},
+    {"Semicolon", "O=x,CN=a;b", 10, 8},
+    {"LoneNumberSign", "CN=#", 10, 3},
+    {"BlankBeforeQuotes", "CN= \"a,b\"", 10, 4},
+    {"BlankBehindQuotes", "CN=\"a\" ,O=x", 10, 3},
+    {"TwoEquals", "CN=a=b", 10, 4},
+    // Quoted and "#" values count from behind the quote or "#"
+    {"RequiredHexAndQuotedPositionsAreOneBeforeTheFault", "CN=#0C0G", 5, 6},
+    {"QuotedBackslashIsOneBeforeTheFault", "CN=\"x\"\\\"", 7, 6},
+    {"FirstHexDigitBad", "CN=#GG0C", 5, 3},
+    {"TwoBlanksBehindHex", "CN=#0C0161  ", 5, 9},
+    {"OddHexDigits", "CN=#0C0", 4, 3},
+    {"BlankBehindHex", "CN=#0C0161 ", 4, 3},
+    {"CountGoesBeforeDigits", "CN=#0G", 4, 3},
+    {"HexIndefinite", "CN=#0C8000", 6, 3},
+    {"HexLengthMissing", "CN=#0C82", 6, 3},
+    {"HexTooLong", "O=x, CN=#0C05616263", 6, 8},
+};
+INSTANTIATE_TEST_SUITE_P(Lines, DnEncoderFault, testing::ValuesIn(dn_encoder_fault_lines_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(DnEncoderFault, ShortNamesNeedAMap) {
     std::string der = untouched;
@@ -271,8 +283,11 @@ TEST_P(DnEncoderLongLine, Encodes200000Pairs) {
     EXPECT_TRUE(der == headers + members);
 }
 
-INSTANTIATE_TEST_SUITE_P(Lines, DnEncoderLongLine,
-                         testing::Values(long_line_t{"AsManyRdns", ','}, long_line_t{"OneSet", '+'}),
+const long_line_t dn_encoder_long_line_lines_rows[] = {
+    {"AsManyRdns", ','},
+    {"OneSet", '+'},
+};
+INSTANTIATE_TEST_SUITE_P(Lines, DnEncoderLongLine, testing::ValuesIn(dn_encoder_long_line_lines_rows),
                          [](const auto& row) { return row.param.name; });
 
 TEST(DnEncoder, LeavesTheOutputWhenAllocationFails) {

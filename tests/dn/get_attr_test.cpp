@@ -35,22 +35,26 @@ TEST_P(DnGetAttr, AppendsValueOrPair) {
     get(static_cast<PrintableDnGetAttr>(0xFFFFFFFF), row.pair);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, DnGetAttr,
-    testing::Values(
-        get_row_t{"First", "CN=a,O=b", "CN", "a", "CN=a"}, get_row_t{"Second", "CN=a,O=b", "O", "b", "O=b"},
-        get_row_t{"Member", "CN=a+O=b", "O", "b", "O=b"}, get_row_t{"TheFirstOfTwo", "O=a,O=b", "O", "a", "O=a"},
-        get_row_t{"AsWritten", " CN \t= \"a,\\\"b\" , O=\\2C", "CN", " \"a,\\\"b\" ", "CN \t= \"a,\\\"b\" "},
-        get_row_t{"EscapesAsWritten", "CN=a,O=\\2C\\+", "O", "\\2C\\+", "O=\\2C\\+"},
-        get_row_t{"EmptyValue", "CN=,O=b", "CN", "", "CN="},
-        get_row_t{"DottedType", "2.5.4.3=a", "2.5.4.3", "a", "2.5.4.3=a"},
-        get_row_t{"DottedTextIsNotResolved", "2.5.4.3=a", "CN", nullptr, nullptr},
-        get_row_t{"Case", "CN=a,O=b", "cn", nullptr, nullptr}, get_row_t{"ShorterType", "CN=a", "C", nullptr, nullptr},
-        get_row_t{"LongerType", "C=a", "CN", nullptr, nullptr}, get_row_t{"EmptyType", "CN=a", "", nullptr, nullptr},
-        get_row_t{"EmptyLine", "", "CN", nullptr, nullptr},
-        get_row_t{"FaultBehindTheAttribute", "CN=a,O", "CN", nullptr, nullptr},
-        get_row_t{"FaultyValueIsNotLookedAt", "CN=a;b", "CN", "a;b", "CN=a;b"}),
-    [](const auto& row) { return row.param.name; });
+const get_row_t lines_rows[] = {
+    {"First", "CN=a,O=b", "CN", "a", "CN=a"},
+    {"Second", "CN=a,O=b", "O", "b", "O=b"},
+    {"Member", "CN=a+O=b", "O", "b", "O=b"},
+    {"TheFirstOfTwo", "O=a,O=b", "O", "a", "O=a"},
+    {"AsWritten", " CN \t= \"a,\\\"b\" , O=\\2C", "CN", " \"a,\\\"b\" ", "CN \t= \"a,\\\"b\" "},
+    {"EscapesAsWritten", "CN=a,O=\\2C\\+", "O", "\\2C\\+", "O=\\2C\\+"},
+    {"EmptyValue", "CN=,O=b", "CN", "", "CN="},
+    {"DottedType", "2.5.4.3=a", "2.5.4.3", "a", "2.5.4.3=a"},
+    {"DottedTextIsNotResolved", "2.5.4.3=a", "CN", nullptr, nullptr},
+    {"Case", "CN=a,O=b", "cn", nullptr, nullptr},
+    {"ShorterType", "CN=a", "C", nullptr, nullptr},
+    {"LongerType", "C=a", "CN", nullptr, nullptr},
+    {"EmptyType", "CN=a", "", nullptr, nullptr},
+    {"EmptyLine", "", "CN", nullptr, nullptr},
+    {"FaultBehindTheAttribute", "CN=a,O", "CN", nullptr, nullptr},
+    {"FaultyValueIsNotLookedAt", "CN=a;b", "CN", "a;b", "CN=a;b"},
+};
+INSTANTIATE_TEST_SUITE_P(Lines, DnGetAttr, testing::ValuesIn(lines_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(DnGetAttr, MayAppendToTheLineItReads) {
     std::string line = "CN=a,O=b";
@@ -87,17 +91,24 @@ TEST_P(DnCBeforeCN, Answers) {
     EXPECT_EQ(printable_dn_C_before_CN(GetParam().line), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, DnCBeforeCN,
-    testing::Values(before_row_t{"Before", "C=RU,CN=a", true}, before_row_t{"Behind", "CN=a,C=RU", false},
-                    before_row_t{"Neither", "O=x", true}, before_row_t{"OnlyCN", "CN=a", true},
-                    before_row_t{"OnlyC", "C=RU", true}, before_row_t{"Between", "CN=a,C=RU,CN=b", false},
-                    before_row_t{"TheFirstCCounts", "C=RU,CN=a,C=DE", true},
-                    before_row_t{"InOneGroup", "CN=a+C=RU", false}, before_row_t{"Case", "cn=a,C=RU", true},
-                    before_row_t{"CaseOfC", "CN=a,c=RU", true}, before_row_t{"LongerType", "CNX=a,C=RU", true},
-                    before_row_t{"DottedType", "2.5.4.3=a,C=RU", true}, before_row_t{"Empty", "", true},
-                    before_row_t{"Fault", "C=RU,CN", false}),
-    [](const auto& row) { return row.param.name; });
+const before_row_t dn_c_before_c_n_lines_rows[] = {
+    {"Before", "C=RU,CN=a", true},
+    {"Behind", "CN=a,C=RU", false},
+    {"Neither", "O=x", true},
+    {"OnlyCN", "CN=a", true},
+    {"OnlyC", "C=RU", true},
+    {"Between", "CN=a,C=RU,CN=b", false},
+    {"TheFirstCCounts", "C=RU,CN=a,C=DE", true},
+    {"InOneGroup", "CN=a+C=RU", false},
+    {"Case", "cn=a,C=RU", true},
+    {"CaseOfC", "CN=a,c=RU", true},
+    {"LongerType", "CNX=a,C=RU", true},
+    {"DottedType", "2.5.4.3=a,C=RU", true},
+    {"Empty", "", true},
+    {"Fault", "C=RU,CN", false},
+};
+INSTANTIATE_TEST_SUITE_P(Lines, DnCBeforeCN, testing::ValuesIn(dn_c_before_c_n_lines_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(DnCBeforeCN, LeaksNothingWhenAllocationFails) {
     EXPECT_GE(for_each_failing_allocation([] { printable_dn_C_before_CN("C=RU,CN=a"); }, [] {}), 1u);

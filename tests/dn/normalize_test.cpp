@@ -47,21 +47,23 @@ TEST_P(DnNormalize, GivesNormalFormAndDer) {
     EXPECT_EQ(again, row.normal);
 }
 
-INSTANTIATE_TEST_SUITE_P(Lines, DnNormalize,
-                         testing::Values(normal_row_t{"Empty", "", ""}, normal_row_t{"Blanks", " \t", ""},
-                                         normal_row_t{"Plain", "CN=abc", "CN=abc"},
-                                         normal_row_t{"BlanksOfSeparators", " CN=a, O=b+\tOU =c", "CN=a,O=b+OU=c"},
-                                         normal_row_t{"BlanksOfValuesStay", "CN = abc , O=x", "CN= abc ,O=x"},
-                                         normal_row_t{"ShortNamesInUpperCase", "cn=a,2.5.4.10=b", "CN=a,O=b"},
-                                         normal_row_t{"BothNamesOfTheState", "S=a,ST=b", "ST=a,ST=b"},
-                                         normal_row_t{"UnknownTypesStayDotted", "01.2.03.4=a", "1.2.3.4=a"},
-                                         normal_row_t{"QuotesBecomeEscapes", "CN=\"a,b\",O=\"\\\"\"",
-                                                      "CN=a\\,b,O=\\\""},
-                                         normal_row_t{"HexPairsBecomeText", "CN=\\61\\2C", "CN=a\\,"},
-                                         normal_row_t{"HexStringsBecomeText", "CN=#0C03616263", "CN=abc"},
-                                         normal_row_t{"OtherHexValuesStay", "CN=#0481020102", "CN=#04020102"},
-                                         normal_row_t{"BmpBecomesUtf8", "CN=#1E020410", "CN=\xD0\x90"},
-                                         normal_row_t{"MembersStayInOrder", "O=b+CN=a", "O=b+CN=a"}),
+const normal_row_t lines_rows[] = {
+    {"Empty", "", ""},
+    {"Blanks", " \t", ""},
+    {"Plain", "CN=abc", "CN=abc"},
+    {"BlanksOfSeparators", " CN=a, O=b+\tOU =c", "CN=a,O=b+OU=c"},
+    {"BlanksOfValuesStay", "CN = abc , O=x", "CN= abc ,O=x"},
+    {"ShortNamesInUpperCase", "cn=a,2.5.4.10=b", "CN=a,O=b"},
+    {"BothNamesOfTheState", "S=a,ST=b", "ST=a,ST=b"},
+    {"UnknownTypesStayDotted", "01.2.03.4=a", "1.2.3.4=a"},
+    {"QuotesBecomeEscapes", "CN=\"a,b\",O=\"\\\"\"", "CN=a\\,b,O=\\\""},
+    {"HexPairsBecomeText", "CN=\\61\\2C", "CN=a\\,"},
+    {"HexStringsBecomeText", "CN=#0C03616263", "CN=abc"},
+    {"OtherHexValuesStay", "CN=#0481020102", "CN=#04020102"},
+    {"BmpBecomesUtf8", "CN=#1E020410", "CN=\xD0\x90"},
+    {"MembersStayInOrder", "O=b+CN=a", "O=b+CN=a"},
+};
+INSTANTIATE_TEST_SUITE_P(Lines, DnNormalize, testing::ValuesIn(lines_rows),
                          [](const auto& row) { return row.param.name; });
 
 TEST(DnNormalize, EncoderFaultsTouchNothing) {

@@ -52,30 +52,34 @@ TEST_P(DnSplit, GivesTheRecords) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, DnSplit,
-    testing::Values(
-        split_row_t{"Empty", "", {}}, split_row_t{"Blanks", " \t ", {}}, split_row_t{"One", "CN=a", {"CN=a"}},
-        split_row_t{"CommaAndPlus", "CN=a,O=b+OU=c", {"CN=a", "O=b", "+OU=c"}},
-        split_row_t{"EmptyValue", "CN=", {"CN="}}, split_row_t{"EmptyValues", "CN=,O=+OU=", {"CN=", "O=", "+OU="}},
-        split_row_t{"BlanksInFront", " \tCN=a", {"CN=a"}}, split_row_t{"BlanksBehindAType", "CN \t=a", {"CN=a"}},
-        split_row_t{"BlanksBehindASeparator", "CN=a, \tO=b+\t OU=c", {"CN=a", "O=b", "+OU=c"}},
-        split_row_t{"RequiredBlanksOfValuesStay", "CN = abc , O=x ", {"CN= abc ", "O=x "}},
-        split_row_t{"ASeparatorMayBeginAType", "CN=a,,O=b", {"CN=a", ",O=b"}},
-        split_row_t{"APlusMayBeginAType", "+CN=a", {"+CN=a"}},
-        split_row_t{"SemicolonSeparatesNothing", "CN=a;O=b", {"CN=a;O=b"}},
-        split_row_t{"QuotesKeepSeparators", "CN=\"a,b+c\",O=d", {"CN=\"a,b+c\"", "O=d"}},
-        split_row_t{"QuotesInTheMiddle", "CN=a\",\"b,O=d", {"CN=a\",\"b", "O=d"}},
-        split_row_t{"QuotesOfOneValueAreOneRecord", "CN=\"a\"O=\"b\"", {"CN=\"a\"O=\"b\""}},
-        split_row_t{"EscapedComma", "CN=a\\,b,O=c", {"CN=a\\,b", "O=c"}},
-        split_row_t{"EscapedPlus", "CN=a\\+b+O=c", {"CN=a\\+b", "+O=c"}},
-        split_row_t{"EscapedBackslash", "CN=a\\\\,O=c", {"CN=a\\\\", "O=c"}},
-        split_row_t{"EscapedQuote", "CN=a\\\",O=c", {"CN=a\\\"", "O=c"}},
-        split_row_t{"EscapedQuoteInQuotes", "CN=\"a\\\",b\",O=c", {"CN=\"a\\\",b\"", "O=c"}},
-        split_row_t{"BackslashAtTheEnd", "CN=a\\", {"CN=a\\"}}, split_row_t{"EqualsInAValue", "CN=a=b", {"CN=a=b"}},
-        split_row_t{"ControlsAreOrdinary", "\x01\n=\r\n\x7F,O=\v", {"\x01\n=\r\n\x7F", "O=\v"}},
-        split_row_t{"BytesAboveAscii", "\xC3\xA9=\xFF", {"\xC3\xA9=\xFF"}}),
-    [](const auto& row) { return row.param.name; });
+const split_row_t lines_rows[] = {
+    {"Empty", "", {}},
+    {"Blanks", " \t ", {}},
+    {"One", "CN=a", {"CN=a"}},
+    {"CommaAndPlus", "CN=a,O=b+OU=c", {"CN=a", "O=b", "+OU=c"}},
+    {"EmptyValue", "CN=", {"CN="}},
+    {"EmptyValues", "CN=,O=+OU=", {"CN=", "O=", "+OU="}},
+    {"BlanksInFront", " \tCN=a", {"CN=a"}},
+    {"BlanksBehindAType", "CN \t=a", {"CN=a"}},
+    {"BlanksBehindASeparator", "CN=a, \tO=b+\t OU=c", {"CN=a", "O=b", "+OU=c"}},
+    {"RequiredBlanksOfValuesStay", "CN = abc , O=x ", {"CN= abc ", "O=x "}},
+    {"ASeparatorMayBeginAType", "CN=a,,O=b", {"CN=a", ",O=b"}},
+    {"APlusMayBeginAType", "+CN=a", {"+CN=a"}},
+    {"SemicolonSeparatesNothing", "CN=a;O=b", {"CN=a;O=b"}},
+    {"QuotesKeepSeparators", "CN=\"a,b+c\",O=d", {"CN=\"a,b+c\"", "O=d"}},
+    {"QuotesInTheMiddle", "CN=a\",\"b,O=d", {"CN=a\",\"b", "O=d"}},
+    {"QuotesOfOneValueAreOneRecord", "CN=\"a\"O=\"b\"", {"CN=\"a\"O=\"b\""}},
+    {"EscapedComma", "CN=a\\,b,O=c", {"CN=a\\,b", "O=c"}},
+    {"EscapedPlus", "CN=a\\+b+O=c", {"CN=a\\+b", "+O=c"}},
+    {"EscapedBackslash", "CN=a\\\\,O=c", {"CN=a\\\\", "O=c"}},
+    {"EscapedQuote", "CN=a\\\",O=c", {"CN=a\\\"", "O=c"}},
+    {"EscapedQuoteInQuotes", "CN=\"a\\\",b\",O=c", {"CN=\"a\\\",b\"", "O=c"}},
+    {"BackslashAtTheEnd", "CN=a\\", {"CN=a\\"}},
+    {"EqualsInAValue", "CN=a=b", {"CN=a=b"}},
+    {"ControlsAreOrdinary", "\x01\n=\r\n\x7F,O=\v", {"\x01\n=\r\n\x7F", "O=\v"}},
+    {"BytesAboveAscii", "\xC3\xA9=\xFF", {"\xC3\xA9=\xFF"}},
+};
+INSTANTIATE_TEST_SUITE_P(Lines, DnSplit, testing::ValuesIn(lines_rows), [](const auto& row) { return row.param.name; });
 
 struct split_fault_t {
     const char* name;
@@ -102,31 +106,35 @@ TEST_P(DnSplitFault, IsReported) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, DnSplitFault,
-    testing::Values(
-        // "=" where a type should begin
-        split_fault_t{"EqualsBeforeAType", "=a", 1, 0, {}}, split_fault_t{"EqualsBehindBlanks", "  =a", 1, 2, {}},
-        split_fault_t{"EqualsBehindASeparator", "CN=a,=b", 1, 5, {"CN=a"}},
-        split_fault_t{"EqualsBehindASeparatorAndABlank", "CN=a, =b", 1, 6, {"CN=a"}},
-        // NUL before "="
-        split_fault_t{"OnlyAType", "CN", 1, 2, {}}, split_fault_t{"OnlyATypeAndABlank", "CN ", 1, 3, {}},
-        split_fault_t{"SecondTypeOnly", "CN=a,O", 1, 6, {"CN=a"}},
-        // Something else behind the blanks
-        split_fault_t{"TwoWords", "C N=a", 1, 2, {}}, split_fault_t{"TwoWordsAndBlanks", "C \t N=a", 1, 4, {}},
-        split_fault_t{"CommaBehindABlank", "CN ,O=a", 1, 3, {}},
-        // Nothing behind a separator
-        split_fault_t{"NothingAfterComma", "CN=a,", 1, 5, {"CN=a"}},
-        split_fault_t{"NothingAfterPlus", "CN=a+", 1, 5, {"CN=a"}},
-        split_fault_t{"BlanksAfterComma", "CN=a,  ", 1, 5, {"CN=a"}},
-        split_fault_t{"BlanksAfterTheSecondComma", "CN=a,O=b,\t", 1, 9, {"CN=a", "O=b"}},
-        // Quotes left open
-        split_fault_t{"QuoteLeftOpen", "CN=\"a", 3, 3, {}}, split_fault_t{"QuoteAlone", "CN=\"", 3, 3, {}},
-        split_fault_t{"QuoteLeftOpenAtABackslash", "CN=\"a\\", 3, 3, {}},
-        split_fault_t{"EscapedQuoteClosesNothing", "CN=\"a\\\"", 3, 3, {}},
-        split_fault_t{"ThreeQuotes", "CN=\"a\"\"", 3, 3, {}},
-        split_fault_t{"QuoteLeftOpenInTheSecond", "CN=a, O= \"b,C=c", 3, 8, {"CN=a"}}),
-    [](const auto& row) { return row.param.name; });
+const split_fault_t dn_split_fault_lines_rows[] = {
+    // "=" where a type should begin
+    {"EqualsBeforeAType", "=a", 1, 0, {}},
+    {"EqualsBehindBlanks", "  =a", 1, 2, {}},
+    {"EqualsBehindASeparator", "CN=a,=b", 1, 5, {"CN=a"}},
+    {"EqualsBehindASeparatorAndABlank", "CN=a, =b", 1, 6, {"CN=a"}},
+    // NUL before "="
+    {"OnlyAType", "CN", 1, 2, {}},
+    {"OnlyATypeAndABlank", "CN ", 1, 3, {}},
+    {"SecondTypeOnly", "CN=a,O", 1, 6, {"CN=a"}},
+    // Something else behind the blanks
+    {"TwoWords", "C N=a", 1, 2, {}},
+    {"TwoWordsAndBlanks", "C \t N=a", 1, 4, {}},
+    {"CommaBehindABlank", "CN ,O=a", 1, 3, {}},
+    // Nothing behind a separator
+    {"NothingAfterComma", "CN=a,", 1, 5, {"CN=a"}},
+    {"NothingAfterPlus", "CN=a+", 1, 5, {"CN=a"}},
+    {"BlanksAfterComma", "CN=a,  ", 1, 5, {"CN=a"}},
+    {"BlanksAfterTheSecondComma", "CN=a,O=b,\t", 1, 9, {"CN=a", "O=b"}},
+    // Quotes left open
+    {"QuoteLeftOpen", "CN=\"a", 3, 3, {}},
+    {"QuoteAlone", "CN=\"", 3, 3, {}},
+    {"QuoteLeftOpenAtABackslash", "CN=\"a\\", 3, 3, {}},
+    {"EscapedQuoteClosesNothing", "CN=\"a\\\"", 3, 3, {}},
+    {"ThreeQuotes", "CN=\"a\"\"", 3, 3, {}},
+    {"QuoteLeftOpenInTheSecond", "CN=a, O= \"b,C=c", 3, 8, {"CN=a"}},
+};
+INSTANTIATE_TEST_SUITE_P(Lines, DnSplitFault, testing::ValuesIn(dn_split_fault_lines_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(DnSplitFault, PositionsBehind65535Wrap) {
     const std::string line = "CN=" + std::string(65'536, 'a') + ",=";

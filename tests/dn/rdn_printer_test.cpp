@@ -38,17 +38,17 @@ TEST_P(DnPrintRdn, PrintsItsAttributes) {
     EXPECT_EQ(rdn.length == 0, row.walked);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Rdns, DnPrintRdn,
-    testing::Values(rdn_row_t{"Empty", "", ">"}, rdn_row_t{"OneAttribute", "30 08 06 03 55 04 03 13 01 61", ">CN=a"},
-                    rdn_row_t{"TwoAttributes", "30 08 06 03 55 04 03 13 01 61 30 06 06 01 2A 0C 01 62", ">CN=a+1.2=b"},
-                    rdn_row_t{"FaultInTheSecond", "30 08 06 03 55 04 03 13 01 61 31 00", ">CN=a+",
-                              DN_FAULT_NOT_A_SEQUENCE, 14, false},
-                    rdn_row_t{"NoType", "30 00", ">", DN_FAULT_NOT_AN_OID, 6},
-                    rdn_row_t{"NoValue", "30 05 06 03 55 04 03", ">CN=", DN_FAULT_VALUE_HEADER, 11},
-                    rdn_row_t{"WrongNumericString", "30 08 06 03 55 04 03 12 01 61", ">CN=", DN_FAULT_NUMERIC_STRING,
-                              13}),
-    [](const auto& row) { return row.param.name; });
+const rdn_row_t rdns_rows[] = {
+    {"Empty", "", ">"},
+    {"OneAttribute", "30 08 06 03 55 04 03 13 01 61", ">CN=a"},
+    {"TwoAttributes", "30 08 06 03 55 04 03 13 01 61 30 06 06 01 2A 0C 01 62", ">CN=a+1.2=b"},
+    {"FaultInTheSecond", "30 08 06 03 55 04 03 13 01 61 31 00", ">CN=a+", DN_FAULT_NOT_A_SEQUENCE, 14, false},
+    {"NoType", "30 00", ">", DN_FAULT_NOT_AN_OID, 6},
+    {"NoValue", "30 05 06 03 55 04 03", ">CN=", DN_FAULT_VALUE_HEADER, 11},
+    {"WrongNumericString", "30 08 06 03 55 04 03 12 01 61", ">CN=", DN_FAULT_NUMERIC_STRING, 13},
+};
+INSTANTIATE_TEST_SUITE_P(Rdns, DnPrintRdn, testing::ValuesIn(rdns_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(DnAttrTypeToPrintable, PrintsNameOrArcsAndAnEqualsSign) {
     const auto printed = [](const char* oid, oid_map_handle_t map, bool expected) {

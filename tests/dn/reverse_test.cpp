@@ -28,26 +28,30 @@ TEST_P(DnReverse, TurnsTheLineRound) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, DnReverse,
-    testing::Values(reverse_row_t{"Three", "C=RU,O=x,CN=a", "CN=a,O=x,C=RU"},
-                    reverse_row_t{"Two", "C=RU,O=x", "O=x,C=RU"}, reverse_row_t{"Empty", "", ""},
-                    reverse_row_t{"Blanks", " \t", " \t"}, reverse_row_t{"One", " CN = a ", " CN = a "},
-                    reverse_row_t{"OneGroup", "CN=a+O=b", "CN=a+O=b"},
-                    reverse_row_t{"OneGroupWithBlanks", " CN=a+ O=b ", " CN=a+ O=b "},
-                    reverse_row_t{"MembersKeepTheirOrder", "CN=a+O=b,C=c+L=d+T=e", "C=c+L=d+T=e,CN=a+O=b"},
-                    reverse_row_t{"RequiredBlanksMoveWithTheirRdn", "A=1, B=2", " B=2,A=1"},
-                    reverse_row_t{"BlanksInFrontOfTheLine", " \tA=1,B=2", "B=2, \tA=1"},
-                    reverse_row_t{"BlanksBehindAValue", "A=1 ,B=2 ", "B=2 ,A=1 "},
-                    reverse_row_t{"BlanksInsideAGroup", "A=1+ B=2, C=3", " C=3,A=1+ B=2"},
-                    reverse_row_t{"QuotedComma", "A=\"1,2\",B=3", "B=3,A=\"1,2\""},
-                    reverse_row_t{"EscapedComma", "A=1\\,2,B=3", "B=3,A=1\\,2"},
-                    reverse_row_t{"EmptyValues", "A=,B=", "B=,A="},
-                    reverse_row_t{"Utf8", "A=\xC3\xA9,B=2", "B=2,A=\xC3\xA9"},
-                    reverse_row_t{"ValuesAreNotLookedAt", "A=1;2,B=\\xx", "B=\\xx,A=1;2"},
-                    reverse_row_t{"FaultOfTheType", "A=1,=2", nullptr}, reverse_row_t{"FaultOfTheEnd", "A=1,", nullptr},
-                    reverse_row_t{"FaultOfAQuote", "A=1,B=\"2", nullptr}),
-    [](const auto& row) { return row.param.name; });
+const reverse_row_t lines_rows[] = {
+    {"Three", "C=RU,O=x,CN=a", "CN=a,O=x,C=RU"},
+    {"Two", "C=RU,O=x", "O=x,C=RU"},
+    {"Empty", "", ""},
+    {"Blanks", " \t", " \t"},
+    {"One", " CN = a ", " CN = a "},
+    {"OneGroup", "CN=a+O=b", "CN=a+O=b"},
+    {"OneGroupWithBlanks", " CN=a+ O=b ", " CN=a+ O=b "},
+    {"MembersKeepTheirOrder", "CN=a+O=b,C=c+L=d+T=e", "C=c+L=d+T=e,CN=a+O=b"},
+    {"RequiredBlanksMoveWithTheirRdn", "A=1, B=2", " B=2,A=1"},
+    {"BlanksInFrontOfTheLine", " \tA=1,B=2", "B=2, \tA=1"},
+    {"BlanksBehindAValue", "A=1 ,B=2 ", "B=2 ,A=1 "},
+    {"BlanksInsideAGroup", "A=1+ B=2, C=3", " C=3,A=1+ B=2"},
+    {"QuotedComma", "A=\"1,2\",B=3", "B=3,A=\"1,2\""},
+    {"EscapedComma", "A=1\\,2,B=3", "B=3,A=1\\,2"},
+    {"EmptyValues", "A=,B=", "B=,A="},
+    {"Utf8", "A=\xC3\xA9,B=2", "B=2,A=\xC3\xA9"},
+    {"ValuesAreNotLookedAt", "A=1;2,B=\\xx", "B=\\xx,A=1;2"},
+    {"FaultOfTheType", "A=1,=2", nullptr},
+    {"FaultOfTheEnd", "A=1,", nullptr},
+    {"FaultOfAQuote", "A=1,B=\"2", nullptr},
+};
+INSTANTIATE_TEST_SUITE_P(Lines, DnReverse, testing::ValuesIn(lines_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(DnReverse, TwiceGivesALineWithoutBlanksBack) {
     const std::string line = "C=RU,O=\"x,y\"+OU=z,CN=a\\,b,L=";

@@ -71,64 +71,67 @@ TEST_P(DnValueDecode, GivesBytesAndTag) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Plain, DnValueDecode,
-    testing::Values(value_row_t{"Empty", "", printable, "", IN_LINE},
-                    value_row_t{"Letters", "abc", printable, "abc", IN_LINE},
-                    value_row_t{"Blanks", "  a b ", printable, "  a b ", IN_LINE},
-                    value_row_t{"PrintablePunctuation", "'()-./:?", printable, "'()-./:?", IN_LINE},
-                    value_row_t{"EscapedComma", "a\\,b", printable, "a,b", REWRITTEN},
-                    value_row_t{"HexPair", "a\\2Cb", printable, "a,b", REWRITTEN},
-                    value_row_t{"HexPairInSmallDigits", "a\\2cb", printable, "a,b", REWRITTEN},
-                    value_row_t{"OnlyAnEscape", "\\=", printable, "=", REWRITTEN},
-                    value_row_t{"EscapesInARow", "\\,\\+\\3D", printable, ",+=", REWRITTEN},
-                    value_row_t{"EscapeAtBothEnds", "\\+a\\+", printable, "+a+", REWRITTEN},
-                    value_row_t{"UnderscoreIsIa5", "a_b", ia5, "a_b", IN_LINE},
-                    value_row_t{"TabIsIa5", "a\tb", ia5, "a\tb", IN_LINE},
-                    value_row_t{"EscapedQuoteIsIa5", "a\\\"b", ia5, "a\"b", REWRITTEN},
-                    value_row_t{"EscapedBackslashIsIa5", "a\\\\b", ia5, "a\\b", REWRITTEN},
-                    value_row_t{"EscapedNulIsIa5", "\\00", ia5, std::string(1, '\0'), REWRITTEN},
-                    value_row_t{"Utf8", "\xC3\xA9", utf8, "\xC3\xA9", IN_LINE},
-                    value_row_t{"Utf8BeforeIa5StaysUtf8", "\xC3\xA9_", utf8, "\xC3\xA9_", IN_LINE},
-                    value_row_t{"Utf8BehindIa5", "_\xC3\xA9", utf8, "_\xC3\xA9", IN_LINE},
-                    value_row_t{"HexPairAboveAsciiIsUtf8", "\\C3\\A9", utf8, "\xC3\xA9", REWRITTEN},
-                    value_row_t{"BrokenUtf8IsUtf8", "\xFF", utf8, "\xFF", IN_LINE},
-                    value_row_t{"HexDigitsGoBeforeSpecials", "\\abc", utf8,
-                                "\xAB"
-                                "c",
-                                REWRITTEN}),
-    [](const auto& row) { return row.param.name; });
+const value_row_t plain_rows[] = {
+    {"Empty", "", printable, "", IN_LINE},
+    {"Letters", "abc", printable, "abc", IN_LINE},
+    {"Blanks", "  a b ", printable, "  a b ", IN_LINE},
+    {"PrintablePunctuation", "'()-./:?", printable, "'()-./:?", IN_LINE},
+    {"EscapedComma", "a\\,b", printable, "a,b", REWRITTEN},
+    {"HexPair", "a\\2Cb", printable, "a,b", REWRITTEN},
+    {"HexPairInSmallDigits", "a\\2cb", printable, "a,b", REWRITTEN},
+    {"OnlyAnEscape", "\\=", printable, "=", REWRITTEN},
+    {"EscapesInARow", "\\,\\+\\3D", printable, ",+=", REWRITTEN},
+    {"EscapeAtBothEnds", "\\+a\\+", printable, "+a+", REWRITTEN},
+    {"UnderscoreIsIa5", "a_b", ia5, "a_b", IN_LINE},
+    {"TabIsIa5", "a\tb", ia5, "a\tb", IN_LINE},
+    {"EscapedQuoteIsIa5", "a\\\"b", ia5, "a\"b", REWRITTEN},
+    {"EscapedBackslashIsIa5", "a\\\\b", ia5, "a\\b", REWRITTEN},
+    {"EscapedNulIsIa5", "\\00", ia5, std::string(1, '\0'), REWRITTEN},
+    {"Utf8", "\xC3\xA9", utf8, "\xC3\xA9", IN_LINE},
+    {"Utf8BeforeIa5StaysUtf8", "\xC3\xA9_", utf8, "\xC3\xA9_", IN_LINE},
+    {"Utf8BehindIa5", "_\xC3\xA9", utf8, "_\xC3\xA9", IN_LINE},
+    {"HexPairAboveAsciiIsUtf8", "\\C3\\A9", utf8, "\xC3\xA9", REWRITTEN},
+    {"BrokenUtf8IsUtf8", "\xFF", utf8, "\xFF", IN_LINE},
+    {"HexDigitsGoBeforeSpecials", "\\abc", utf8,
+     "\xAB"
+     "c",
+     REWRITTEN},
+};
+INSTANTIATE_TEST_SUITE_P(Plain, DnValueDecode, testing::ValuesIn(plain_rows),
+                         [](const auto& row) { return row.param.name; });
 
-INSTANTIATE_TEST_SUITE_P(
-    Quoted, DnValueDecode,
-    testing::Values(value_row_t{"EmptyQuotes", "\"\"", printable, "", IN_LINE},
-                    value_row_t{"SpecialsNeedNoEscape", "\"a,b\"", printable, "a,b", IN_LINE},
-                    value_row_t{"AllSpecials", "\"#+,;<=>\"", ia5, "#+,;<=>", IN_LINE},
-                    value_row_t{"BlanksInQuotes", "\" a \"", printable, " a ", IN_LINE},
-                    value_row_t{"RequiredQuotedEscapesAreNotClassified", "\"a\\\"b\"", printable, "a\"b", REWRITTEN},
-                    value_row_t{"RequiredQuotedBackslashStays", "\"a\\b\"", printable, "a\\b", IN_LINE},
-                    value_row_t{"QuotedCommaKeepsItsBackslash", "\"a\\,b\"", printable, "a\\,b", IN_LINE},
-                    value_row_t{"QuotedHexPairIsText", "\"\\2C\"", printable, "\\2C", IN_LINE},
-                    value_row_t{"TheSecondOfTwoBackslashesIsClassified", "\"a\\\\\"", ia5, "a\\\\", IN_LINE},
-                    value_row_t{"RawQuotesInside", "\"a\"b\"c\"", ia5, "a\"b\"c", IN_LINE},
-                    value_row_t{"TwoQuotedPiecesAreOneValue", "\"a\"O=\"b\"", ia5, "a\"O=\"b", IN_LINE},
-                    value_row_t{"FourQuotes", "\"\"\"\"", ia5, "\"\"", IN_LINE},
-                    value_row_t{"QuotedUtf8", "\"\xC3\xA9\"", utf8, "\xC3\xA9", IN_LINE},
-                    value_row_t{"CharacterBehindAKeptBackslash", "\"\\_\"", ia5, "\\_", IN_LINE},
-                    value_row_t{"QuotedAndKeptEscapes", "\"\\\"\\x\\\"\"", printable, "\"\\x\"", REWRITTEN}),
-    [](const auto& row) { return row.param.name; });
+const value_row_t quoted_rows[] = {
+    {"EmptyQuotes", "\"\"", printable, "", IN_LINE},
+    {"SpecialsNeedNoEscape", "\"a,b\"", printable, "a,b", IN_LINE},
+    {"AllSpecials", "\"#+,;<=>\"", ia5, "#+,;<=>", IN_LINE},
+    {"BlanksInQuotes", "\" a \"", printable, " a ", IN_LINE},
+    {"RequiredQuotedEscapesAreNotClassified", "\"a\\\"b\"", printable, "a\"b", REWRITTEN},
+    {"RequiredQuotedBackslashStays", "\"a\\b\"", printable, "a\\b", IN_LINE},
+    {"QuotedCommaKeepsItsBackslash", "\"a\\,b\"", printable, "a\\,b", IN_LINE},
+    {"QuotedHexPairIsText", "\"\\2C\"", printable, "\\2C", IN_LINE},
+    {"TheSecondOfTwoBackslashesIsClassified", "\"a\\\\\"", ia5, "a\\\\", IN_LINE},
+    {"RawQuotesInside", "\"a\"b\"c\"", ia5, "a\"b\"c", IN_LINE},
+    {"TwoQuotedPiecesAreOneValue", "\"a\"O=\"b\"", ia5, "a\"O=\"b", IN_LINE},
+    {"FourQuotes", "\"\"\"\"", ia5, "\"\"", IN_LINE},
+    {"QuotedUtf8", "\"\xC3\xA9\"", utf8, "\xC3\xA9", IN_LINE},
+    {"CharacterBehindAKeptBackslash", "\"\\_\"", ia5, "\\_", IN_LINE},
+    {"QuotedAndKeptEscapes", "\"\\\"\\x\\\"\"", printable, "\"\\x\"", REWRITTEN},
+};
+INSTANTIATE_TEST_SUITE_P(Quoted, DnValueDecode, testing::ValuesIn(quoted_rows),
+                         [](const auto& row) { return row.param.name; });
 
-INSTANTIATE_TEST_SUITE_P(Hex, DnValueDecode,
-                         testing::Values(value_row_t{"Utf8String", "#0C03616263", utf8, "abc", REWRITTEN},
-                                         value_row_t{"SmallDigits", "#0c016a", utf8, "j", REWRITTEN},
-                                         value_row_t{"BytesBehindAreIgnored", "#0C0261626364", utf8, "ab", REWRITTEN},
-                                         value_row_t{"LongFormLength", "#0C8103616263", utf8, "abc", REWRITTEN},
-                                         value_row_t{"FourLengthOctets", "#0C840000000161", utf8, "a", REWRITTEN},
-                                         value_row_t{"EmptyElement", "#0500", 0x05, "", REWRITTEN},
-                                         value_row_t{"HighTagNumberIsOneByte", "#1F0161", 0x1F, "a", REWRITTEN},
-                                         value_row_t{"TagOfZero", "#000141", 0x00, "A", REWRITTEN},
-                                         value_row_t{"AnyBytes", "#0404FF00807F", 0x04,
-                                                     std::string("\xFF\0\x80\x7F", 4), REWRITTEN}),
+const value_row_t hex_rows[] = {
+    {"Utf8String", "#0C03616263", utf8, "abc", REWRITTEN},
+    {"SmallDigits", "#0c016a", utf8, "j", REWRITTEN},
+    {"BytesBehindAreIgnored", "#0C0261626364", utf8, "ab", REWRITTEN},
+    {"LongFormLength", "#0C8103616263", utf8, "abc", REWRITTEN},
+    {"FourLengthOctets", "#0C840000000161", utf8, "a", REWRITTEN},
+    {"EmptyElement", "#0500", 0x05, "", REWRITTEN},
+    {"HighTagNumberIsOneByte", "#1F0161", 0x1F, "a", REWRITTEN},
+    {"TagOfZero", "#000141", 0x00, "A", REWRITTEN},
+    {"AnyBytes", "#0404FF00807F", 0x04, std::string("\xFF\0\x80\x7F", 4), REWRITTEN},
+};
+INSTANTIATE_TEST_SUITE_P(Hex, DnValueDecode, testing::ValuesIn(hex_rows),
                          [](const auto& row) { return row.param.name; });
 
 struct value_fault_t {
@@ -149,39 +152,51 @@ TEST_P(DnValueDecodeFault, ReportsCodeAndPosition) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, DnValueDecodeFault,
-    testing::Values(
-        // Fewer than four digits, or an odd number of them: at the value's start
-        value_fault_t{"OneDigit", "#0", 4, 0}, value_fault_t{"TwoDigits", "#0C", 4, 0},
-        value_fault_t{"ThreeDigits", "#0C0", 4, 0}, value_fault_t{"FiveDigits", "#0C016", 4, 0},
-        value_fault_t{"CountGoesBeforeDigits", "#0G", 4, 0}, value_fault_t{"BlankBehindMakesItOdd", "#0C0161 ", 4, 0},
-        // Not a digit: counted from behind "#"
-        value_fault_t{"FirstDigitBad", "#GG0C", 5, 0}, value_fault_t{"LastDigitBad", "#0C0G", 5, 3},
-        value_fault_t{"TwoBlanksBehind", "#0C0161  ", 5, 6}, value_fault_t{"DigitsGoBeforeTheElement", "#0C80xx", 5, 4},
-        value_fault_t{"DigitAboveAscii", "#0C01\xB2\xB2", 5, 4},
-        // Not an element: at the value's start
-        value_fault_t{"Indefinite", "#0C8000", 6, 0}, value_fault_t{"LongerThanTheBytes", "#0C05616263", 6, 0},
-        value_fault_t{"LengthOctetsMissing", "#0C82", 6, 0}, value_fault_t{"LengthOctetsCut", "#0C8200", 6, 0},
-        value_fault_t{"FiveLengthOctets", "#0C85000000000161", 6, 0},
-        value_fault_t{"LargestLength", "#0C84FFFFFFFF", 6, 0},
-        // Backslash at the end
-        value_fault_t{"BackslashAtTheEnd", "a\\", 7, 2}, value_fault_t{"OnlyABackslash", "\\", 7, 1},
-        value_fault_t{"BackslashAtTheEndOfQuotes", "\"x\"\\\"", 7, 3},
-        value_fault_t{"OnlyABackslashInQuotes", "\"\\\"", 7, 1},
-        // One hex digit
-        value_fault_t{"OneHexDigitAtTheEnd", "a\\4", 8, 3}, value_fault_t{"OneHexDigitAndALetter", "a\\4g", 8, 3},
-        value_fault_t{"OneHexDigitAndASpecial", "\\a,", 8, 2},
-        // Nothing that may be escaped
-        value_fault_t{"EscapedLetter", "a\\xb", 9, 2}, value_fault_t{"EscapedBlank", "\\ ", 9, 1},
-        value_fault_t{"EscapedByteAboveAscii", "a\\\xC3", 9, 2},
-        // Special characters on their own
-        value_fault_t{"Semicolon", "a;b", 10, 1}, value_fault_t{"LoneNumberSign", "#", 10, 0},
-        value_fault_t{"LoneQuote", "\"", 10, 0}, value_fault_t{"BlankBeforeQuotes", " \"a,b\"", 10, 1},
-        value_fault_t{"BlankBehindQuotes", "\"a\" ", 10, 0},
-        value_fault_t{"BlankBeforeTheNumberSign", " #0C0161", 10, 1},
-        value_fault_t{"SpecialBehindAnEscape", "a\\,b>", 10, 4}),
-    [](const auto& row) { return row.param.name; });
+const value_fault_t values_rows[] = {
+    // Fewer than four digits, or an odd number of them: at the value's start
+    {"OneDigit", "#0", 4, 0},
+    {"TwoDigits", "#0C", 4, 0},
+    {"ThreeDigits", "#0C0", 4, 0},
+    {"FiveDigits", "#0C016", 4, 0},
+    {"CountGoesBeforeDigits", "#0G", 4, 0},
+    {"BlankBehindMakesItOdd", "#0C0161 ", 4, 0},
+    // Not a digit: counted from behind "#"
+    {"FirstDigitBad", "#GG0C", 5, 0},
+    {"LastDigitBad", "#0C0G", 5, 3},
+    {"TwoBlanksBehind", "#0C0161  ", 5, 6},
+    {"DigitsGoBeforeTheElement", "#0C80xx", 5, 4},
+    {"DigitAboveAscii", "#0C01\xB2\xB2", 5, 4},
+    // Not an element: at the value's start
+    {"Indefinite", "#0C8000", 6, 0},
+    {"LongerThanTheBytes", "#0C05616263", 6, 0},
+    {"LengthOctetsMissing", "#0C82", 6, 0},
+    {"LengthOctetsCut", "#0C8200", 6, 0},
+    {"FiveLengthOctets", "#0C85000000000161", 6, 0},
+    {"LargestLength", "#0C84FFFFFFFF", 6, 0},
+    // Backslash at the end
+    {"BackslashAtTheEnd", "a\\", 7, 2},
+    {"OnlyABackslash", "\\", 7, 1},
+    {"BackslashAtTheEndOfQuotes", "\"x\"\\\"", 7, 3},
+    {"OnlyABackslashInQuotes", "\"\\\"", 7, 1},
+    // One hex digit
+    {"OneHexDigitAtTheEnd", "a\\4", 8, 3},
+    {"OneHexDigitAndALetter", "a\\4g", 8, 3},
+    {"OneHexDigitAndASpecial", "\\a,", 8, 2},
+    // Nothing that may be escaped
+    {"EscapedLetter", "a\\xb", 9, 2},
+    {"EscapedBlank", "\\ ", 9, 1},
+    {"EscapedByteAboveAscii", "a\\\xC3", 9, 2},
+    // Special characters on their own
+    {"Semicolon", "a;b", 10, 1},
+    {"LoneNumberSign", "#", 10, 0},
+    {"LoneQuote", "\"", 10, 0},
+    {"BlankBeforeQuotes", " \"a,b\"", 10, 1},
+    {"BlankBehindQuotes", "\"a\" ", 10, 0},
+    {"BlankBeforeTheNumberSign", " #0C0161", 10, 1},
+    {"SpecialBehindAnEscape", "a\\,b>", 10, 4},
+};
+INSTANTIATE_TEST_SUITE_P(Values, DnValueDecodeFault, testing::ValuesIn(values_rows),
+                         [](const auto& row) { return row.param.name; });
 
 // Each byte on its own, escaped, and between quotes: 256 values of each form against the rule as a list of cases.
 TEST(DnValueDecode, EveryByteOnItsOwn) {

@@ -42,50 +42,71 @@ TEST_P(OidStrToAsn, GivesContents) {
     EXPECT_EQ(contents_of(GetParam().text), from_hex(GetParam().contents));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Accepted, OidStrToAsn,
-    testing::Values(text_row_t{"CommonName", "2.5.4.3", "55 04 03"},
-                    text_row_t{"RsaEncryption", "1.2.840.113549.1.1.1", "2A 86 48 86 F7 0D 01 01 01"},
-                    text_row_t{"Smallest", "0.0", "00"}, text_row_t{"LastOfFirstArc0", "0.39", "27"},
-                    text_row_t{"FirstOfFirstArc1", "1.0", "28"}, text_row_t{"LastOfFirstArc1", "1.39", "4F"},
-                    text_row_t{"FirstOfFirstArc2", "2.0", "50"}, text_row_t{"SecondArcOfTwoBytes", "2.999", "88 37"},
-                    text_row_t{"LeadingZeros", "02.05.004.3", "55 04 03"},
-                    text_row_t{"ArcsOfZerosOnly", "000.00.0000", "00 00"},
-                    text_row_t{"LongRunOfZeros", "2.5.00000000000000000000000004.3", "55 04 03"},
-                    text_row_t{"LastOfOneByte", "1.2.127", "2A 7F"},
-                    text_row_t{"FirstOfTwoBytes", "1.2.128", "2A 81 00"},
-                    text_row_t{"LastOfTwoBytes", "1.2.16383", "2A FF 7F"},
-                    text_row_t{"FirstOfThreeBytes", "1.2.16384", "2A 81 80 00"},
-                    text_row_t{"LastOfThreeBytes", "1.2.2097151", "2A FF FF 7F"},
-                    text_row_t{"FirstOfFourBytes", "1.2.2097152", "2A 81 80 80 00"},
-                    text_row_t{"LastOfFourBytes", "1.2.268435455", "2A FF FF FF 7F"},
-                    text_row_t{"FirstOfFiveBytes", "1.2.268435456", "2A 81 80 80 80 00"},
-                    text_row_t{"LargestArc", "1.2.4294967295", "2A 8F FF FF FF 7F"},
-                    text_row_t{"LargestSecondArcThatDoesNotWrap", "2.4294967215", "8F FF FF FF 7F"}),
-    [](const auto& row) { return row.param.name; });
+const text_row_t accepted_rows[] = {
+    {"CommonName", "2.5.4.3", "55 04 03"},
+    {"RsaEncryption", "1.2.840.113549.1.1.1", "2A 86 48 86 F7 0D 01 01 01"},
+    {"Smallest", "0.0", "00"},
+    {"LastOfFirstArc0", "0.39", "27"},
+    {"FirstOfFirstArc1", "1.0", "28"},
+    {"LastOfFirstArc1", "1.39", "4F"},
+    {"FirstOfFirstArc2", "2.0", "50"},
+    {"SecondArcOfTwoBytes", "2.999", "88 37"},
+    {"LeadingZeros", "02.05.004.3", "55 04 03"},
+    {"ArcsOfZerosOnly", "000.00.0000", "00 00"},
+    {"LongRunOfZeros", "2.5.00000000000000000000000004.3", "55 04 03"},
+    {"LastOfOneByte", "1.2.127", "2A 7F"},
+    {"FirstOfTwoBytes", "1.2.128", "2A 81 00"},
+    {"LastOfTwoBytes", "1.2.16383", "2A FF 7F"},
+    {"FirstOfThreeBytes", "1.2.16384", "2A 81 80 00"},
+    {"LastOfThreeBytes", "1.2.2097151", "2A FF FF 7F"},
+    {"FirstOfFourBytes", "1.2.2097152", "2A 81 80 80 00"},
+    {"LastOfFourBytes", "1.2.268435455", "2A FF FF FF 7F"},
+    {"FirstOfFiveBytes", "1.2.268435456", "2A 81 80 80 80 00"},
+    {"LargestArc", "1.2.4294967295", "2A 8F FF FF FF 7F"},
+    {"LargestSecondArcThatDoesNotWrap", "2.4294967215", "8F FF FF FF 7F"},
+};
+INSTANTIATE_TEST_SUITE_P(Accepted, OidStrToAsn, testing::ValuesIn(accepted_rows),
+                         [](const auto& row) { return row.param.name; });
 
-INSTANTIATE_TEST_SUITE_P(
-    Refused, OidStrToAsn,
-    testing::Values(text_row_t{"Empty", "", ""}, text_row_t{"SingleArc0", "0", ""}, text_row_t{"SingleArc1", "1", ""},
-                    text_row_t{"SingleArc2", "2", ""}, text_row_t{"SingleArcWithZeros", "007", ""},
-                    text_row_t{"SingleArcWithZerosInRange", "001", ""}, text_row_t{"FirstArc3", "3.1", ""},
-                    text_row_t{"FirstArcAbove32Bits", "4294967296.1", ""},
-                    text_row_t{"FirstArcAbove64Bits", "18446744073709551617.1", ""},
-                    text_row_t{"TrailingDot", "2.", ""}, text_row_t{"TrailingDotOfOne", "1.", ""},
-                    text_row_t{"TrailingDotBehindTwoArcs", "1.2.", ""}, text_row_t{"LeadingDot", ".1", ""},
-                    text_row_t{"LoneDot", ".", ""}, text_row_t{"DoubledDot", "1..2", ""},
-                    text_row_t{"LeadingBlank", " 1.2", ""}, text_row_t{"TrailingBlank", "1.2 ", ""},
-                    text_row_t{"BlankBehindDot", "1. 2", ""}, text_row_t{"BlankBeforeDot", "1 .2", ""},
-                    text_row_t{"Plus", "1.+2", ""}, text_row_t{"Minus", "-1.2", ""}, text_row_t{"MinusArc", "1.-2", ""},
-                    text_row_t{"Letter", "1.2a", ""}, text_row_t{"LetterForAnArc", "1.2.a", ""},
-                    text_row_t{"LetterForTheSecondArc", "1.a", ""}, text_row_t{"LetterFirst", "a1.2", ""},
-                    text_row_t{"LetterInFirstArc", "1a.2", ""}, text_row_t{"Comma", "1,2", ""},
-                    text_row_t{"HighByte", "1.2.\xC3\xA9", ""}, text_row_t{"HighByteFirst", "\xB2.1", ""},
-                    text_row_t{"SecondArcAbove32Bits", "1.4294967296", ""},
-                    text_row_t{"ThirdArcAbove32Bits", "1.2.4294967296", ""},
-                    text_row_t{"ArcAbove64Bits", "1.2.18446744073709551617", ""},
-                    text_row_t{"ColonBehindNine", "1.2:", ""}, text_row_t{"SlashBeforeZero", "1./2", ""}),
-    [](const auto& row) { return row.param.name; });
+const text_row_t refused_rows[] = {
+    {"Empty", "", ""},
+    {"SingleArc0", "0", ""},
+    {"SingleArc1", "1", ""},
+    {"SingleArc2", "2", ""},
+    {"SingleArcWithZeros", "007", ""},
+    {"SingleArcWithZerosInRange", "001", ""},
+    {"FirstArc3", "3.1", ""},
+    {"FirstArcAbove32Bits", "4294967296.1", ""},
+    {"FirstArcAbove64Bits", "18446744073709551617.1", ""},
+    {"TrailingDot", "2.", ""},
+    {"TrailingDotOfOne", "1.", ""},
+    {"TrailingDotBehindTwoArcs", "1.2.", ""},
+    {"LeadingDot", ".1", ""},
+    {"LoneDot", ".", ""},
+    {"DoubledDot", "1..2", ""},
+    {"LeadingBlank", " 1.2", ""},
+    {"TrailingBlank", "1.2 ", ""},
+    {"BlankBehindDot", "1. 2", ""},
+    {"BlankBeforeDot", "1 .2", ""},
+    {"Plus", "1.+2", ""},
+    {"Minus", "-1.2", ""},
+    {"MinusArc", "1.-2", ""},
+    {"Letter", "1.2a", ""},
+    {"LetterForAnArc", "1.2.a", ""},
+    {"LetterForTheSecondArc", "1.a", ""},
+    {"LetterFirst", "a1.2", ""},
+    {"LetterInFirstArc", "1a.2", ""},
+    {"Comma", "1,2", ""},
+    {"HighByte", "1.2.\xC3\xA9", ""},
+    {"HighByteFirst", "\xB2.1", ""},
+    {"SecondArcAbove32Bits", "1.4294967296", ""},
+    {"ThirdArcAbove32Bits", "1.2.4294967296", ""},
+    {"ArcAbove64Bits", "1.2.18446744073709551617", ""},
+    {"ColonBehindNine", "1.2:", ""},
+    {"SlashBeforeZero", "1./2", ""},
+};
+INSTANTIATE_TEST_SUITE_P(Refused, OidStrToAsn, testing::ValuesIn(refused_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(OidStrToAsn, RefusesAnEmbeddedNul) {
     EXPECT_EQ(contents_of(std::string_view("1.2\0", 4)), ""_hex);
@@ -160,22 +181,29 @@ TEST_P(OidAsnToStr, AppendsText) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Accepted, OidAsnToStr,
-    testing::Values(
-        print_row_t{"CommonName", "55 04 03", true, "2.5.4.3"}, print_row_t{"ThreeArcs", "2A 86 48", true, "1.2.840"},
-        print_row_t{"RsaEncryption", "2A 86 48 86 F7 0D 01 01 01", true, "1.2.840.113549.1.1.1"},
-        print_row_t{"Smallest", "00", true, "0.0"}, print_row_t{"LastOfFirstArc0", "27", true, "0.39"},
-        print_row_t{"FirstOfFirstArc1", "28", true, "1.0"}, print_row_t{"FirstOfFirstArc2", "50", true, "2.0"},
-        print_row_t{"LargestOfOneByte", "7F", true, "3.7"},
-        print_row_t{"LargestArc", "2A 8F FF FF FF 7F", true, "1.2.4294967295"},
-        print_row_t{"ZeroArcs", "2A 00 00", true, "1.2.0.0"}, print_row_t{"NonMinimalFirst", "80 01", true, "0.1"},
-        print_row_t{"NonMinimalLater", "2A 80 80 03", true, "1.2.3"}),
-    [](const auto& row) { return row.param.name; });
+const print_row_t oid_asn_to_str_accepted_rows[] = {
+    {"CommonName", "55 04 03", true, "2.5.4.3"},
+    {"ThreeArcs", "2A 86 48", true, "1.2.840"},
+    {"RsaEncryption", "2A 86 48 86 F7 0D 01 01 01", true, "1.2.840.113549.1.1.1"},
+    {"Smallest", "00", true, "0.0"},
+    {"LastOfFirstArc0", "27", true, "0.39"},
+    {"FirstOfFirstArc1", "28", true, "1.0"},
+    {"FirstOfFirstArc2", "50", true, "2.0"},
+    {"LargestOfOneByte", "7F", true, "3.7"},
+    {"LargestArc", "2A 8F FF FF FF 7F", true, "1.2.4294967295"},
+    {"ZeroArcs", "2A 00 00", true, "1.2.0.0"},
+    {"NonMinimalFirst", "80 01", true, "0.1"},
+    {"NonMinimalLater", "2A 80 80 03", true, "1.2.3"},
+};
+INSTANTIATE_TEST_SUITE_P(Accepted, OidAsnToStr, testing::ValuesIn(oid_asn_to_str_accepted_rows),
+                         [](const auto& row) { return row.param.name; });
 
-INSTANTIATE_TEST_SUITE_P(Refused, OidAsnToStr,
-                         testing::Values(print_row_t{"Empty", "", false, ""}, print_row_t{"FirstCut", "86", false, ""},
-                                         print_row_t{"FirstCutBehindMany", "86 86 86 86 86 86", false, ""}),
+const print_row_t oid_asn_to_str_refused_rows[] = {
+    {"Empty", "", false, ""},
+    {"FirstCut", "86", false, ""},
+    {"FirstCutBehindMany", "86 86 86 86 86 86", false, ""},
+};
+INSTANTIATE_TEST_SUITE_P(Refused, OidAsnToStr, testing::ValuesIn(oid_asn_to_str_refused_rows),
                          [](const auto& row) { return row.param.name; });
 
 TEST(OidAsnToStr, TakesAnEmptyRangeAtNull) {

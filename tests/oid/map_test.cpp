@@ -44,50 +44,57 @@ TEST_P(OidMapLine, GivesItsEntry) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Kept, OidMapLine,
-    testing::Values(line_row_t{"Plain", "1.2.3 = CN, commonName", "1.2.3|CN|commonName"},
-                    line_row_t{"NoBlanks", "1.2.3=CN,commonName", "1.2.3|CN|commonName"},
-                    line_row_t{"BlanksEverywhere", " \t 1.2.3 \t = \t CN \t , \t commonName", "1.2.3|CN|commonName"},
-                    line_row_t{"SmallLettersAreRaised", "1.2.3=cn-\xC3\xA9z", "1.2.3|CN-\xC3\xA9Z|"},
-                    line_row_t{"LongNameKeepsItsCase", "1.2.3=a,bC", "1.2.3|A|bC"},
-                    line_row_t{"WordBehindTheShortNameIsIgnored", "1.2.3 = CN commonName", "1.2.3|CN|"},
-                    line_row_t{"WordBehindTheShortNameIsIgnoredWithItsComma", "1.2.3 = CN x, y", "1.2.3|CN|"},
-                    line_row_t{"SecondEqualsEndsTheShortName", "1.2.3 = A=B, c", "1.2.3|A|"},
-                    line_row_t{"OnlyEquals", "1.2.3==", "1.2.3||"},
-                    line_row_t{"NothingBehindEquals", "1.2.3=", "1.2.3||"},
-                    line_row_t{"BlankBehindEquals", "1.2.3= ", "1.2.3||"},
-                    line_row_t{"ShortNameOnly", "1.2.3=A", "1.2.3|A|"},
-                    line_row_t{"NothingBehindComma", "1.2.3=A,", "1.2.3|A|"},
-                    line_row_t{"BlanksBehindComma", "1.2.3=A, \t", "1.2.3|A|"},
-                    line_row_t{"BlanksAtTheEndBelongToTheLongName", "1.2.3=A ,  b ", "1.2.3|A|b "},
-                    line_row_t{"TwoBlanksBeforeTheLineEnd", "1.2.3 = A, commonName  \n", "1.2.3|A|commonName  "},
-                    line_row_t{"LongNameHoldsCommasAndEquals", "1.2.3=A,b,c=d", "1.2.3|A|b,c=d"},
-                    line_row_t{"EmptyShortName", "1.2.3 = ,x", "1.2.3||x"},
-                    line_row_t{"ShortNameStopsAtTheLineEnd", "1.2.3 =\nB", "1.2.3||"},
-                    line_row_t{"ShortNameStopsAtACarriageReturn", "1.2.3=A\rB", "1.2.3|A|"},
-                    line_row_t{"LongNameStopsAtACarriageReturn", "1.2.3=A,b\r\nc", "1.2.3|A|b"},
-                    line_row_t{"DottedTextAsWritten", "01.002.3=A", "01.002.3|A|"},
-                    line_row_t{"ControlsAreOrdinary", "1.2.3=A\x01\v,b\f\x7F", "1.2.3|A\x01\v|b\f\x7F"},
-                    line_row_t{"BehindAComment", "# 1.2.3 = X\n1.2.3=A", "1.2.3|A|"},
-                    line_row_t{"BehindBlankLines", "\r\n\n\r \t \n1.2.3=A", "1.2.3|A|"},
-                    line_row_t{"BehindALineWithoutEquals", "1.2.3\n1.2.3=A", "1.2.3|A|"},
-                    line_row_t{"BeforeALastLineWithoutEquals", "1.2.3=A\n1.2.4", "1.2.3|A|"}),
-    [](const auto& row) { return row.param.name; });
+const line_row_t kept_rows[] = {
+    {"Plain", "1.2.3 = CN, commonName", "1.2.3|CN|commonName"},
+    {"NoBlanks", "1.2.3=CN,commonName", "1.2.3|CN|commonName"},
+    {"BlanksEverywhere", " \t 1.2.3 \t = \t CN \t , \t commonName", "1.2.3|CN|commonName"},
+    {"SmallLettersAreRaised", "1.2.3=cn-\xC3\xA9z", "1.2.3|CN-\xC3\xA9Z|"},
+    {"LongNameKeepsItsCase", "1.2.3=a,bC", "1.2.3|A|bC"},
+    {"WordBehindTheShortNameIsIgnored", "1.2.3 = CN commonName", "1.2.3|CN|"},
+    {"WordBehindTheShortNameIsIgnoredWithItsComma", "1.2.3 = CN x, y", "1.2.3|CN|"},
+    {"SecondEqualsEndsTheShortName", "1.2.3 = A=B, c", "1.2.3|A|"},
+    {"OnlyEquals", "1.2.3==", "1.2.3||"},
+    {"NothingBehindEquals", "1.2.3=", "1.2.3||"},
+    {"BlankBehindEquals", "1.2.3= ", "1.2.3||"},
+    {"ShortNameOnly", "1.2.3=A", "1.2.3|A|"},
+    {"NothingBehindComma", "1.2.3=A,", "1.2.3|A|"},
+    {"BlanksBehindComma", "1.2.3=A, \t", "1.2.3|A|"},
+    {"BlanksAtTheEndBelongToTheLongName", "1.2.3=A ,  b ", "1.2.3|A|b "},
+    {"TwoBlanksBeforeTheLineEnd", "1.2.3 = A, commonName  \n", "1.2.3|A|commonName  "},
+    {"LongNameHoldsCommasAndEquals", "1.2.3=A,b,c=d", "1.2.3|A|b,c=d"},
+    {"EmptyShortName", "1.2.3 = ,x", "1.2.3||x"},
+    {"ShortNameStopsAtTheLineEnd", "1.2.3 =\nB", "1.2.3||"},
+    {"ShortNameStopsAtACarriageReturn", "1.2.3=A\rB", "1.2.3|A|"},
+    {"LongNameStopsAtACarriageReturn", "1.2.3=A,b\r\nc", "1.2.3|A|b"},
+    {"DottedTextAsWritten", "01.002.3=A", "01.002.3|A|"},
+    {"ControlsAreOrdinary", "1.2.3=A\x01\v,b\f\x7F", "1.2.3|A\x01\v|b\f\x7F"},
+    {"BehindAComment", "# 1.2.3 = X\n1.2.3=A", "1.2.3|A|"},
+    {"BehindBlankLines", "\r\n\n\r \t \n1.2.3=A", "1.2.3|A|"},
+    {"BehindALineWithoutEquals", "1.2.3\n1.2.3=A", "1.2.3|A|"},
+    {"BeforeALastLineWithoutEquals", "1.2.3=A\n1.2.4", "1.2.3|A|"},
+};
+INSTANTIATE_TEST_SUITE_P(Kept, OidMapLine, testing::ValuesIn(kept_rows),
+                         [](const auto& row) { return row.param.name; });
 
-INSTANTIATE_TEST_SUITE_P(
-    Skipped, OidMapLine,
-    testing::Values(line_row_t{"Empty", "", "none"}, line_row_t{"OnlyBlanks", " \t", "none"},
-                    line_row_t{"OnlyLineEnds", "\r\n\r\n", "none"}, line_row_t{"OidOnly", "1.2.3", "none"},
-                    line_row_t{"OidAndBlank", "1.2.3 ", "none"},
-                    line_row_t{"EqualsOnTheNextLine", "1.2.3\n= B", "none"},
-                    line_row_t{"LetterBehindTheOid", "1.2.3x = CN", "none"},
-                    line_row_t{"OidBehindABlank", "1.2 .3 = CN", "none"}, line_row_t{"Comment", "#1.2.3 = CN", "none"},
-                    line_row_t{"CommentBehindSlashes", "// 1.2.3 = CN", "none"},
-                    line_row_t{"CommaBeforeEquals", "1.2.3, = CN", "none"},
-                    line_row_t{"VerticalTabIsNoBlank", "\v1.2.3 = CN", "none"}, line_row_t{"NoOid", "= CN", "none"},
-                    line_row_t{"DotsOnly", "... = CN", "none"}, line_row_t{"TrailingDot", "1.2.3. = CN", "none"}),
-    [](const auto& row) { return row.param.name; });
+const line_row_t skipped_rows[] = {
+    {"Empty", "", "none"},
+    {"OnlyBlanks", " \t", "none"},
+    {"OnlyLineEnds", "\r\n\r\n", "none"},
+    {"OidOnly", "1.2.3", "none"},
+    {"OidAndBlank", "1.2.3 ", "none"},
+    {"EqualsOnTheNextLine", "1.2.3\n= B", "none"},
+    {"LetterBehindTheOid", "1.2.3x = CN", "none"},
+    {"OidBehindABlank", "1.2 .3 = CN", "none"},
+    {"Comment", "#1.2.3 = CN", "none"},
+    {"CommentBehindSlashes", "// 1.2.3 = CN", "none"},
+    {"CommaBeforeEquals", "1.2.3, = CN", "none"},
+    {"VerticalTabIsNoBlank", "\v1.2.3 = CN", "none"},
+    {"NoOid", "= CN", "none"},
+    {"DotsOnly", "... = CN", "none"},
+    {"TrailingDot", "1.2.3. = CN", "none"},
+};
+INSTANTIATE_TEST_SUITE_P(Skipped, OidMapLine, testing::ValuesIn(skipped_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(OidMap, RequiredByteOrderMarkHidesTheFirstLine) {
     const searched_map_t map("\xEF\xBB\xBF"
@@ -277,12 +284,12 @@ TEST_P(OidMapOfManyLines, FindsEveryEntry) {
     EXPECT_EQ(map.sn("n100000"), nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Order, OidMapOfManyLines,
-    testing::Values(order_row_t{"Ascending", [](int line, int) { return line; }},
-                    order_row_t{"Descending", [](int line, int num_lines) { return num_lines - 1 - line; }},
-                    order_row_t{"Mixed",
-                                [](int line, int num_lines) { return static_cast<int>(line * 48'271LL % num_lines); }}),
-    [](const auto& row) { return row.param.name; });
+const order_row_t order_rows[] = {
+    {"Ascending", [](int line, int) { return line; }},
+    {"Descending", [](int line, int num_lines) { return num_lines - 1 - line; }},
+    {"Mixed", [](int line, int num_lines) { return static_cast<int>(line * 48'271LL % num_lines); }},
+};
+INSTANTIATE_TEST_SUITE_P(Order, OidMapOfManyLines, testing::ValuesIn(order_rows),
+                         [](const auto& row) { return row.param.name; });
 
 } // namespace

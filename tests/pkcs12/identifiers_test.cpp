@@ -28,17 +28,18 @@ TEST_P(Pkcs12Identifier, IsTheDottedOne) {
     EXPECT_EQ(GetParam().element, dotted_oid(GetParam().dotted));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, Pkcs12Identifier,
-    testing::Values(oid_row_t{"Data", bytes_of(pkcs12_oid::data), "1.2.840.113549.1.7.1"},
-                    oid_row_t{"EncryptedData", bytes_of(pkcs12_oid::encrypted_data), "1.2.840.113549.1.7.6"},
-                    oid_row_t{"KeyBag", bytes_of(pkcs12_oid::key_bag), "1.2.840.113549.1.12.10.1.1"},
-                    oid_row_t{"ShroudedKeyBag", bytes_of(pkcs12_oid::shrouded_key_bag), "1.2.840.113549.1.12.10.1.2"},
-                    oid_row_t{"CertBag", bytes_of(pkcs12_oid::cert_bag), "1.2.840.113549.1.12.10.1.3"},
-                    oid_row_t{"X509Certificate", bytes_of(pkcs12_oid::x509_certificate), "1.2.840.113549.1.9.22.1"},
-                    oid_row_t{"FriendlyName", bytes_of(pkcs12_oid::friendly_name), "1.2.840.113549.1.9.20"},
-                    oid_row_t{"LocalKeyId", bytes_of(pkcs12_oid::local_key_id), "1.2.840.113549.1.9.21"},
-                    oid_row_t{"Gost341194", bytes_of(pkcs12_oid::gost_3411_94), "1.2.643.2.2.9"}),
-    [](const auto& row) { return row.param.name; });
+const oid_row_t table_rows[] = {
+    {"Data", bytes_of(pkcs12_oid::data), "1.2.840.113549.1.7.1"},
+    {"EncryptedData", bytes_of(pkcs12_oid::encrypted_data), "1.2.840.113549.1.7.6"},
+    {"KeyBag", bytes_of(pkcs12_oid::key_bag), "1.2.840.113549.1.12.10.1.1"},
+    {"ShroudedKeyBag", bytes_of(pkcs12_oid::shrouded_key_bag), "1.2.840.113549.1.12.10.1.2"},
+    {"CertBag", bytes_of(pkcs12_oid::cert_bag), "1.2.840.113549.1.12.10.1.3"},
+    {"X509Certificate", bytes_of(pkcs12_oid::x509_certificate), "1.2.840.113549.1.9.22.1"},
+    {"FriendlyName", bytes_of(pkcs12_oid::friendly_name), "1.2.840.113549.1.9.20"},
+    {"LocalKeyId", bytes_of(pkcs12_oid::local_key_id), "1.2.840.113549.1.9.21"},
+    {"Gost341194", bytes_of(pkcs12_oid::gost_3411_94), "1.2.643.2.2.9"},
+};
+INSTANTIATE_TEST_SUITE_P(Table, Pkcs12Identifier, testing::ValuesIn(table_rows),
+                         [](const auto& row) { return row.param.name; });
 
 } // namespace

@@ -72,20 +72,23 @@ TEST_P(MacDataCount, IsRead) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Counts, MacDataCount,
-                         testing::Values(count_row_t{"Absent", "", true, 1}, count_row_t{"Empty", "02 00", true, 1},
-                                         count_row_t{"Zero", "02 01 00", true, 0},
-                                         count_row_t{"LeadingZero", "02 02 00 80", true, 128},
-                                         count_row_t{"Largest", "02 05 00 FF FF FF FF", true, 4294967295},
-                                         count_row_t{"JunkBehind", "02 01 07 05 00", true, 7},
-                                         count_row_t{"OtherElementInstead", "04 01 07", true, 1},
-                                         count_row_t{"LoneByteInstead", "30", true, 1},
-                                         count_row_t{"CountBehindAnother", "05 00 02 01 07", true, 1},
-                                         count_row_t{"Negative", "02 01 FF", false, 0},
-                                         count_row_t{"SixSignificantBytes", "02 06 01 00 00 00 00 00", false, 0},
-                                         count_row_t{"IdentifierAlone", "02", false, 0},
-                                         count_row_t{"Cut", "02 02 07", false, 0},
-                                         count_row_t{"Indefinite", "02 80 00 00", false, 0}),
+const count_row_t counts_rows[] = {
+    {"Absent", "", true, 1},
+    {"Empty", "02 00", true, 1},
+    {"Zero", "02 01 00", true, 0},
+    {"LeadingZero", "02 02 00 80", true, 128},
+    {"Largest", "02 05 00 FF FF FF FF", true, 4294967295},
+    {"JunkBehind", "02 01 07 05 00", true, 7},
+    {"OtherElementInstead", "04 01 07", true, 1},
+    {"LoneByteInstead", "30", true, 1},
+    {"CountBehindAnother", "05 00 02 01 07", true, 1},
+    {"Negative", "02 01 FF", false, 0},
+    {"SixSignificantBytes", "02 06 01 00 00 00 00 00", false, 0},
+    {"IdentifierAlone", "02", false, 0},
+    {"Cut", "02 02 07", false, 0},
+    {"Indefinite", "02 80 00 00", false, 0},
+};
+INSTANTIATE_TEST_SUITE_P(Counts, MacDataCount, testing::ValuesIn(counts_rows),
                          [](const auto& row) { return row.param.name; });
 
 TEST(MacData, RequiredFiveByteCountLosesItsHighByte) {
@@ -132,21 +135,23 @@ TEST_P(MacDataRefused, IsFalse) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Faults, MacDataRefused,
-                         testing::Values(refused_row_t{"Nothing", ""}, refused_row_t{"OneByte", "30"},
-                                         refused_row_t{"DigestInfoIsASet", "31 06 30 02 06 00 04 00 04 00"},
-                                         refused_row_t{"DigestInfoIsIndefinite", "30 80 30 02 06 00 04 00 04 00"},
-                                         refused_row_t{"DigestInfoHasFiveLengthOctets",
-                                                       "30 85 00 00 00 00 06 30 02 06 00 04 00 04 00"},
-                                         refused_row_t{"DigestInfoPastTheEnd", "30 0B 30 02 06 00 04 00 04 00"},
-                                         refused_row_t{"EmptyDigestInfo", "30 00 04 00"},
-                                         refused_row_t{"AlgorithmIsAnOid", "30 04 06 00 04 00 04 00"},
-                                         refused_row_t{"NoDigest", "30 04 30 02 06 00 04 00"},
-                                         refused_row_t{"DigestIsABitString", "30 07 30 02 06 00 03 01 00 04 00"},
-                                         refused_row_t{"DigestPastTheDigestInfo", "30 06 30 02 06 00 04 01 04 00"},
-                                         refused_row_t{"NoSalt", "30 06 30 02 06 00 04 00"},
-                                         refused_row_t{"SaltIsAnInteger", "30 06 30 02 06 00 04 00 02 01 07"},
-                                         refused_row_t{"SaltCut", "30 06 30 02 06 00 04 00 04 03 51 52"}),
+const refused_row_t faults_rows[] = {
+    {"Nothing", ""},
+    {"OneByte", "30"},
+    {"DigestInfoIsASet", "31 06 30 02 06 00 04 00 04 00"},
+    {"DigestInfoIsIndefinite", "30 80 30 02 06 00 04 00 04 00"},
+    {"DigestInfoHasFiveLengthOctets", "30 85 00 00 00 00 06 30 02 06 00 04 00 04 00"},
+    {"DigestInfoPastTheEnd", "30 0B 30 02 06 00 04 00 04 00"},
+    {"EmptyDigestInfo", "30 00 04 00"},
+    {"AlgorithmIsAnOid", "30 04 06 00 04 00 04 00"},
+    {"NoDigest", "30 04 30 02 06 00 04 00"},
+    {"DigestIsABitString", "30 07 30 02 06 00 03 01 00 04 00"},
+    {"DigestPastTheDigestInfo", "30 06 30 02 06 00 04 01 04 00"},
+    {"NoSalt", "30 06 30 02 06 00 04 00"},
+    {"SaltIsAnInteger", "30 06 30 02 06 00 04 00 02 01 07"},
+    {"SaltCut", "30 06 30 02 06 00 04 00 04 03 51 52"},
+};
+INSTANTIATE_TEST_SUITE_P(Faults, MacDataRefused, testing::ValuesIn(faults_rows),
                          [](const auto& row) { return row.param.name; });
 
 TEST(MacData, TheWholeElementInsteadOfItsContentsIsRefused) {

@@ -167,16 +167,21 @@ TEST_P(Pkcs12Version, RequiredLenientTest) {
     EXPECT_EQ(data_crypto.calls.size(), GetParam().accepted ? 2u : 1u);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Versions, Pkcs12Version,
-    testing::Values(version_row_t{"Right", "03", true}, version_row_t{"AnyOneByte", "07", true},
-                    version_row_t{"TheOtherOne", "00", true}, version_row_t{"Negative", "FF", true},
-                    version_row_t{"RightByteFirst", "03 07", true}, version_row_t{"RightByteThenZero", "03 00", true},
-                    version_row_t{"RightByteBehindAZero", "00 03", false},
-                    version_row_t{"RightByteFirstOfMany", "03 00 00 00 00 00 00 00 00", true},
-                    version_row_t{"RightByteLast", "07 03", false}, version_row_t{"TwoOtherBytes", "07 07", false},
-                    version_row_t{"NoContents", "", false}),
-    [](const auto& row) { return row.param.name; });
+const version_row_t versions_rows[] = {
+    {"Right", "03", true},
+    {"AnyOneByte", "07", true},
+    {"TheOtherOne", "00", true},
+    {"Negative", "FF", true},
+    {"RightByteFirst", "03 07", true},
+    {"RightByteThenZero", "03 00", true},
+    {"RightByteBehindAZero", "00 03", false},
+    {"RightByteFirstOfMany", "03 00 00 00 00 00 00 00 00", true},
+    {"RightByteLast", "07 03", false},
+    {"TwoOtherBytes", "07 07", false},
+    {"NoContents", "", false},
+};
+INSTANTIATE_TEST_SUITE_P(Versions, Pkcs12Version, testing::ValuesIn(versions_rows),
+                         [](const auto& row) { return row.param.name; });
 
 struct file_row_t {
     const char* name;
@@ -199,34 +204,34 @@ const bytes_t empty_safe = "04 02 30 00"_hex;
 const bytes_t empty_info = data_content(empty_safe);
 const bytes_t mac = sample_mac_data();
 
-INSTANTIATE_TEST_SUITE_P(
-    Files, Pkcs12ReaderRefuses,
-    testing::Values(
-        file_row_t{"Nothing", {}}, file_row_t{"OuterIsASet", der(0x31, {version, empty_info, mac})},
-        file_row_t{"OuterIsIndefinite", join({"30 80"_hex, version, empty_info, mac, "00 00"_hex})},
-        file_row_t{"EmptyOuter", "30 00"_hex}, file_row_t{"NoVersion", der(0x30, {empty_info, mac})},
-        file_row_t{"VersionAlone", der(0x30, version)},
-        file_row_t{"AuthSafeIsASet", der(0x30, {version, der(0x31, {data_oid, der(0xA0, empty_safe)}), mac})},
-        file_row_t{"MacDataCut", join({der(0x30, {version, empty_info, "30 05 00"_hex})})},
-        file_row_t{"MacDataIdentifierAlone", der(0x30, {version, empty_info, "30"_hex})},
-        file_row_t{"MacDataIsASet", der(0x30, {version, empty_info, der(0x31, {"30 00"_hex})})},
-        file_row_t{"MacDataBehindAnotherElement", der(0x30, {version, empty_info, "05 00"_hex, mac})},
-        file_row_t{"EmptyMacData", der(0x30, {version, empty_info, "30 00"_hex})},
-        file_row_t{"MacWithoutSalt", der(0x30, {version, empty_info, der(0x30, {"30 06 30 02 06 00 04 00"_hex})})},
-        file_row_t{"MacWithNegativeCount",
-                   der(0x30, {version, empty_info, mac_data("D1"_hex, "C1"_hex, "02 01 FF"_hex)})},
-        file_row_t{"AuthSafeIsSignedData",
-                   der(0x30, {version, content_info("06 09 2A 86 48 86 F7 0D 01 07 02"_hex, empty_safe), mac})},
-        file_row_t{"AuthSafeOidIsLonger",
-                   der(0x30, {version, content_info("06 0A 2A 86 48 86 F7 0D 01 07 01 01"_hex, empty_safe), mac})},
-        file_row_t{"AuthSafeHasNoOid", der(0x30, {version, der(0x30, der(0xA0, empty_safe)), mac})},
-        file_row_t{"EmptyAuthSafe", der(0x30, {version, "30 00"_hex, mac})},
-        file_row_t{"AuthSafeOfAnOidAlone", der(0x30, {version, der(0x30, data_oid), mac})},
-        file_row_t{"ContentIsContextOne", der(0x30, {version, der(0x30, {data_oid, der(0xA1, empty_safe)}), mac})},
-        file_row_t{"ContentIsPrimitive", der(0x30, {version, der(0x30, {data_oid, der(0x80, empty_safe)}), mac})},
-        file_row_t{"SomethingBeforeTheContent",
-                   der(0x30, {version, der(0x30, {data_oid, "05 00"_hex, der(0xA0, empty_safe)}), mac})}),
-    [](const auto& row) { return row.param.name; });
+const file_row_t files_rows[] = {
+    {"Nothing", {}},
+    {"OuterIsASet", der(0x31, {version, empty_info, mac})},
+    {"OuterIsIndefinite", join({"30 80"_hex, version, empty_info, mac, "00 00"_hex})},
+    {"EmptyOuter", "30 00"_hex},
+    {"NoVersion", der(0x30, {empty_info, mac})},
+    {"VersionAlone", der(0x30, version)},
+    {"AuthSafeIsASet", der(0x30, {version, der(0x31, {data_oid, der(0xA0, empty_safe)}), mac})},
+    {"MacDataCut", join({der(0x30, {version, empty_info, "30 05 00"_hex})})},
+    {"MacDataIdentifierAlone", der(0x30, {version, empty_info, "30"_hex})},
+    {"MacDataIsASet", der(0x30, {version, empty_info, der(0x31, {"30 00"_hex})})},
+    {"MacDataBehindAnotherElement", der(0x30, {version, empty_info, "05 00"_hex, mac})},
+    {"EmptyMacData", der(0x30, {version, empty_info, "30 00"_hex})},
+    {"MacWithoutSalt", der(0x30, {version, empty_info, der(0x30, {"30 06 30 02 06 00 04 00"_hex})})},
+    {"MacWithNegativeCount", der(0x30, {version, empty_info, mac_data("D1"_hex, "C1"_hex, "02 01 FF"_hex)})},
+    {"AuthSafeIsSignedData",
+     der(0x30, {version, content_info("06 09 2A 86 48 86 F7 0D 01 07 02"_hex, empty_safe), mac})},
+    {"AuthSafeOidIsLonger",
+     der(0x30, {version, content_info("06 0A 2A 86 48 86 F7 0D 01 07 01 01"_hex, empty_safe), mac})},
+    {"AuthSafeHasNoOid", der(0x30, {version, der(0x30, der(0xA0, empty_safe)), mac})},
+    {"EmptyAuthSafe", der(0x30, {version, "30 00"_hex, mac})},
+    {"AuthSafeOfAnOidAlone", der(0x30, {version, der(0x30, data_oid), mac})},
+    {"ContentIsContextOne", der(0x30, {version, der(0x30, {data_oid, der(0xA1, empty_safe)}), mac})},
+    {"ContentIsPrimitive", der(0x30, {version, der(0x30, {data_oid, der(0x80, empty_safe)}), mac})},
+    {"SomethingBeforeTheContent", der(0x30, {version, der(0x30, {data_oid, "05 00"_hex, der(0xA0, empty_safe)}), mac})},
+};
+INSTANTIATE_TEST_SUITE_P(Files, Pkcs12ReaderRefuses, testing::ValuesIn(files_rows),
+                         [](const auto& row) { return row.param.name; });
 
 class Pkcs12ReaderFails : public testing::TestWithParam<file_row_t> {};
 
@@ -249,47 +254,45 @@ bytes_t after_good(const bytes_t& faulty) {
 const bytes_t hidden = der(0x80, flipped(empty_safe));
 const bytes_t encrypted_info = der(0x30, {data_oid, sample_pbes2(), hidden});
 
-INSTANTIATE_TEST_SUITE_P(
-    Contents, Pkcs12ReaderFails,
-    testing::Values(
-        // ContentInfo
-        file_row_t{"InfoIsNull", after_good("05 00"_hex)}, file_row_t{"InfoIsASet", after_good("31 00"_hex)},
-        file_row_t{"EmptyInfo", after_good("30 00"_hex)},
-        file_row_t{"InfoOfAnOidAlone", after_good(der(0x30, data_oid))},
-        file_row_t{"OtherInfoOfAnOidAlone", after_good(der(0x30, enveloped_data_oid))},
-        file_row_t{"ContentIsPrimitive", after_good(der(0x30, {data_oid, der(0x80, empty_safe)}))},
-        file_row_t{"LoneByte", after_good("30"_hex)},
-        // data
-        file_row_t{"DataIsEmpty", after_good(data_content({}))},
-        file_row_t{"DataIsABareSequence", after_good(data_content("30 00"_hex))},
-        file_row_t{"SafeContentsAreEmpty", after_good(data_content("04 00"_hex))},
-        file_row_t{"SafeContentsAreASet", after_good(data_content("04 02 31 00"_hex))},
-        file_row_t{"SafeContentsCut", after_good(data_content("04 02 30 01"_hex))},
-        // encryptedData
-        file_row_t{"EncryptedDataIsEmpty", after_good(encrypted_content({}))},
-        file_row_t{"EncryptedDataIsAString", after_good(encrypted_content("04 00"_hex))},
-        file_row_t{"EncryptedDataWithoutContents", after_good(encrypted_content("30 00"_hex))},
-        file_row_t{"EncryptedDataWithoutVersion", after_good(encrypted_content(der(0x30, encrypted_info)))},
-        file_row_t{"EncryptedDataOfAVersionAlone", after_good(encrypted_content("30 03 02 01 00"_hex))},
-        file_row_t{"EncryptedInfoIsEmpty", after_good(encrypted_content("30 05 02 01 00 30 00"_hex))},
-        file_row_t{"EncryptedInfoWithoutType",
-                   after_good(encrypted_content(der(0x30, {"02 01 00"_hex, der(0x30, {sample_pbes2(), hidden})})))},
-        file_row_t{"EncryptedInfoWithoutAlgorithm",
-                   after_good(encrypted_content(der(0x30, {"02 01 00"_hex, der(0x30, {data_oid, hidden})})))},
-        file_row_t{"EncryptedInfoWithoutCiphertext",
-                   after_good(encrypted_content(der(0x30, {"02 01 00"_hex, der(0x30, {data_oid, sample_pbes2()})})))},
-        file_row_t{
-            "CiphertextIsConstructed",
-            after_good(encrypted_content(der(0x30, {"02 01 00"_hex, der(0x30, {data_oid, sample_pbes2(),
-                                                                               der(0xA0, der(0x04, empty_safe))})})))},
-        file_row_t{"OtherTypeWithoutCiphertext",
-                   after_good(encrypted_content(der(0x30, {"02 01 00"_hex,
-                                                           der(0x30, {enveloped_data_oid, sample_pbes2()})})))},
-        file_row_t{"ElementBehindTheInfoCut",
-                   after_good(encrypted_content(der(0x30, {"02 01 00"_hex, encrypted_info, "A1 05"_hex})))},
-        file_row_t{"LoneByteBehindTheInfo",
-                   after_good(encrypted_content(der(0x30, {"02 01 00"_hex, encrypted_info, "A1"_hex})))}),
-    [](const auto& row) { return row.param.name; });
+const file_row_t contents_rows[] = {
+    // ContentInfo
+    {"InfoIsNull", after_good("05 00"_hex)},
+    {"InfoIsASet", after_good("31 00"_hex)},
+    {"EmptyInfo", after_good("30 00"_hex)},
+    {"InfoOfAnOidAlone", after_good(der(0x30, data_oid))},
+    {"OtherInfoOfAnOidAlone", after_good(der(0x30, enveloped_data_oid))},
+    {"ContentIsPrimitive", after_good(der(0x30, {data_oid, der(0x80, empty_safe)}))},
+    {"LoneByte", after_good("30"_hex)},
+    // data
+    {"DataIsEmpty", after_good(data_content({}))},
+    {"DataIsABareSequence", after_good(data_content("30 00"_hex))},
+    {"SafeContentsAreEmpty", after_good(data_content("04 00"_hex))},
+    {"SafeContentsAreASet", after_good(data_content("04 02 31 00"_hex))},
+    {"SafeContentsCut", after_good(data_content("04 02 30 01"_hex))},
+    // encryptedData
+    {"EncryptedDataIsEmpty", after_good(encrypted_content({}))},
+    {"EncryptedDataIsAString", after_good(encrypted_content("04 00"_hex))},
+    {"EncryptedDataWithoutContents", after_good(encrypted_content("30 00"_hex))},
+    {"EncryptedDataWithoutVersion", after_good(encrypted_content(der(0x30, encrypted_info)))},
+    {"EncryptedDataOfAVersionAlone", after_good(encrypted_content("30 03 02 01 00"_hex))},
+    {"EncryptedInfoIsEmpty", after_good(encrypted_content("30 05 02 01 00 30 00"_hex))},
+    {"EncryptedInfoWithoutType",
+     after_good(encrypted_content(der(0x30, {"02 01 00"_hex, der(0x30, {sample_pbes2(), hidden})})))},
+    {"EncryptedInfoWithoutAlgorithm",
+     after_good(encrypted_content(der(0x30, {"02 01 00"_hex, der(0x30, {data_oid, hidden})})))},
+    {"EncryptedInfoWithoutCiphertext",
+     after_good(encrypted_content(der(0x30, {"02 01 00"_hex, der(0x30, {data_oid, sample_pbes2()})})))},
+    {"CiphertextIsConstructed",
+     after_good(encrypted_content(
+         der(0x30, {"02 01 00"_hex, der(0x30, {data_oid, sample_pbes2(), der(0xA0, der(0x04, empty_safe))})})))},
+    {"OtherTypeWithoutCiphertext",
+     after_good(encrypted_content(der(0x30, {"02 01 00"_hex, der(0x30, {enveloped_data_oid, sample_pbes2()})})))},
+    {"ElementBehindTheInfoCut",
+     after_good(encrypted_content(der(0x30, {"02 01 00"_hex, encrypted_info, "A1 05"_hex})))},
+    {"LoneByteBehindTheInfo", after_good(encrypted_content(der(0x30, {"02 01 00"_hex, encrypted_info, "A1"_hex})))},
+};
+INSTANTIATE_TEST_SUITE_P(Contents, Pkcs12ReaderFails, testing::ValuesIn(contents_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(Pkcs12Reader, AuthenticatedSafeMustBeASequence) {
     for (const char* const octets : {"04 00", "04 02 31 00", "04 01 30", "04 02 30 01"}) {

@@ -81,13 +81,14 @@ TEST_P(ShroudedKey, RequiredUnreadableOneIsSkipped) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Bags, ShroudedKey,
-    testing::Values(bag_row_t{"Null", shrouded_bag("05 00"_hex)}, bag_row_t{"NoBytes", shrouded_bag({})},
-                    bag_row_t{"Cut", shrouded_bag("30 05 30"_hex)},
-                    bag_row_t{"OtherAlgorithm", shrouded_bag(encrypted_key("AA"_hex, "30 04 06 00 30 00"_hex))},
-                    bag_row_t{"MalformedAlgorithm", shrouded_bag(encrypted_key("AA"_hex, "30 02 06 05"_hex))}),
-    row_name);
+const bag_row_t bags_rows[] = {
+    {"Null", shrouded_bag("05 00"_hex)},
+    {"NoBytes", shrouded_bag({})},
+    {"Cut", shrouded_bag("30 05 30"_hex)},
+    {"OtherAlgorithm", shrouded_bag(encrypted_key("AA"_hex, "30 04 06 00 30 00"_hex))},
+    {"MalformedAlgorithm", shrouded_bag(encrypted_key("AA"_hex, "30 02 06 05"_hex))},
+};
+INSTANTIATE_TEST_SUITE_P(Bags, ShroudedKey, testing::ValuesIn(bags_rows), row_name);
 
 TEST(SafeContents, RequiredKeyThatCannotBeDecryptedIsSkipped) {
     recording_crypto_t crypto;
@@ -152,30 +153,34 @@ TEST_P(SafeBagRefused, AfterItemsThatStay) {
 
 const bytes_t good_name = name_attribute("00 6E"_hex);
 
-INSTANTIATE_TEST_SUITE_P(
-    Bags, SafeBagRefused,
-    testing::Values(bag_row_t{"Null", "05 00"_hex}, bag_row_t{"LoneByte", "30"_hex}, bag_row_t{"Set", "31 00"_hex},
-                    bag_row_t{"Empty", "30 00"_hex}, bag_row_t{"Cut", "30 10 06"_hex},
-                    bag_row_t{"NoType", der(0x30, der(0xA0, key))}, bag_row_t{"TypeAlone", der(0x30, key_bag_oid)},
-                    bag_row_t{"UnknownTypeAlone", der(0x30, "06 00"_hex)},
-                    bag_row_t{"ValueIsContextOne", der(0x30, {key_bag_oid, der(0xA1, key)})},
-                    bag_row_t{"ValueIsPrimitive", der(0x30, {key_bag_oid, der(0x80, key)})},
-                    bag_row_t{"ValueIsBare", der(0x30, {key_bag_oid, key})},
-                    bag_row_t{"ValuePastTheBag", der(0x30, {key_bag_oid, "A0 05 30 00"_hex})},
-                    bag_row_t{"AttributesCut", der(0x30, {key_bag_oid, der(0xA0, key), "31 05 30"_hex})},
-                    bag_row_t{"AttributesIdentifierAlone", der(0x30, {key_bag_oid, der(0xA0, key), "31"_hex})},
-                    bag_row_t{"AttributesIndefinite", der(0x30, {key_bag_oid, der(0xA0, key), "31 80 00 00"_hex})},
-                    // CertBag
-                    bag_row_t{"CertWithoutBag", bag(cert_bag_oid, {})},
-                    bag_row_t{"CertBagIsAString", bag(cert_bag_oid, der(0x04, cert))},
-                    bag_row_t{"CertBagIsEmpty", bag(cert_bag_oid, "30 00"_hex)},
-                    bag_row_t{"CertBagWithoutType", bag(cert_bag_oid, der(0x30, der(0xA0, der(0x04, cert))))},
-                    bag_row_t{"CertBagOfATypeAlone", bag(cert_bag_oid, der(0x30, x509_certificate_oid))},
-                    bag_row_t{"CertIsPrimitive", bag(cert_bag_oid, der(0x30, {x509_certificate_oid, der(0x80, cert)}))},
-                    bag_row_t{"CertIsNoString", bag(cert_bag_oid, der(0x30, {x509_certificate_oid, der(0xA0, cert)}))},
-                    bag_row_t{"CertIsMissing", bag(cert_bag_oid, der(0x30, {x509_certificate_oid, "A0 00"_hex}))},
-                    bag_row_t{"CertIsCut", bag(cert_bag_oid, der(0x30, {x509_certificate_oid, "A0 03 04 05 30"_hex}))}),
-    row_name);
+const bag_row_t safe_bag_refused_bags_rows[] = {
+    {"Null", "05 00"_hex},
+    {"LoneByte", "30"_hex},
+    {"Set", "31 00"_hex},
+    {"Empty", "30 00"_hex},
+    {"Cut", "30 10 06"_hex},
+    {"NoType", der(0x30, der(0xA0, key))},
+    {"TypeAlone", der(0x30, key_bag_oid)},
+    {"UnknownTypeAlone", der(0x30, "06 00"_hex)},
+    {"ValueIsContextOne", der(0x30, {key_bag_oid, der(0xA1, key)})},
+    {"ValueIsPrimitive", der(0x30, {key_bag_oid, der(0x80, key)})},
+    {"ValueIsBare", der(0x30, {key_bag_oid, key})},
+    {"ValuePastTheBag", der(0x30, {key_bag_oid, "A0 05 30 00"_hex})},
+    {"AttributesCut", der(0x30, {key_bag_oid, der(0xA0, key), "31 05 30"_hex})},
+    {"AttributesIdentifierAlone", der(0x30, {key_bag_oid, der(0xA0, key), "31"_hex})},
+    {"AttributesIndefinite", der(0x30, {key_bag_oid, der(0xA0, key), "31 80 00 00"_hex})},
+    // CertBag
+    {"CertWithoutBag", bag(cert_bag_oid, {})},
+    {"CertBagIsAString", bag(cert_bag_oid, der(0x04, cert))},
+    {"CertBagIsEmpty", bag(cert_bag_oid, "30 00"_hex)},
+    {"CertBagWithoutType", bag(cert_bag_oid, der(0x30, der(0xA0, der(0x04, cert))))},
+    {"CertBagOfATypeAlone", bag(cert_bag_oid, der(0x30, x509_certificate_oid))},
+    {"CertIsPrimitive", bag(cert_bag_oid, der(0x30, {x509_certificate_oid, der(0x80, cert)}))},
+    {"CertIsNoString", bag(cert_bag_oid, der(0x30, {x509_certificate_oid, der(0xA0, cert)}))},
+    {"CertIsMissing", bag(cert_bag_oid, der(0x30, {x509_certificate_oid, "A0 00"_hex}))},
+    {"CertIsCut", bag(cert_bag_oid, der(0x30, {x509_certificate_oid, "A0 03 04 05 30"_hex}))},
+};
+INSTANTIATE_TEST_SUITE_P(Bags, SafeBagRefused, testing::ValuesIn(safe_bag_refused_bags_rows), row_name);
 
 class BagAttributesRefused : public testing::TestWithParam<bag_row_t> {};
 
@@ -195,22 +200,24 @@ TEST_P(BagAttributesRefused, ForEveryKindOfBag) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Attributes, BagAttributesRefused,
-    testing::Values(bag_row_t{"LoneByte", "30"_hex}, bag_row_t{"Null", "05 00"_hex}, bag_row_t{"Empty", "30 00"_hex},
-                    bag_row_t{"NoType", der(0x30, der(0x31, "05 00"_hex))},
-                    bag_row_t{"TypeAlone", der(0x30, friendly_name_oid)},
-                    bag_row_t{"UnknownTypeAlone", der(0x30, "06 00"_hex)},
-                    bag_row_t{"ValuesAreASequence", der(0x30, {friendly_name_oid, der(0x30, der(0x1E, {}))})},
-                    bag_row_t{"ValuesPastTheAttribute", der(0x30, {friendly_name_oid, "31 05 1E 00"_hex})},
-                    bag_row_t{"NameWithoutValue", attribute(friendly_name_oid, {})},
-                    bag_row_t{"NameIsUtf8", attribute(friendly_name_oid, "0C 01 6E"_hex)},
-                    bag_row_t{"NamePastTheValues", attribute(friendly_name_oid, "1E 03 00 6E"_hex)},
-                    bag_row_t{"NameIsIndefinite", attribute(friendly_name_oid, "1E 80 00 00"_hex)},
-                    bag_row_t{"IdWithoutValue", attribute(local_key_id_oid, {})},
-                    bag_row_t{"IdIsABmpString", attribute(local_key_id_oid, "1E 02 00 01"_hex)},
-                    bag_row_t{"IdPastTheValues", attribute(local_key_id_oid, "04 02 01"_hex)}),
-    row_name);
+const bag_row_t attributes_rows[] = {
+    {"LoneByte", "30"_hex},
+    {"Null", "05 00"_hex},
+    {"Empty", "30 00"_hex},
+    {"NoType", der(0x30, der(0x31, "05 00"_hex))},
+    {"TypeAlone", der(0x30, friendly_name_oid)},
+    {"UnknownTypeAlone", der(0x30, "06 00"_hex)},
+    {"ValuesAreASequence", der(0x30, {friendly_name_oid, der(0x30, der(0x1E, {}))})},
+    {"ValuesPastTheAttribute", der(0x30, {friendly_name_oid, "31 05 1E 00"_hex})},
+    {"NameWithoutValue", attribute(friendly_name_oid, {})},
+    {"NameIsUtf8", attribute(friendly_name_oid, "0C 01 6E"_hex)},
+    {"NamePastTheValues", attribute(friendly_name_oid, "1E 03 00 6E"_hex)},
+    {"NameIsIndefinite", attribute(friendly_name_oid, "1E 80 00 00"_hex)},
+    {"IdWithoutValue", attribute(local_key_id_oid, {})},
+    {"IdIsABmpString", attribute(local_key_id_oid, "1E 02 00 01"_hex)},
+    {"IdPastTheValues", attribute(local_key_id_oid, "04 02 01"_hex)},
+};
+INSTANTIATE_TEST_SUITE_P(Attributes, BagAttributesRefused, testing::ValuesIn(attributes_rows), row_name);
 
 struct attribute_row_t {
     const char* name;
@@ -235,35 +242,30 @@ TEST_P(BagAttributes, AreFound) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Sets, BagAttributes,
-    testing::Values(
-        attribute_row_t{"NoSet", {}, "key 30 03 02 01 00"},
-        attribute_row_t{"EmptySet", "31 00"_hex, "key 30 03 02 01 00"},
-        attribute_row_t{"Name", attributes({name_attribute("04 3E"_hex)}), "key 30 03 02 01 00, name 04 3E"},
-        attribute_row_t{"Id", attributes({id_attribute("01 02"_hex)}), "key 30 03 02 01 00, id 01 02"},
-        attribute_row_t{"IdThenName", attributes({id_attribute("01"_hex), name_attribute("00 6E"_hex)}),
-                        "key 30 03 02 01 00, name 00 6E, id 01"},
-        attribute_row_t{"NameOfOddLength", attributes({name_attribute("00 6E 00"_hex)}),
-                        "key 30 03 02 01 00, name 00 6E 00"},
-        attribute_row_t{"LaterNameWins", attributes({name_attribute("00 61"_hex), name_attribute("00 62"_hex)}),
-                        "key 30 03 02 01 00, name 00 62"},
-        attribute_row_t{"LaterEmptyIdWins", attributes({id_attribute("61"_hex), id_attribute({})}),
-                        "key 30 03 02 01 00"},
-        attribute_row_t{"OnlyTheFirstValueCounts", attributes({attribute(local_key_id_oid, "04 01 61 FF"_hex)}),
-                        "key 30 03 02 01 00, id 61"},
-        attribute_row_t{"JunkInTheAttribute",
-                        attributes({der(0x30, {local_key_id_oid, "31 03 04 01 61"_hex, "05 00"_hex})}),
-                        "key 30 03 02 01 00, id 61"},
-        attribute_row_t{"UnknownTypesAreIgnored",
-                        attributes({attribute("06 00"_hex, {}), attribute("06 01 2A"_hex, "FF"_hex),
-                                    attribute("06 09 2A 86 48 86 F7 0D 01 09 16"_hex, "FF"_hex),
-                                    attribute("06 0A 2A 86 48 86 F7 0D 01 09 14 01"_hex, {}), id_attribute("61"_hex)}),
-                        "key 30 03 02 01 00, id 61"},
-        attribute_row_t{"SetBehindAnotherElementIsNotRead", "05 00 31 02 05 00"_hex, "key 30 03 02 01 00"},
-        attribute_row_t{"JunkBehindTheSet", join({attributes({id_attribute("61"_hex)}), "31"_hex}),
-                        "key 30 03 02 01 00, id 61"}),
-    row_name);
+const attribute_row_t sets_rows[] = {
+    {"NoSet", {}, "key 30 03 02 01 00"},
+    {"EmptySet", "31 00"_hex, "key 30 03 02 01 00"},
+    {"Name", attributes({name_attribute("04 3E"_hex)}), "key 30 03 02 01 00, name 04 3E"},
+    {"Id", attributes({id_attribute("01 02"_hex)}), "key 30 03 02 01 00, id 01 02"},
+    {"IdThenName", attributes({id_attribute("01"_hex), name_attribute("00 6E"_hex)}),
+     "key 30 03 02 01 00, name 00 6E, id 01"},
+    {"NameOfOddLength", attributes({name_attribute("00 6E 00"_hex)}), "key 30 03 02 01 00, name 00 6E 00"},
+    {"LaterNameWins", attributes({name_attribute("00 61"_hex), name_attribute("00 62"_hex)}),
+     "key 30 03 02 01 00, name 00 62"},
+    {"LaterEmptyIdWins", attributes({id_attribute("61"_hex), id_attribute({})}), "key 30 03 02 01 00"},
+    {"OnlyTheFirstValueCounts", attributes({attribute(local_key_id_oid, "04 01 61 FF"_hex)}),
+     "key 30 03 02 01 00, id 61"},
+    {"JunkInTheAttribute", attributes({der(0x30, {local_key_id_oid, "31 03 04 01 61"_hex, "05 00"_hex})}),
+     "key 30 03 02 01 00, id 61"},
+    {"UnknownTypesAreIgnored",
+     attributes({attribute("06 00"_hex, {}), attribute("06 01 2A"_hex, "FF"_hex),
+                 attribute("06 09 2A 86 48 86 F7 0D 01 09 16"_hex, "FF"_hex),
+                 attribute("06 0A 2A 86 48 86 F7 0D 01 09 14 01"_hex, {}), id_attribute("61"_hex)}),
+     "key 30 03 02 01 00, id 61"},
+    {"SetBehindAnotherElementIsNotRead", "05 00 31 02 05 00"_hex, "key 30 03 02 01 00"},
+    {"JunkBehindTheSet", join({attributes({id_attribute("61"_hex)}), "31"_hex}), "key 30 03 02 01 00, id 61"},
+};
+INSTANTIATE_TEST_SUITE_P(Sets, BagAttributes, testing::ValuesIn(sets_rows), row_name);
 
 TEST(BagAttributes, EmptyNameHasAPlaceAndNoLength) {
     recording_crypto_t crypto;
@@ -311,21 +313,18 @@ TEST_P(SafeBagJunk, IsIgnored) {
 
 const bytes_t junk = "05 00"_hex;
 
-INSTANTIATE_TEST_SUITE_P(
-    Bags, SafeBagJunk,
-    testing::Values(
-        junk_row_t{"BehindTheValue", der(0x30, {key_bag_oid, der(0xA0, key), junk}), "key 30 03 02 01 00"},
-        junk_row_t{"BehindTheCertBag", bag(cert_bag_oid, join({cert_value(x509_certificate_oid, cert), junk})),
-                   "cert 30 04 02 02 11 22"},
-        junk_row_t{"InTheCertBag",
-                   bag(cert_bag_oid, der(0x30, {x509_certificate_oid, der(0xA0, der(0x04, cert)), junk})),
-                   "cert 30 04 02 02 11 22"},
-        junk_row_t{"BehindTheCertificate",
-                   bag(cert_bag_oid, der(0x30, {x509_certificate_oid, der(0xA0, {der(0x04, cert), junk})})),
-                   "cert 30 04 02 02 11 22"},
-        junk_row_t{"BehindTheEncryptedKey", shrouded_bag(join({encrypted_key("AA"_hex), junk})), "key 55"},
-        junk_row_t{"InTheEncryptedKey", shrouded_bag(der(0x30, {sample_pbes2(), "04 01 AA"_hex, junk})), "key 55"}),
-    row_name);
+const junk_row_t safe_bag_junk_bags_rows[] = {
+    {"BehindTheValue", der(0x30, {key_bag_oid, der(0xA0, key), junk}), "key 30 03 02 01 00"},
+    {"BehindTheCertBag", bag(cert_bag_oid, join({cert_value(x509_certificate_oid, cert), junk})),
+     "cert 30 04 02 02 11 22"},
+    {"InTheCertBag", bag(cert_bag_oid, der(0x30, {x509_certificate_oid, der(0xA0, der(0x04, cert)), junk})),
+     "cert 30 04 02 02 11 22"},
+    {"BehindTheCertificate", bag(cert_bag_oid, der(0x30, {x509_certificate_oid, der(0xA0, {der(0x04, cert), junk})})),
+     "cert 30 04 02 02 11 22"},
+    {"BehindTheEncryptedKey", shrouded_bag(join({encrypted_key("AA"_hex), junk})), "key 55"},
+    {"InTheEncryptedKey", shrouded_bag(der(0x30, {sample_pbes2(), "04 01 AA"_hex, junk})), "key 55"},
+};
+INSTANTIATE_TEST_SUITE_P(Bags, SafeBagJunk, testing::ValuesIn(safe_bag_junk_bags_rows), row_name);
 
 TEST(SafeContents, MustBeASequence) {
     for (const char* const contents : {"", "30", "31 00", "30 01", "30 80 00 00", "30 85 00 00 00 00 00"}) {

@@ -92,9 +92,11 @@ TEST_P(Pkcs12Scale, ReaderTakesNothingButItemsAndPlaintexts) {
     EXPECT_LE(peak, num_items * (sizeof(pkcs12_item_t) + links) + plaintexts + 4096);
 }
 
-INSTANTIATE_TEST_SUITE_P(Lists, Pkcs12Scale,
-                         testing::Values(scale_row_t{"Plain", &pkcs12_easy_t::plain_items},
-                                         scale_row_t{"Protected", &pkcs12_easy_t::protected_items}),
+const scale_row_t lists_rows[] = {
+    {"Plain", &pkcs12_easy_t::plain_items},
+    {"Protected", &pkcs12_easy_t::protected_items},
+};
+INSTANTIATE_TEST_SUITE_P(Lists, Pkcs12Scale, testing::ValuesIn(lists_rows),
                          [](const auto& row) { return row.param.name; });
 
 } // namespace

@@ -152,12 +152,13 @@ TEST_P(Pkcs12WriterAttributes, StandBehindTheValue) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Attributes, Pkcs12WriterAttributes,
-                         testing::Values(attribute_row_t{"Neither", false, false, {}},
-                                         attribute_row_t{"NameOnly", true, false, attributes({name_attribute(name)})},
-                                         attribute_row_t{"IdOnly", false, true, attributes({id_attribute(id)})},
-                                         attribute_row_t{"NameThenId", true, true,
-                                                         attributes({name_attribute(name), id_attribute(id)})}),
+const attribute_row_t attributes_rows[] = {
+    {"Neither", false, false, {}},
+    {"NameOnly", true, false, attributes({name_attribute(name)})},
+    {"IdOnly", false, true, attributes({id_attribute(id)})},
+    {"NameThenId", true, true, attributes({name_attribute(name), id_attribute(id)})},
+};
+INSTANTIATE_TEST_SUITE_P(Attributes, Pkcs12WriterAttributes, testing::ValuesIn(attributes_rows),
                          [](const auto& row) { return row.param.test_name; });
 
 TEST(Pkcs12Writer, RequiredItemOfUnknownTypeIsABagOfAttributesOnly) {

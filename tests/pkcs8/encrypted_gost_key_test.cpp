@@ -279,11 +279,13 @@ TEST_P(EncryptedGostKeyCount, IsWrittenAndReadBack) {
     EXPECT_EQ(record.iterations, GetParam().read_back);
 }
 
-INSTANTIATE_TEST_SUITE_P(Counts, EncryptedGostKeyCount,
-                         testing::Values(count_row_t{"Zero", 0, "02 01 00", 0},
-                                         count_row_t{"HighBit", 128, "02 02 00 80", 128},
-                                         count_row_t{"OneThousand", 1000, "02 02 03 E8", 1000},
-                                         count_row_t{"Largest", 0xFFFFFFFF, "02 05 00 FF FF FF FF", 0xFFFFFFFF}),
+const count_row_t counts_rows[] = {
+    {"Zero", 0, "02 01 00", 0},
+    {"HighBit", 128, "02 02 00 80", 128},
+    {"OneThousand", 1000, "02 02 03 E8", 1000},
+    {"Largest", 0xFFFFFFFF, "02 05 00 FF FF FF FF", 0xFFFFFFFF},
+};
+INSTANTIATE_TEST_SUITE_P(Counts, EncryptedGostKeyCount, testing::ValuesIn(counts_rows),
                          [](const auto& row) { return row.param.name; });
 
 TEST(EncryptedGostKey, RequiredZeroBytesOfTheCountAreDropped) {
@@ -324,12 +326,14 @@ TEST_P(EncryptedGostKeyReadCount, IsConvertedLast) {
     });
 }
 
+const read_count_row_t encrypted_gost_key_read_count_counts_rows[] = {
+    {"EmptyLeavesTheRecord", "02 00", true, unwritten32},
+    {"LeadingZeros", "02 05 00 FF FF FF FF", true, 0xFFFFFFFF},
+    {"SixSignificantBytes", "02 06 01 00 00 00 00 00", false, unwritten32},
+    {"Negative", "02 01 80", false, unwritten32},
+};
 INSTANTIATE_TEST_SUITE_P(Counts, EncryptedGostKeyReadCount,
-                         testing::Values(read_count_row_t{"EmptyLeavesTheRecord", "02 00", true, unwritten32},
-                                         read_count_row_t{"LeadingZeros", "02 05 00 FF FF FF FF", true, 0xFFFFFFFF},
-                                         read_count_row_t{"SixSignificantBytes", "02 06 01 00 00 00 00 00", false,
-                                                          unwritten32},
-                                         read_count_row_t{"Negative", "02 01 80", false, unwritten32}),
+                         testing::ValuesIn(encrypted_gost_key_read_count_counts_rows),
                          [](const auto& row) { return row.param.name; });
 
 TEST(EncryptedGostKey, RequiredFiveByteCountLosesItsHighByte) {
@@ -379,21 +383,21 @@ TEST_P(EncryptedGostKeyAccepted, SameRecord) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Changes, EncryptedGostKeyAccepted,
-    testing::Values(
-        change_row_t{"KeyLength", &pieces_t::key_length, "02 01 20"},
-        change_row_t{"KeyLengthOfAnyValue", &pieces_t::key_length, "02 00"},
-        change_row_t{"AnyParameterOfThePrf", &pieces_t::prf, "30 0B 06 06 2A 85 03 02 02 0A 02 01 07"},
-        change_row_t{"JunkBehindThePrfParameter", &pieces_t::prf, "30 0C 06 06 2A 85 03 02 02 0A 05 00 05 00"},
-        change_row_t{"NonMinimalPrfOid", &pieces_t::prf, "30 0B 06 81 06 2A 85 03 02 02 0A 05 00"},
-        change_row_t{"JunkBehindThePrf", &pieces_t::prf, "30 0A 06 06 2A 85 03 02 02 0A 05 00 05 00"},
-        change_row_t{"JunkBehindTheParameterSet", &pieces_t::cipher_params,
-                     "30 15 04 08 61 62 63 64 65 66 67 68 06 07 2A 85 03 02 02 1F 01 05 00"},
-        change_row_t{"JunkBehindTheCipherParams", &pieces_t::cipher_params,
-                     "30 13 04 08 61 62 63 64 65 66 67 68 06 07 2A 85 03 02 02 1F 01 05 00"},
-        change_row_t{"JunkBehindTheEncryptedKey", &pieces_t::encrypted_element, "04 05 E1 E2 E3 E4 E5 05 00"}),
-    [](const auto& row) { return row.param.name; });
+const change_row_t changes_rows[] = {
+    {"KeyLength", &pieces_t::key_length, "02 01 20"},
+    {"KeyLengthOfAnyValue", &pieces_t::key_length, "02 00"},
+    {"AnyParameterOfThePrf", &pieces_t::prf, "30 0B 06 06 2A 85 03 02 02 0A 02 01 07"},
+    {"JunkBehindThePrfParameter", &pieces_t::prf, "30 0C 06 06 2A 85 03 02 02 0A 05 00 05 00"},
+    {"NonMinimalPrfOid", &pieces_t::prf, "30 0B 06 81 06 2A 85 03 02 02 0A 05 00"},
+    {"JunkBehindThePrf", &pieces_t::prf, "30 0A 06 06 2A 85 03 02 02 0A 05 00 05 00"},
+    {"JunkBehindTheParameterSet", &pieces_t::cipher_params,
+     "30 15 04 08 61 62 63 64 65 66 67 68 06 07 2A 85 03 02 02 1F 01 05 00"},
+    {"JunkBehindTheCipherParams", &pieces_t::cipher_params,
+     "30 13 04 08 61 62 63 64 65 66 67 68 06 07 2A 85 03 02 02 1F 01 05 00"},
+    {"JunkBehindTheEncryptedKey", &pieces_t::encrypted_element, "04 05 E1 E2 E3 E4 E5 05 00"},
+};
+INSTANTIATE_TEST_SUITE_P(Changes, EncryptedGostKeyAccepted, testing::ValuesIn(changes_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(EncryptedGostKey, RequiredEveryCipherParameterSetIsAccepted) {
     for (const char* const oid : {"06 07 2A 85 03 02 02 1F 02", "06 09 2A 85 03 07 01 02 05 01 01", "06 00"}) {
@@ -434,48 +438,46 @@ TEST_P(EncryptedGostKeyRefused, KeepsTheFieldsNotReached) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Faults, EncryptedGostKeyRefused,
-    testing::Values(
-        // EncryptedPrivateKeyInfo
-        refused_row_t{"NoEncryptedKey", &pieces_t::encrypted_element, "", false, false, false},
-        refused_row_t{"EncryptedKeyIsABitString", &pieces_t::encrypted_element, "03 01 00", false, false, false},
-        refused_row_t{"EncryptedKeyCut", &pieces_t::encrypted_element, "04 05 E1 E2 E3 E4", false, false, false},
-        // encryptionAlgorithm
-        refused_row_t{"NoAlgorithmOid", &pieces_t::pbes2, "", true, false, false},
-        refused_row_t{"AlgorithmIsPbes1", &pieces_t::pbes2, "06 09 2A 86 48 86 F7 0D 01 05 0A", true, true, false},
-        refused_row_t{"AlgorithmOidIsLonger", &pieces_t::pbes2, "06 0A 2A 86 48 86 F7 0D 01 05 0D 01", true, true,
-                      false},
-        refused_row_t{"AlgorithmOidIsShorter", &pieces_t::pbes2, "06 08 2A 86 48 86 F7 0D 01 05", true, true, false},
-        // encryptionScheme
-        refused_row_t{"NoCipherOid", &pieces_t::cipher, "", true, false, false},
-        refused_row_t{"AnotherCipher", &pieces_t::cipher, "06 09 60 86 48 01 65 03 04 01 2A", true, true, false},
-        refused_row_t{"AnotherGostCipher", &pieces_t::cipher, "06 06 2A 85 03 02 02 16", true, true, false},
-        refused_row_t{"NoCipherParams", &pieces_t::cipher_params, "", true, false, false},
-        refused_row_t{"CipherParamsAreASet", &pieces_t::cipher_params, "31 02 04 00", true, false, false},
-        refused_row_t{"EmptyCipherParams", &pieces_t::cipher_params, "30 00", true, false, false},
-        refused_row_t{"IvIsAnInteger", &pieces_t::cipher_params, "30 05 02 01 07 06 00", true, false, false},
-        refused_row_t{"NoParameterSet", &pieces_t::cipher_params, "30 03 04 01 61", true, true, false},
-        refused_row_t{"ParameterSetIsNull", &pieces_t::cipher_params, "30 05 04 01 61 05 00", true, true, false},
-        // keyDerivationFunc
-        refused_row_t{"NoDerivationOid", &pieces_t::pbkdf2, "", true, true, false},
-        refused_row_t{"DerivationIsAnother", &pieces_t::pbkdf2, "06 09 2A 86 48 86 F7 0D 01 05 0D", true, true, true},
-        refused_row_t{"SaltIsASequence", &pieces_t::salt_element, "30 02 05 00", true, true, false},
-        refused_row_t{"NoSalt", &pieces_t::salt_element, "", true, true, false},
-        refused_row_t{"NoCount", &pieces_t::count, "", true, true, true},
-        refused_row_t{"CountIsAnEnumerated", &pieces_t::count, "0A 01 05", true, true, true},
-        refused_row_t{"KeyLengthTwice", &pieces_t::key_length, "02 01 20 02 01 20", true, true, true},
-        refused_row_t{"KeyLengthIsIndefinite", &pieces_t::key_length, "02 80", true, true, true},
-        refused_row_t{"KeyLengthPastTheParams", &pieces_t::key_length, "02 7F", true, true, true},
-        refused_row_t{"NoPrf", &pieces_t::prf, "", true, true, true},
-        refused_row_t{"PrfIsABareOid", &pieces_t::prf, "06 06 2A 85 03 02 02 0A", true, true, true},
-        refused_row_t{"PrfWithoutParameter", &pieces_t::prf, "30 08 06 06 2A 85 03 02 02 0A", true, true, true},
-        refused_row_t{"EmptyPrf", &pieces_t::prf, "30 00", true, true, true},
-        refused_row_t{"PrfIsHmacSha1", &pieces_t::prf, "30 0C 06 08 2A 86 48 86 F7 0D 02 07 05 00", true, true, true},
-        refused_row_t{"PrfIsHmacGost2012", &pieces_t::prf, "30 0C 06 08 2A 85 03 07 01 01 04 01 05 00", true, true,
-                      true},
-        refused_row_t{"PrfOidIsLonger", &pieces_t::prf, "30 0B 06 07 2A 85 03 02 02 0A 01 05 00", true, true, true}),
-    [](const auto& row) { return row.param.name; });
+const refused_row_t faults_rows[] = {
+    // EncryptedPrivateKeyInfo
+    {"NoEncryptedKey", &pieces_t::encrypted_element, "", false, false, false},
+    {"EncryptedKeyIsABitString", &pieces_t::encrypted_element, "03 01 00", false, false, false},
+    {"EncryptedKeyCut", &pieces_t::encrypted_element, "04 05 E1 E2 E3 E4", false, false, false},
+    // encryptionAlgorithm
+    {"NoAlgorithmOid", &pieces_t::pbes2, "", true, false, false},
+    {"AlgorithmIsPbes1", &pieces_t::pbes2, "06 09 2A 86 48 86 F7 0D 01 05 0A", true, true, false},
+    {"AlgorithmOidIsLonger", &pieces_t::pbes2, "06 0A 2A 86 48 86 F7 0D 01 05 0D 01", true, true, false},
+    {"AlgorithmOidIsShorter", &pieces_t::pbes2, "06 08 2A 86 48 86 F7 0D 01 05", true, true, false},
+    // encryptionScheme
+    {"NoCipherOid", &pieces_t::cipher, "", true, false, false},
+    {"AnotherCipher", &pieces_t::cipher, "06 09 60 86 48 01 65 03 04 01 2A", true, true, false},
+    {"AnotherGostCipher", &pieces_t::cipher, "06 06 2A 85 03 02 02 16", true, true, false},
+    {"NoCipherParams", &pieces_t::cipher_params, "", true, false, false},
+    {"CipherParamsAreASet", &pieces_t::cipher_params, "31 02 04 00", true, false, false},
+    {"EmptyCipherParams", &pieces_t::cipher_params, "30 00", true, false, false},
+    {"IvIsAnInteger", &pieces_t::cipher_params, "30 05 02 01 07 06 00", true, false, false},
+    {"NoParameterSet", &pieces_t::cipher_params, "30 03 04 01 61", true, true, false},
+    {"ParameterSetIsNull", &pieces_t::cipher_params, "30 05 04 01 61 05 00", true, true, false},
+    // keyDerivationFunc
+    {"NoDerivationOid", &pieces_t::pbkdf2, "", true, true, false},
+    {"DerivationIsAnother", &pieces_t::pbkdf2, "06 09 2A 86 48 86 F7 0D 01 05 0D", true, true, true},
+    {"SaltIsASequence", &pieces_t::salt_element, "30 02 05 00", true, true, false},
+    {"NoSalt", &pieces_t::salt_element, "", true, true, false},
+    {"NoCount", &pieces_t::count, "", true, true, true},
+    {"CountIsAnEnumerated", &pieces_t::count, "0A 01 05", true, true, true},
+    {"KeyLengthTwice", &pieces_t::key_length, "02 01 20 02 01 20", true, true, true},
+    {"KeyLengthIsIndefinite", &pieces_t::key_length, "02 80", true, true, true},
+    {"KeyLengthPastTheParams", &pieces_t::key_length, "02 7F", true, true, true},
+    {"NoPrf", &pieces_t::prf, "", true, true, true},
+    {"PrfIsABareOid", &pieces_t::prf, "06 06 2A 85 03 02 02 0A", true, true, true},
+    {"PrfWithoutParameter", &pieces_t::prf, "30 08 06 06 2A 85 03 02 02 0A", true, true, true},
+    {"EmptyPrf", &pieces_t::prf, "30 00", true, true, true},
+    {"PrfIsHmacSha1", &pieces_t::prf, "30 0C 06 08 2A 86 48 86 F7 0D 02 07 05 00", true, true, true},
+    {"PrfIsHmacGost2012", &pieces_t::prf, "30 0C 06 08 2A 85 03 07 01 01 04 01 05 00", true, true, true},
+    {"PrfOidIsLonger", &pieces_t::prf, "30 0B 06 07 2A 85 03 02 02 0A 01 05 00", true, true, true},
+};
+INSTANTIATE_TEST_SUITE_P(Faults, EncryptedGostKeyRefused, testing::ValuesIn(faults_rows),
+                         [](const auto& row) { return row.param.name; });
 
 struct shape_row_t {
     const char* name;
@@ -493,16 +495,19 @@ TEST_P(EncryptedGostKeyShape, IsRefused) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(Shapes, EncryptedGostKeyShape,
-                         testing::Values(shape_row_t{"Nothing", ""}, shape_row_t{"Set", "31 00"},
-                                         shape_row_t{"EmptySequence", "30 00"},
-                                         shape_row_t{"AlgorithmIsAnOid", "30 04 06 00 04 00"},
-                                         shape_row_t{"EmptyAlgorithm", "30 04 30 00 04 00"},
-                                         shape_row_t{"AlgorithmOfAnOidAlone", "30 06 30 02 06 00 04 00"},
-                                         shape_row_t{"EmptyParams", "30 08 30 04 06 00 30 00 04 00"},
-                                         shape_row_t{"NoScheme", "30 0A 30 06 06 00 30 02 30 00 04 00"},
-                                         shape_row_t{"EmptyScheme", "30 0C 30 08 06 00 30 04 30 00 30 00 04 00"},
-                                         shape_row_t{"Indefinite", "30 80 30 00 04 00 00 00"}),
+const shape_row_t shapes_rows[] = {
+    {"Nothing", ""},
+    {"Set", "31 00"},
+    {"EmptySequence", "30 00"},
+    {"AlgorithmIsAnOid", "30 04 06 00 04 00"},
+    {"EmptyAlgorithm", "30 04 30 00 04 00"},
+    {"AlgorithmOfAnOidAlone", "30 06 30 02 06 00 04 00"},
+    {"EmptyParams", "30 08 30 04 06 00 30 00 04 00"},
+    {"NoScheme", "30 0A 30 06 06 00 30 02 30 00 04 00"},
+    {"EmptyScheme", "30 0C 30 08 06 00 30 04 30 00 30 00 04 00"},
+    {"Indefinite", "30 80 30 00 04 00 00 00"},
+};
+INSTANTIATE_TEST_SUITE_P(Shapes, EncryptedGostKeyShape, testing::ValuesIn(shapes_rows),
                          [](const auto& row) { return row.param.name; });
 
 // Identifiers are compared only after the whole algorithm was taken apart.

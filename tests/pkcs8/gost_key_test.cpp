@@ -73,21 +73,22 @@ TEST_P(GostKeyKind, IsWrittenAndReadBack) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, GostKeyKind,
-    testing::Values(kind_row_t{"Gost2001", 0,
-                               "30 1C 06 06 2A 85 03 02 02 13"
-                               "      30 12 06 07 2A 85 03 02 02 23 01 06 07 2A 85 03 02 02 1E 01",
-                               "1.2.643.2.2.19", "1.2.643.2.2.35.1"},
-                    kind_row_t{"Gost2012Of256Bits", 1,
-                               "30 20 06 08 2A 85 03 07 01 01 01 01"
-                               "      30 14 06 09 2A 85 03 07 01 02 01 01 01 06 07 2A 85 03 02 02 1E 01",
-                               "1.2.643.7.1.1.1.1", "1.2.643.7.1.2.1.1.1"},
-                    kind_row_t{"Gost2012Of512Bits", 2,
-                               "30 20 06 08 2A 85 03 07 01 01 01 02"
-                               "      30 14 06 09 2A 85 03 07 01 02 01 02 01 06 07 2A 85 03 02 02 1E 01",
-                               "1.2.643.7.1.1.1.2", "1.2.643.7.1.2.1.2.1"}),
-    [](const auto& row) { return row.param.name; });
+const kind_row_t kinds_rows[] = {
+    {"Gost2001", 0,
+     "30 1C 06 06 2A 85 03 02 02 13"
+     "      30 12 06 07 2A 85 03 02 02 23 01 06 07 2A 85 03 02 02 1E 01",
+     "1.2.643.2.2.19", "1.2.643.2.2.35.1"},
+    {"Gost2012Of256Bits", 1,
+     "30 20 06 08 2A 85 03 07 01 01 01 01"
+     "      30 14 06 09 2A 85 03 07 01 02 01 01 01 06 07 2A 85 03 02 02 1E 01",
+     "1.2.643.7.1.1.1.1", "1.2.643.7.1.2.1.1.1"},
+    {"Gost2012Of512Bits", 2,
+     "30 20 06 08 2A 85 03 07 01 01 01 02"
+     "      30 14 06 09 2A 85 03 07 01 02 01 02 01 06 07 2A 85 03 02 02 1E 01",
+     "1.2.643.7.1.1.1.2", "1.2.643.7.1.2.1.2.1"},
+};
+INSTANTIATE_TEST_SUITE_P(Kinds, GostKeyKind, testing::ValuesIn(kinds_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST_P(GostKeyKind, IdentifiersAreTheDottedOnes) {
     const bytes_t algorithm =
@@ -228,18 +229,15 @@ TEST_P(GostKeyAccepted, GivesKindAndKey) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Keys, GostKeyAccepted,
-    testing::Values(
-        accepted_row_t{"ParametersAreNotExamined",
-                       "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 05 04 03 AA BB CC", 0},
-        accepted_row_t{"WrongParameterSets",
-                       "30 1A 02 01 00 30 0E 06 08 2A 85 03 07 01 01 01 01 30 02 05 00 04 05 04 03 AA BB CC", 1},
-        accepted_row_t{"JunkBehindTheInnerString",
-                       "30 19 02 01 00 30 0C 06 08 2A 85 03 07 01 01 01 02 05 00 04 06 04 03 AA BB CC 30", 2},
-        accepted_row_t{"AttributesBehindTheKey",
-                       "30 1A 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 05 04 03 AA BB CC A0 02 31 00", 0}),
-    [](const auto& row) { return row.param.name; });
+const accepted_row_t keys_rows[] = {
+    {"ParametersAreNotExamined", "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 05 04 03 AA BB CC", 0},
+    {"WrongParameterSets", "30 1A 02 01 00 30 0E 06 08 2A 85 03 07 01 01 01 01 30 02 05 00 04 05 04 03 AA BB CC", 1},
+    {"JunkBehindTheInnerString", "30 19 02 01 00 30 0C 06 08 2A 85 03 07 01 01 01 02 05 00 04 06 04 03 AA BB CC 30", 2},
+    {"AttributesBehindTheKey", "30 1A 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 05 04 03 AA BB CC A0 02 31 00",
+     0},
+};
+INSTANTIATE_TEST_SUITE_P(Keys, GostKeyAccepted, testing::ValuesIn(keys_rows),
+                         [](const auto& row) { return row.param.name; });
 
 struct refused_row_t {
     const char* name;
@@ -259,39 +257,32 @@ TEST_P(GostKeyRefused, LeavesTheKeySpan) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Faults, GostKeyRefused,
-    testing::Values(
-        refused_row_t{"NoPrivateKeyInfo", "30 03 02 01 00", unwritten32},
-        refused_row_t{"NoParameters", "30 14 02 01 00 30 08 06 06 2A 85 03 02 02 13 04 05 04 03 AA BB CC", unwritten32},
-        refused_row_t{"NoPrivateKey", "30 0F 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00", unwritten32},
-        refused_row_t{"PrivateKeyIsABitString",
-                      "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 03 05 04 03 AA BB CC", unwritten32},
-        refused_row_t{"PrivateKeyIsABitStringBehindTheWrittenHead",
-                      "30 28 02 01 00"
-                      "      30 1C 06 06 2A 85 03 02 02 13"
-                      "            30 12 06 07 2A 85 03 02 02 23 01 06 07 2A 85 03 02 02 1E 01"
-                      "      03 05 04 03 AA BB CC",
-                      unwritten32},
-        refused_row_t{"Gost1994", "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 14 05 00 04 05 04 03 AA BB CC",
-                      unwritten32},
-        refused_row_t{"ShorterOid", "30 15 02 01 00 30 09 06 05 2A 85 03 02 02 05 00 04 05 04 03 AA BB CC",
-                      unwritten32},
-        refused_row_t{"LongerOid", "30 17 02 01 00 30 0B 06 07 2A 85 03 02 02 13 01 05 00 04 05 04 03 AA BB CC",
-                      unwritten32},
-        refused_row_t{"Gost2012OfAnotherSize",
-                      "30 18 02 01 00 30 0C 06 08 2A 85 03 07 01 01 01 03 05 00 04 05 04 03 AA BB CC", unwritten32},
-        refused_row_t{"EmptyOid", "30 10 02 01 00 30 04 06 00 05 00 04 05 04 03 AA BB CC", unwritten32},
-        refused_row_t{"RawKey", "30 14 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 03 AA BB CC", 0},
-        refused_row_t{"EmptyPrivateKey", "30 11 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 00", 0},
-        refused_row_t{"InnerIsAnInteger", "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 05 02 03 AA BB CC", 0},
-        refused_row_t{"InnerIsIndefinite", "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 05 04 80 AA 00 00",
-                      0},
-        refused_row_t{"InnerHasFiveLengthOctets",
-                      "30 19 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 08 04 85 00 00 00 00 01 AA", 0},
-        refused_row_t{"InnerPastTheOuter", "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 04 04 03 AA BB CC",
-                      0}),
-    [](const auto& row) { return row.param.name; });
+const refused_row_t faults_rows[] = {
+    {"NoPrivateKeyInfo", "30 03 02 01 00", unwritten32},
+    {"NoParameters", "30 14 02 01 00 30 08 06 06 2A 85 03 02 02 13 04 05 04 03 AA BB CC", unwritten32},
+    {"NoPrivateKey", "30 0F 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00", unwritten32},
+    {"PrivateKeyIsABitString", "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 03 05 04 03 AA BB CC", unwritten32},
+    {"PrivateKeyIsABitStringBehindTheWrittenHead",
+     "30 28 02 01 00"
+     "      30 1C 06 06 2A 85 03 02 02 13"
+     "            30 12 06 07 2A 85 03 02 02 23 01 06 07 2A 85 03 02 02 1E 01"
+     "      03 05 04 03 AA BB CC",
+     unwritten32},
+    {"Gost1994", "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 14 05 00 04 05 04 03 AA BB CC", unwritten32},
+    {"ShorterOid", "30 15 02 01 00 30 09 06 05 2A 85 03 02 02 05 00 04 05 04 03 AA BB CC", unwritten32},
+    {"LongerOid", "30 17 02 01 00 30 0B 06 07 2A 85 03 02 02 13 01 05 00 04 05 04 03 AA BB CC", unwritten32},
+    {"Gost2012OfAnotherSize", "30 18 02 01 00 30 0C 06 08 2A 85 03 07 01 01 01 03 05 00 04 05 04 03 AA BB CC",
+     unwritten32},
+    {"EmptyOid", "30 10 02 01 00 30 04 06 00 05 00 04 05 04 03 AA BB CC", unwritten32},
+    {"RawKey", "30 14 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 03 AA BB CC", 0},
+    {"EmptyPrivateKey", "30 11 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 00", 0},
+    {"InnerIsAnInteger", "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 05 02 03 AA BB CC", 0},
+    {"InnerIsIndefinite", "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 05 04 80 AA 00 00", 0},
+    {"InnerHasFiveLengthOctets", "30 19 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 08 04 85 00 00 00 00 01 AA", 0},
+    {"InnerPastTheOuter", "30 16 02 01 00 30 0A 06 06 2A 85 03 02 02 13 05 00 04 04 04 03 AA BB CC", 0},
+};
+INSTANTIATE_TEST_SUITE_P(Faults, GostKeyRefused, testing::ValuesIn(faults_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(GostKey, EveryIdentifierButThatOfTheParametersIsCompared) {
     const auto reads = [](const uint8_t* data, std::size_t size) {

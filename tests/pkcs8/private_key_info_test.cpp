@@ -53,20 +53,19 @@ TEST_P(PrivateKeyInfoAccepted, SameFields) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Infos, PrivateKeyInfoAccepted,
-    testing::Values(
-        info_row_t{"Version1", "30 11 02 01 01 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC"},
-        info_row_t{"VersionOfFiveBytes", "30 15 02 05 FF 00 11 22 33 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC"},
-        info_row_t{"VersionWithoutContents", "30 10 02 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC"},
-        info_row_t{"AttributesBehindTheKey", "30 15 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC A0 02 31 00"},
-        info_row_t{"JunkBehindTheKey", "30 12 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC 30"},
-        info_row_t{"JunkBehindTheSequence", "30 11 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC 30"},
-        info_row_t{"JunkBehindTheParameters", "30 12 02 01 00 30 08 06 03 2A 03 04 05 00 30 04 03 AA BB CC"},
-        info_row_t{"ParametersOfAnyTag", "30 13 02 01 00 30 09 06 03 2A 03 04 9F 02 05 00 04 03 AA BB CC"},
-        info_row_t{"NonMinimalLengths",
-                   "30 81 18 02 81 01 00 30 82 00 08 06 03 2A 03 04 05 81 00 04 83 00 00 03 AA BB CC"}),
-    [](const auto& row) { return row.param.name; });
+const info_row_t infos_rows[] = {
+    {"Version1", "30 11 02 01 01 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC"},
+    {"VersionOfFiveBytes", "30 15 02 05 FF 00 11 22 33 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC"},
+    {"VersionWithoutContents", "30 10 02 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC"},
+    {"AttributesBehindTheKey", "30 15 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC A0 02 31 00"},
+    {"JunkBehindTheKey", "30 12 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC 30"},
+    {"JunkBehindTheSequence", "30 11 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC 30"},
+    {"JunkBehindTheParameters", "30 12 02 01 00 30 08 06 03 2A 03 04 05 00 30 04 03 AA BB CC"},
+    {"ParametersOfAnyTag", "30 13 02 01 00 30 09 06 03 2A 03 04 9F 02 05 00 04 03 AA BB CC"},
+    {"NonMinimalLengths", "30 81 18 02 81 01 00 30 82 00 08 06 03 2A 03 04 05 81 00 04 83 00 00 03 AA BB CC"},
+};
+INSTANTIATE_TEST_SUITE_P(Infos, PrivateKeyInfoAccepted, testing::ValuesIn(infos_rows),
+                         [](const auto& row) { return row.param.name; });
 
 struct refused_row_t {
     const char* name;
@@ -92,27 +91,26 @@ TEST_P(PrivateKeyInfoRefused, KeepsTheFieldsNotReached) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Faults, PrivateKeyInfoRefused,
-    testing::Values(
-        refused_row_t{"Nothing", "", false},
-        refused_row_t{"OuterIsASet", "31 11 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC", false},
-        refused_row_t{"OuterIsIndefinite", "30 80 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC 00 00", false},
-        refused_row_t{"OuterHasFiveLengthOctets",
-                      "30 85 00 00 00 00 11 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC", false},
-        refused_row_t{"EmptyOuter", "30 00", false},
-        refused_row_t{"NoVersion", "30 0E 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC", false},
-        refused_row_t{"VersionPastTheSequence", "30 03 02 02 00 30 07 06 03 2A 03 04 05 00", false},
-        refused_row_t{"AlgorithmIsNoSequence", "30 0A 02 01 00 06 03 2A 03 04 04 00", false},
-        refused_row_t{"AlgorithmMissing", "30 03 02 01 00", false},
-        refused_row_t{"AlgorithmIsEmpty", "30 08 02 01 00 30 00 04 01 AA", false},
-        refused_row_t{"AlgorithmStartsWithNull", "30 0A 02 01 00 30 02 05 00 04 01 AA", false},
-        refused_row_t{"NoParameters", "30 0F 02 01 00 30 05 06 03 2A 03 04 04 03 AA BB CC", true},
-        refused_row_t{"ParametersPastTheAlgorithm", "30 11 02 01 00 30 07 06 03 2A 03 04 04 03 AA BB CC 00 00", true},
-        refused_row_t{"NoKey", "30 0C 02 01 00 30 07 06 03 2A 03 04 05 00", true},
-        refused_row_t{"KeyIsABitString", "30 11 02 01 00 30 07 06 03 2A 03 04 05 00 03 03 AA BB CC", true},
-        refused_row_t{"KeyPastTheSequence", "30 10 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC", true}),
-    [](const auto& row) { return row.param.name; });
+const refused_row_t faults_rows[] = {
+    {"Nothing", "", false},
+    {"OuterIsASet", "31 11 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC", false},
+    {"OuterIsIndefinite", "30 80 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC 00 00", false},
+    {"OuterHasFiveLengthOctets", "30 85 00 00 00 00 11 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC", false},
+    {"EmptyOuter", "30 00", false},
+    {"NoVersion", "30 0E 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC", false},
+    {"VersionPastTheSequence", "30 03 02 02 00 30 07 06 03 2A 03 04 05 00", false},
+    {"AlgorithmIsNoSequence", "30 0A 02 01 00 06 03 2A 03 04 04 00", false},
+    {"AlgorithmMissing", "30 03 02 01 00", false},
+    {"AlgorithmIsEmpty", "30 08 02 01 00 30 00 04 01 AA", false},
+    {"AlgorithmStartsWithNull", "30 0A 02 01 00 30 02 05 00 04 01 AA", false},
+    {"NoParameters", "30 0F 02 01 00 30 05 06 03 2A 03 04 04 03 AA BB CC", true},
+    {"ParametersPastTheAlgorithm", "30 11 02 01 00 30 07 06 03 2A 03 04 04 03 AA BB CC 00 00", true},
+    {"NoKey", "30 0C 02 01 00 30 07 06 03 2A 03 04 05 00", true},
+    {"KeyIsABitString", "30 11 02 01 00 30 07 06 03 2A 03 04 05 00 03 03 AA BB CC", true},
+    {"KeyPastTheSequence", "30 10 02 01 00 30 07 06 03 2A 03 04 05 00 04 03 AA BB CC", true},
+};
+INSTANTIATE_TEST_SUITE_P(Faults, PrivateKeyInfoRefused, testing::ValuesIn(faults_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(PrivateKeyInfo, EveryIdentifierButThatOfTheParametersIsCompared) {
     const auto reads = [](const uint8_t* der, std::size_t size) {

@@ -30,29 +30,36 @@ TEST_P(Utf16Units, CountsOneOrTwoACharacter) {
     EXPECT_EQ(utf16_units(GetParam().text), GetParam().units);
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, Utf16Units,
-                         testing::Values(units_row_t{"Empty", "", 0}, units_row_t{"Ascii", "abc", 3},
-                                         units_row_t{"TwoBytes", "\xC2\x80\xDF\xBF", 2},
-                                         units_row_t{"ThreeBytes", "\xE0\xA0\x80\xEF\xBF\xBF", 2},
-                                         units_row_t{"AroundTheSurrogates", "\xED\x9F\xBF\xEE\x80\x80", 2},
-                                         units_row_t{"FourBytesAreAPair", "\xF0\x90\x80\x80", 2},
-                                         units_row_t{"LastFourBytesAreAPair", "\xF4\x8F\xBF\xBF", 2},
-                                         units_row_t{"MiddleFourBytesAreAPair", "\xF1\x80\x80\x80", 2}),
+const units_row_t texts_rows[] = {
+    {"Empty", "", 0},
+    {"Ascii", "abc", 3},
+    {"TwoBytes", "\xC2\x80\xDF\xBF", 2},
+    {"ThreeBytes", "\xE0\xA0\x80\xEF\xBF\xBF", 2},
+    {"AroundTheSurrogates", "\xED\x9F\xBF\xEE\x80\x80", 2},
+    {"FourBytesAreAPair", "\xF0\x90\x80\x80", 2},
+    {"LastFourBytesAreAPair", "\xF4\x8F\xBF\xBF", 2},
+    {"MiddleFourBytesAreAPair", "\xF1\x80\x80\x80", 2},
+};
+INSTANTIATE_TEST_SUITE_P(Texts, Utf16Units, testing::ValuesIn(texts_rows),
                          [](const auto& row) { return row.param.name; });
 
 // One unit for a byte that belongs to no character.
-INSTANTIATE_TEST_SUITE_P(InvalidBytes, Utf16Units,
-                         testing::Values(units_row_t{"LoneTail", "\x80", 1}, units_row_t{"LeadWithoutTail", "\xC3", 1},
-                                         units_row_t{"LeadBeforeAscii", "\xC3z", 2},
-                                         units_row_t{"OverlongTwo", "\xC1\xBF", 2},
-                                         units_row_t{"OverlongThree", "\xE0\x9F\xBF", 3},
-                                         units_row_t{"Surrogate", "\xED\xA0\x80", 3},
-                                         units_row_t{"OverlongFour", "\xF0\x8F\xBF\xBF", 4},
-                                         units_row_t{"AboveTheLastPlane", "\xF4\x90\x80\x80", 4},
-                                         units_row_t{"LeadF5", "\xF5\x80\x80\x80", 4}, units_row_t{"ByteFF", "\xFF", 1},
-                                         units_row_t{"ThreeBytesCutToTwo", "\xE2\x82", 2},
-                                         units_row_t{"FourBytesCutToThree", "\xF0\x9F\x98", 3},
-                                         units_row_t{"FourBytesCutToTwo", "\xF0\x9F", 2}),
+const units_row_t invalid_bytes_rows[] = {
+    {"LoneTail", "\x80", 1},
+    {"LeadWithoutTail", "\xC3", 1},
+    {"LeadBeforeAscii", "\xC3z", 2},
+    {"OverlongTwo", "\xC1\xBF", 2},
+    {"OverlongThree", "\xE0\x9F\xBF", 3},
+    {"Surrogate", "\xED\xA0\x80", 3},
+    {"OverlongFour", "\xF0\x8F\xBF\xBF", 4},
+    {"AboveTheLastPlane", "\xF4\x90\x80\x80", 4},
+    {"LeadF5", "\xF5\x80\x80\x80", 4},
+    {"ByteFF", "\xFF", 1},
+    {"ThreeBytesCutToTwo", "\xE2\x82", 2},
+    {"FourBytesCutToThree", "\xF0\x9F\x98", 3},
+    {"FourBytesCutToTwo", "\xF0\x9F", 2},
+};
+INSTANTIATE_TEST_SUITE_P(InvalidBytes, Utf16Units, testing::ValuesIn(invalid_bytes_rows),
                          [](const auto& row) { return row.param.name; });
 
 std::string contents_of(const std::string& path) {

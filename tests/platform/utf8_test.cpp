@@ -30,17 +30,20 @@ TEST_P(Utf8, WritesTheCharacter) {
     EXPECT_EQ(to_hex(to_utf8(GetParam().code)), GetParam().bytes);
 }
 
-INSTANTIATE_TEST_SUITE_P(Characters, Utf8,
-                         testing::Values(character_row_t{"Nul", 0, "00"}, character_row_t{"LastOfOneByte", 0x7F, "7F"},
-                                         character_row_t{"FirstOfTwoBytes", 0x80, "C2 80"},
-                                         character_row_t{"TwoBytes", 0xE9, "C3 A9"},
-                                         character_row_t{"LastOfTwoBytes", 0x7FF, "DF BF"},
-                                         character_row_t{"FirstOfThreeBytes", 0x800, "E0 A0 80"},
-                                         character_row_t{"ThreeBytes", 0x20AC, "E2 82 AC"},
-                                         character_row_t{"LastOfThreeBytes", 0xFFFF, "EF BF BF"},
-                                         character_row_t{"FirstOfFourBytes", 0x10000, "F0 90 80 80"},
-                                         character_row_t{"FourBytes", 0x1F600, "F0 9F 98 80"},
-                                         character_row_t{"LargestCharacter", 0x10FFFF, "F4 8F BF BF"}),
+const character_row_t characters_rows[] = {
+    {"Nul", 0, "00"},
+    {"LastOfOneByte", 0x7F, "7F"},
+    {"FirstOfTwoBytes", 0x80, "C2 80"},
+    {"TwoBytes", 0xE9, "C3 A9"},
+    {"LastOfTwoBytes", 0x7FF, "DF BF"},
+    {"FirstOfThreeBytes", 0x800, "E0 A0 80"},
+    {"ThreeBytes", 0x20AC, "E2 82 AC"},
+    {"LastOfThreeBytes", 0xFFFF, "EF BF BF"},
+    {"FirstOfFourBytes", 0x10000, "F0 90 80 80"},
+    {"FourBytes", 0x1F600, "F0 9F 98 80"},
+    {"LargestCharacter", 0x10FFFF, "F4 8F BF BF"},
+};
+INSTANTIATE_TEST_SUITE_P(Characters, Utf8, testing::ValuesIn(characters_rows),
                          [](const auto& row) { return row.param.name; });
 
 TEST(Utf8Size, IsThatOfTheBytesWritten) {

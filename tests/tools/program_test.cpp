@@ -144,21 +144,24 @@ TEST_P(ProgramUsage, IsRefused) {
     EXPECT_THAT(result.err, EndsWith("\nRun with --help for more information.\n"));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    CommandLines, ProgramUsage,
-    testing::Values(command_row_t{"NoCommand", {}}, command_row_t{"UnknownCommand", {"frob"}},
-                    command_row_t{"NoSubcommand", {"dn"}}, command_row_t{"UnknownSubcommand", {"dn", "frob"}},
-                    command_row_t{"UnknownOption", {"dn", "encode", "--frob", "CN=a"}},
-                    command_row_t{"UnknownInputForm", {"dn", "decode", "--in", "xml"}},
-                    command_row_t{"TwoOutputForms", {"dn", "encode", "--hex", "--json", "CN=a"}},
-                    command_row_t{"TwoMaps", {"dn", "encode", "--no-map", "--config-dir", "/", "CN=a"}},
-                    command_row_t{"EmptyMap", {"dn", "encode", "--map", "", "CN=a"}},
-                    command_row_t{"EmptyConfigurationFolder", {"dn", "encode", "--config-dir", "", "CN=a"}},
-                    command_row_t{"EmptyPasswordFile", {"p12", "verify", "--password-file", "", "a"}},
-                    command_row_t{"EmptyOutputFile", {"p12", "extract", "-o", "", "a"}},
-                    command_row_t{"EmptyAlgorithm", {"sig", "ike", "--make", ""}}, command_row_t{"NoOid", {"oid"}},
-                    command_row_t{"NoAttributeType", {"dn", "get"}}),
-    row_name);
+const command_row_t command_lines_rows[] = {
+    {"NoCommand", {}},
+    {"UnknownCommand", {"frob"}},
+    {"NoSubcommand", {"dn"}},
+    {"UnknownSubcommand", {"dn", "frob"}},
+    {"UnknownOption", {"dn", "encode", "--frob", "CN=a"}},
+    {"UnknownInputForm", {"dn", "decode", "--in", "xml"}},
+    {"TwoOutputForms", {"dn", "encode", "--hex", "--json", "CN=a"}},
+    {"TwoMaps", {"dn", "encode", "--no-map", "--config-dir", "/", "CN=a"}},
+    {"EmptyMap", {"dn", "encode", "--map", "", "CN=a"}},
+    {"EmptyConfigurationFolder", {"dn", "encode", "--config-dir", "", "CN=a"}},
+    {"EmptyPasswordFile", {"p12", "verify", "--password-file", "", "a"}},
+    {"EmptyOutputFile", {"p12", "extract", "-o", "", "a"}},
+    {"EmptyAlgorithm", {"sig", "ike", "--make", ""}},
+    {"NoOid", {"oid"}},
+    {"NoAttributeType", {"dn", "get"}},
+};
+INSTANTIATE_TEST_SUITE_P(CommandLines, ProgramUsage, testing::ValuesIn(command_lines_rows), row_name);
 
 TEST(Program, TakesAnArgumentInBracketsAsItIs) {
     const temp_dir_t dir;
@@ -351,20 +354,18 @@ TEST_P(ProgramHostileMap, IsPrintedSafelyAndIsJson) {
     EXPECT_THAT(json_result.out, HasSubstr("\\u001b[31M\\\\FF"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Commands, ProgramHostileMap,
-                         testing::Values(input_row_t{"Der", {"der"}, "0605 2A85036407"},
-                                         input_row_t{"What", {"what"}, "3007 0605 2A85036407"},
-                                         input_row_t{"KeyShow", {"key", "show"}, "300D 3007 0605 2A85036407 0302 0001"},
-                                         input_row_t{"SigIke", {"sig", "ike"}, "3007 0605 2A85036407"},
-                                         input_row_t{"SigIkeWithParameters",
-                                                     {"sig", "ike"},
-                                                     "3018 0609 2A864886F70D01010A 300B A009 3007 0605 2A85036407"},
-                                         input_row_t{"Oid", {"oid", "--in", "hex", "-"}, "2A85036407"},
-                                         input_row_t{"MapFind", {"map", "find", "-"}, "1.2.643.100.7"},
-                                         input_row_t{"MapList", {"map", "list"}, ""},
-                                         input_row_t{
-                                             "DnDecode", {"dn", "decode"}, "300E 310C 300A 0605 2A85036407 0C01 61"}),
-                         row_name);
+const input_row_t commands_rows[] = {
+    {"Der", {"der"}, "0605 2A85036407"},
+    {"What", {"what"}, "3007 0605 2A85036407"},
+    {"KeyShow", {"key", "show"}, "300D 3007 0605 2A85036407 0302 0001"},
+    {"SigIke", {"sig", "ike"}, "3007 0605 2A85036407"},
+    {"SigIkeWithParameters", {"sig", "ike"}, "3018 0609 2A864886F70D01010A 300B A009 3007 0605 2A85036407"},
+    {"Oid", {"oid", "--in", "hex", "-"}, "2A85036407"},
+    {"MapFind", {"map", "find", "-"}, "1.2.643.100.7"},
+    {"MapList", {"map", "list"}, ""},
+    {"DnDecode", {"dn", "decode"}, "300E 310C 300A 0605 2A85036407 0C01 61"},
+};
+INSTANTIATE_TEST_SUITE_P(Commands, ProgramHostileMap, testing::ValuesIn(commands_rows), row_name);
 
 TEST(Program, WritesNoControlCharacterOfAnArgument) {
     const run_result_t file = run_pkider({"cert", "no\x1B[31mfile"});

@@ -125,22 +125,21 @@ std::string with_carriage_returns(const std::string& text) {
     return out;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Inputs, CertCommandForm,
-    testing::Values(
-        form_row_t{"Der", first + second}, form_row_t{"Hex", tool::to_hex(first) + "\n" + tool::to_hex(second)},
-        form_row_t{"Base64", tool::to_base64(first + second, 64)},
-        form_row_t{"Base64BehindAByteOrderMark", "\xEF\xBB\xBF" + tool::to_base64(first + second)},
-        form_row_t{"Pem", pem("CERTIFICATE", first) + pem("CERTIFICATE", second)},
-        form_row_t{"PemBehindAByteOrderMark", "\xEF\xBB\xBF" + pem("CERTIFICATE", first) + pem("CERTIFICATE", second)},
-        form_row_t{"PemOfWindows", with_carriage_returns(pem("CERTIFICATE", first) + pem("CERTIFICATE", second))},
-        form_row_t{"PemWithoutALastLineEnd",
-                   pem("CERTIFICATE", first) +
-                       pem("CERTIFICATE", second).substr(0, pem("CERTIFICATE", second).size() - 1)},
-        form_row_t{"PemAmongOtherThings", "# of a server\n" + pem("EC PARAMETERS", "\x05") + pem("CERTIFICATE", first) +
-                                              pem("PRIVATE KEY", "junk") + "\n" + pem("CERTIFICATE", second)},
-        form_row_t{"PemOfOldLabels", pem("X509 CERTIFICATE", first) + pem("TRUSTED CERTIFICATE", second + "30")}),
-    row_name);
+const form_row_t inputs_rows[] = {
+    {"Der", first + second},
+    {"Hex", tool::to_hex(first) + "\n" + tool::to_hex(second)},
+    {"Base64", tool::to_base64(first + second, 64)},
+    {"Base64BehindAByteOrderMark", "\xEF\xBB\xBF" + tool::to_base64(first + second)},
+    {"Pem", pem("CERTIFICATE", first) + pem("CERTIFICATE", second)},
+    {"PemBehindAByteOrderMark", "\xEF\xBB\xBF" + pem("CERTIFICATE", first) + pem("CERTIFICATE", second)},
+    {"PemOfWindows", with_carriage_returns(pem("CERTIFICATE", first) + pem("CERTIFICATE", second))},
+    {"PemWithoutALastLineEnd",
+     pem("CERTIFICATE", first) + pem("CERTIFICATE", second).substr(0, pem("CERTIFICATE", second).size() - 1)},
+    {"PemAmongOtherThings", "# of a server\n" + pem("EC PARAMETERS", "\x05") + pem("CERTIFICATE", first) +
+                                pem("PRIVATE KEY", "junk") + "\n" + pem("CERTIFICATE", second)},
+    {"PemOfOldLabels", pem("X509 CERTIFICATE", first) + pem("TRUSTED CERTIFICATE", second + "30")},
+};
+INSTANTIATE_TEST_SUITE_P(Inputs, CertCommandForm, testing::ValuesIn(inputs_rows), row_name);
 
 TEST(CertCommand, NotesBytesBehindACertificateInPem) {
     const run_result_t result = cert(pem("CERTIFICATE", first + "ab"));
@@ -196,25 +195,23 @@ TEST_P(CertCommandFault, IsToldInOneLine) {
     EXPECT_EQ(result.err, std::string("pkider: standard input: ") + GetParam().fault + "\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Inputs, CertCommandFault,
-    testing::Values(
-        fault_row_t{"Empty", "", "empty input"}, fault_row_t{"BlankLine", "\n", "empty input"},
-        fault_row_t{"ByteOrderMark", "\xEF\xBB\xBF", "empty input"},
-        fault_row_t{"Text", "no certificate", "not PEM, DER, hex or base64"},
-        fault_row_t{"Junk", "\xFF\xFE\xFD", "offset 0: expected a certificate (a SEQUENCE), found FF FE FD"},
-        fault_row_t{"OtherBlocks", pem("PRIVATE KEY", "junk"), "no certificate in it"},
-        fault_row_t{"OtherDer", "3003020105", "offset 2: expected tbsCertificate (a SEQUENCE), found 02 01 05"},
-        fault_row_t{"Version", certificate({.version = "A0 03 02 01 03"_hex}),
-                    "offset 8: expected a version from 0 to 2"},
-        fault_row_t{"NoSerial", certificate({.serial = {}}),
-                    "offset 11: expected the serial number (an INTEGER), found 30 0D 06 09 2A 86 ..."},
-        fault_row_t{"NotAfter", certificate({.validity = der(0x30, one_time)}),
-                    "offset 73: expected notAfter (a UTCTime or GeneralizedTime), found the end"},
-        fault_row_t{"Key", certificate({.key = "30 02 05 00"_hex}), "offset 115: expected a SubjectPublicKeyInfo"},
-        fault_row_t{"NoSignature", certificate({.signature = {}}),
-                    "offset 161: expected the signature (a BIT STRING), found the end"}),
-    row_name);
+const fault_row_t cert_command_fault_inputs_rows[] = {
+    {"Empty", "", "empty input"},
+    {"BlankLine", "\n", "empty input"},
+    {"ByteOrderMark", "\xEF\xBB\xBF", "empty input"},
+    {"Text", "no certificate", "not PEM, DER, hex or base64"},
+    {"Junk", "\xFF\xFE\xFD", "offset 0: expected a certificate (a SEQUENCE), found FF FE FD"},
+    {"OtherBlocks", pem("PRIVATE KEY", "junk"), "no certificate in it"},
+    {"OtherDer", "3003020105", "offset 2: expected tbsCertificate (a SEQUENCE), found 02 01 05"},
+    {"Version", certificate({.version = "A0 03 02 01 03"_hex}), "offset 8: expected a version from 0 to 2"},
+    {"NoSerial", certificate({.serial = {}}),
+     "offset 11: expected the serial number (an INTEGER), found 30 0D 06 09 2A 86 ..."},
+    {"NotAfter", certificate({.validity = der(0x30, one_time)}),
+     "offset 73: expected notAfter (a UTCTime or GeneralizedTime), found the end"},
+    {"Key", certificate({.key = "30 02 05 00"_hex}), "offset 115: expected a SubjectPublicKeyInfo"},
+    {"NoSignature", certificate({.signature = {}}), "offset 161: expected the signature (a BIT STRING), found the end"},
+};
+INSTANTIATE_TEST_SUITE_P(Inputs, CertCommandFault, testing::ValuesIn(cert_command_fault_inputs_rows), row_name);
 
 TEST(CertCommand, TakesEveryVersion) {
     EXPECT_EQ(answers(cert(certificate({.version = {}}), {"--json"})).at(0)["version"], 1);

@@ -105,19 +105,17 @@ TEST_P(DigestinfoFault, IsToldWithItsOffset) {
     EXPECT_EQ(result.err, std::string("pkider: standard input: ") + GetParam().fault + "\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Faults, DigestinfoFault,
-    testing::Values(
-        fault_row_t{"NoSequence", "0500", "offset 0: expected a SEQUENCE, the DigestInfo, found 05 00"},
-        fault_row_t{"Indefinite", "30800000",
-                    "offset 0: expected a SEQUENCE, the DigestInfo, found 30 80 00 00, whose length is bad"},
-        fault_row_t{"NoAlgorithm", "30020500", "offset 2: expected a SEQUENCE, the hash algorithm, found 05 00"},
-        fault_row_t{"NoOid", "300430020500", "offset 4: expected an OBJECT IDENTIFIER, the hash, found 05 00"},
-        fault_row_t{"NoParameters", "300930070605 2B0E03021A",
-                    "offset 11: expected the parameters of the hash, a NULL, found the end"},
-        fault_row_t{"NoDigest", "300B300906052B0E03021A0500",
-                    "offset 13: expected an OCTET STRING, the digest, found the end"}),
-    [](const auto& row) { return row.param.name; });
+const fault_row_t faults_rows[] = {
+    {"NoSequence", "0500", "offset 0: expected a SEQUENCE, the DigestInfo, found 05 00"},
+    {"Indefinite", "30800000", "offset 0: expected a SEQUENCE, the DigestInfo, found 30 80 00 00, whose length is bad"},
+    {"NoAlgorithm", "30020500", "offset 2: expected a SEQUENCE, the hash algorithm, found 05 00"},
+    {"NoOid", "300430020500", "offset 4: expected an OBJECT IDENTIFIER, the hash, found 05 00"},
+    {"NoParameters", "300930070605 2B0E03021A",
+     "offset 11: expected the parameters of the hash, a NULL, found the end"},
+    {"NoDigest", "300B300906052B0E03021A0500", "offset 13: expected an OCTET STRING, the digest, found the end"},
+};
+INSTANTIATE_TEST_SUITE_P(Faults, DigestinfoFault, testing::ValuesIn(faults_rows),
+                         [](const auto& row) { return row.param.name; });
 
 } // namespace
 } // namespace pkider_test

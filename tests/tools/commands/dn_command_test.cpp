@@ -102,14 +102,12 @@ TEST_P(DnEncodeLength, IsRefusedWhereTheLibraryLosesBytes) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Values, DnEncodeLength,
-                         testing::Values(length_row_t{"LastThatFits", 65518, false},
-                                         length_row_t{"FirstThatDoesNot", 65519, true},
-                                         length_row_t{"WouldReadAsEmpty", 65536, true},
-                                         length_row_t{"WouldReadAsFiveLetters", 65541, true},
-                                         length_row_t{"WouldBeWrittenRight", 70000, true},
-                                         length_row_t{"HugeWithZeroBytes", 0x1000100, true}),
-                         row_name);
+const length_row_t values_rows[] = {
+    {"LastThatFits", 65518, false},       {"FirstThatDoesNot", 65519, true},
+    {"WouldReadAsEmpty", 65536, true},    {"WouldReadAsFiveLetters", 65541, true},
+    {"WouldBeWrittenRight", 70000, true}, {"HugeWithZeroBytes", 0x1000100, true},
+};
+INSTANTIATE_TEST_SUITE_P(Values, DnEncodeLength, testing::ValuesIn(values_rows), row_name);
 
 TEST(DnEncode, TellsInJsonThatANameIsTooLong) {
     const run_result_t result =
@@ -167,16 +165,17 @@ TEST_P(DnDecodeInput, IsFixedByIn) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Forms, DnDecodeInput,
-                         testing::Values(form_row_t{"Der", abc_der, "der"}, form_row_t{"Pem", abc_pem, "pem"},
-                                         form_row_t{"PemInsideText", "subject: x\r\n" + abc_pem + "more\n", "pem"},
-                                         form_row_t{"Hex", abc_hex + "\n", "hex"},
-                                         form_row_t{"HexInLowerCase", "300e310c300a06035504031303616263", "hex"},
-                                         form_row_t{"HexInLines", "30 0E 31 0C 30 0A\n06 03 55 04 03\n13:03:61:62:63",
-                                                    "hex"},
-                                         form_row_t{"Base64", abc_base64, "base64"},
-                                         form_row_t{"Base64InLines", "MA4xDDAKBgNV\nBAMTA2FiYw==\n", "base64"}),
-                         row_name);
+const form_row_t forms_rows[] = {
+    {"Der", abc_der, "der"},
+    {"Pem", abc_pem, "pem"},
+    {"PemInsideText", "subject: x\r\n" + abc_pem + "more\n", "pem"},
+    {"Hex", abc_hex + "\n", "hex"},
+    {"HexInLowerCase", "300e310c300a06035504031303616263", "hex"},
+    {"HexInLines", "30 0E 31 0C 30 0A\n06 03 55 04 03\n13:03:61:62:63", "hex"},
+    {"Base64", abc_base64, "base64"},
+    {"Base64InLines", "MA4xDDAKBgNV\nBAMTA2FiYw==\n", "base64"},
+};
+INSTANTIATE_TEST_SUITE_P(Forms, DnDecodeInput, testing::ValuesIn(forms_rows), row_name);
 
 struct bad_input_row_t {
     const char* name;
@@ -197,45 +196,38 @@ TEST_P(DnDecodeBadInput, IsTold) {
     EXPECT_EQ(result.err, std::string("pkider: standard input") + GetParam().fault + "\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Inputs, DnDecodeBadInput,
-    testing::Values(
-        bad_input_row_t{"Empty", "", ": empty input"}, bad_input_row_t{"OnlyLineEnds", "\n\n", ": empty input"},
-        bad_input_row_t{"Text", "this is not a name!\n", ": not PEM, DER, hex or base64"},
-        bad_input_row_t{"CutBase64", "MA4xDDAKB", ": not PEM, DER, hex or base64"},
-        bad_input_row_t{"PemWithoutEnd", "-----BEGIN NAME-----\nMAA=\n", ":1: no END line"},
-        bad_input_row_t{"PemWithOtherEnd", "\n-----BEGIN A-----\nMAA=\n-----END B-----\n",
-                        ":2: END line 4 names another label"},
-        bad_input_row_t{"PemWithBadDigits", "-----BEGIN A-----\nM?A=\n-----END A-----\n",
-                        ":1: the base64 digits are faulty"},
-        bad_input_row_t{"NoSequence", "0500", ": offset 0: expected a Name (a SEQUENCE), found 05 00 [code 11]"},
-        bad_input_row_t{"CutSequence", "3005",
-                        ": offset 0: expected a Name (a SEQUENCE), found 30 05, whose length is bad [code 11]"},
-        bad_input_row_t{"SequenceForSet", "30023000",
-                        ": offset 2: expected a RelativeDistinguishedName (a SET), found 30 00 [code 12]"},
-        bad_input_row_t{"ChildBehindItsParent", "30043102300506032A0304",
-                        ": offset 4: expected an AttributeTypeAndValue (a SEQUENCE), found 30 05, whose length is bad "
-                        "[code 13]"},
-        bad_input_row_t{"EmptyAttribute", "300431023000",
-                        ": offset 6: expected an attribute type (an OID), found the end [code 14]"},
-        bad_input_row_t{"CutArc", "300B3109300706022A86130161",
-                        ": offset 8: expected an OID of whole arcs, found 2A 86 [code 15]"},
-        bad_input_row_t{"NoValue",
-                        "300931073005060355040"
-                        "3",
-                        ": offset 11: expected the value, found the end [code 16]"},
-        bad_input_row_t{"CutValue", "300A31083006060355040313",
-                        ": offset 11: expected the value, found 13, whose length is bad [code 16]"},
-        bad_input_row_t{"BadTeletex", "300C310A30080603550403140124",
-                        ": offset 13: expected characters of T.61, found 24 [code 17]"},
-        bad_input_row_t{"OddBmp", "300C310A300806035504031E0141",
-                        ": offset 13: expected characters of 2 bytes, none of them a surrogate, found 41 [code 18]"},
-        bad_input_row_t{"EmptyUniversal", "300B3109300706035504031C00",
-                        ": offset 13: expected characters of 4 bytes up to 10FFFF, none of them a surrogate, found the "
-                        "end [code 18]"},
-        bad_input_row_t{"LettersInNumeric", "300C310A30080603550403120161",
-                        ": offset 13: expected digits and blanks only, found 61 [code 19]"}),
-    row_name);
+const bad_input_row_t inputs_rows[] = {
+    {"Empty", "", ": empty input"},
+    {"OnlyLineEnds", "\n\n", ": empty input"},
+    {"Text", "this is not a name!\n", ": not PEM, DER, hex or base64"},
+    {"CutBase64", "MA4xDDAKB", ": not PEM, DER, hex or base64"},
+    {"PemWithoutEnd", "-----BEGIN NAME-----\nMAA=\n", ":1: no END line"},
+    {"PemWithOtherEnd", "\n-----BEGIN A-----\nMAA=\n-----END B-----\n", ":2: END line 4 names another label"},
+    {"PemWithBadDigits", "-----BEGIN A-----\nM?A=\n-----END A-----\n", ":1: the base64 digits are faulty"},
+    {"NoSequence", "0500", ": offset 0: expected a Name (a SEQUENCE), found 05 00 [code 11]"},
+    {"CutSequence", "3005", ": offset 0: expected a Name (a SEQUENCE), found 30 05, whose length is bad [code 11]"},
+    {"SequenceForSet", "30023000", ": offset 2: expected a RelativeDistinguishedName (a SET), found 30 00 [code 12]"},
+    {"ChildBehindItsParent", "30043102300506032A0304",
+     ": offset 4: expected an AttributeTypeAndValue (a SEQUENCE), found 30 05, whose length is bad "
+     "[code 13]"},
+    {"EmptyAttribute", "300431023000", ": offset 6: expected an attribute type (an OID), found the end [code 14]"},
+    {"CutArc", "300B3109300706022A86130161", ": offset 8: expected an OID of whole arcs, found 2A 86 [code 15]"},
+    {"NoValue",
+     "300931073005060355040"
+     "3",
+     ": offset 11: expected the value, found the end [code 16]"},
+    {"CutValue", "300A31083006060355040313",
+     ": offset 11: expected the value, found 13, whose length is bad [code 16]"},
+    {"BadTeletex", "300C310A30080603550403140124", ": offset 13: expected characters of T.61, found 24 [code 17]"},
+    {"OddBmp", "300C310A300806035504031E0141",
+     ": offset 13: expected characters of 2 bytes, none of them a surrogate, found 41 [code 18]"},
+    {"EmptyUniversal", "300B3109300706035504031C00",
+     ": offset 13: expected characters of 4 bytes up to 10FFFF, none of them a surrogate, found the "
+     "end [code 18]"},
+    {"LettersInNumeric", "300C310A30080603550403120161",
+     ": offset 13: expected digits and blanks only, found 61 [code 19]"},
+};
+INSTANTIATE_TEST_SUITE_P(Inputs, DnDecodeBadInput, testing::ValuesIn(inputs_rows), row_name);
 
 TEST(DnDecode, PrintsEveryForm) {
     EXPECT_EQ(run_pkider({"dn", "decode", abc_hex}).out, "CN=abc\n");

@@ -179,11 +179,12 @@ TEST_P(KeyWrap, BuildsAKeyFromItsOctets) {
     EXPECT_FALSE(exists("none.pem"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, KeyWrap,
-                         testing::Values(wrap_row_t{"Of2001", "2001", 32, "1.2.643.2.2.19"},
-                                         wrap_row_t{"Of2012With256Bits", "2012-256", 32, "1.2.643.7.1.1.1.1"},
-                                         wrap_row_t{"Of2012With512Bits", "2012-512", 64, "1.2.643.7.1.1.1.2"}),
-                         [](const auto& row) { return row.param.name; });
+const wrap_row_t kinds_rows[] = {
+    {"Of2001", "2001", 32, "1.2.643.2.2.19"},
+    {"Of2012With256Bits", "2012-256", 32, "1.2.643.7.1.1.1.1"},
+    {"Of2012With512Bits", "2012-512", 64, "1.2.643.7.1.1.1.2"},
+};
+INSTANTIATE_TEST_SUITE_P(Kinds, KeyWrap, testing::ValuesIn(kinds_rows), [](const auto& row) { return row.param.name; });
 
 // PrivateKeyInfo with attributes, the key in it bare; another curve than the library writes.
 TEST_F(KeyCommands, WrapKeepsParametersAndAttributes) {

@@ -114,87 +114,87 @@ TEST_P(MapCheck, ExplainsEveryLine) {
     EXPECT_EQ(result.err, "");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Lines, MapCheck,
-    testing::Values(check_row_t{"Empty", "", 0, "lines: 0, kept: 0, shadowed: 0, dropped: 0, no entry: 0\n"},
-                    check_row_t{"Kept", "1.2.3 = A, a name\n", 0,
-                                "standard input:1: kept: 1.2.3 = A, a name\n"
-                                "lines: 1, kept: 1, shadowed: 0, dropped: 0, no entry: 0\n"},
-                    check_row_t{"WithoutLineEnd", "1.2.3=", 0,
-                                "standard input:1: kept: 1.2.3=\n"
-                                "  without a short name it prints as '=value', which cannot be read\n"
-                                "lines: 1, kept: 1, shadowed: 0, dropped: 0, no entry: 0\n"},
-                    check_row_t{"CommentsAndText", "# 1.2.3 = A\r\n\n; x = y\rsome words\n", 0,
-                                "standard input:1: no entry: # 1.2.3 = A\n"
-                                "standard input:2: no entry: \n"
-                                "standard input:3: no entry: ; x = y\n"
-                                "standard input:4: no entry: some words\n"
-                                "lines: 4, kept: 0, shadowed: 0, dropped: 0, no entry: 4\n"},
-                    check_row_t{"EqualsOnTheNextLine", "1.2.3\n= B\n", 1,
-                                "standard input:1: no entry: 1.2.3\n"
-                                "standard input:2: dropped: = B\n"
-                                "  no OID stands before the '='\n"
-                                "lines: 2, kept: 0, shadowed: 0, dropped: 1, no entry: 1\n"},
-                    check_row_t{"NoOid", "1 = A\n3.1 = B\n1.2.x = C\nname = D\n1..2 = E\n", 1,
-                                "standard input:1: dropped: 1 = A\n"
-                                "  a single arc is no OID\n"
-                                "standard input:2: dropped: 3.1 = B\n"
-                                "  the first arc is above 2\n"
-                                "standard input:3: dropped: 1.2.x = C\n"
-                                "  more than an OID stands before the '='\n"
-                                "standard input:4: dropped: name = D\n"
-                                "  no OID stands before the '='\n"
-                                "standard input:5: dropped: 1..2 = E\n"
-                                "  an arc is missing between two dots\n"
-                                "lines: 5, kept: 0, shadowed: 0, dropped: 5, no entry: 0\n"},
-                    check_row_t{"ByteOrderMark",
-                                "\xEF\xBB\xBF"
-                                "1.2.3=A\n1.2.4=B\n",
-                                1,
-                                "standard input:1: dropped: \\EF\\BB\\BF1.2.3=A\n"
-                                "  a byte order mark (EF BB BF) stands before it; save the file without one\n"
-                                "standard input:2: kept: 1.2.4=B\n"
-                                "lines: 2, kept: 1, shadowed: 0, dropped: 1, no entry: 0\n"},
-                    check_row_t{"ByteOrderMarkBeforeAComment", "\xEF\xBB\xBF# names\n", 0,
-                                "standard input:1: no entry: \\EF\\BB\\BF# names\n"
-                                "  a byte order mark (EF BB BF); it would hide an entry on this line\n"
-                                "lines: 1, kept: 0, shadowed: 0, dropped: 0, no entry: 1\n"},
-                    check_row_t{"OidOfTheBuiltInTable", "2.5.4.3 = NAME, myName\n", 1,
-                                "standard input:1: shadowed: 2.5.4.3 = NAME, myName\n"
-                                "  2.5.4.3 is printed as CN (built-in:1)\n"
-                                "  NAME is still read as 2.5.4.3\n"
-                                "lines: 1, kept: 0, shadowed: 1, dropped: 0, no entry: 0\n"},
-                    check_row_t{"ShortNameOfTheBuiltInTable", "1.2.3 = cn, other\n", 1,
-                                "standard input:1: shadowed: 1.2.3 = cn, other\n"
-                                "  CN is read as 2.5.4.3 (built-in:1)\n"
-                                "  1.2.3 is still printed as CN, which reads back as another OID\n"
-                                "lines: 1, kept: 0, shadowed: 1, dropped: 0, no entry: 0\n"},
-                    check_row_t{"Repeated", "1.2.3 = A\n1.2.3 = A\n", 1,
-                                "standard input:1: kept: 1.2.3 = A\n"
-                                "standard input:2: shadowed: 1.2.3 = A\n"
-                                "  1.2.3 is printed as A (standard input:1)\n"
-                                "  A is read as 1.2.3 (standard input:1)\n"
-                                "  nothing reaches it\n"
-                                "lines: 2, kept: 1, shadowed: 1, dropped: 0, no entry: 0\n"},
-                    check_row_t{"SameOidWrittenOtherwise", "2.5.4.03 = CN\n", 1,
-                                "standard input:1: shadowed: 2.5.4.03 = CN\n"
-                                "  2.5.4.03 is printed as CN (built-in:1)\n"
-                                "  CN is read as 2.5.4.3 (built-in:1)\n"
-                                "  the text 2.5.4.03 still finds it\n"
-                                "lines: 1, kept: 0, shadowed: 1, dropped: 0, no entry: 0\n"},
-                    check_row_t{"WordsBehindTheShortName", "1.2.3 = A b\n", 0,
-                                "standard input:1: kept: 1.2.3 = A b\n"
-                                "  'b' is ignored: a long name stands behind a ','\n"
-                                "lines: 1, kept: 1, shadowed: 0, dropped: 0, no entry: 0\n"},
-                    check_row_t{"BlanksBehindTheLongName", "1.2.3 = A, b \n", 0,
-                                "standard input:1: kept: 1.2.3 = A, b \n"
-                                "  the blanks at its end belong to the long name\n"
-                                "lines: 1, kept: 1, shadowed: 0, dropped: 0, no entry: 0\n"},
-                    check_row_t{"InexactOid", "2.999 = A\n", 0,
-                                "standard input:1: kept: 2.999 = A\n"
-                                "  the OID is not exact: its bytes are printed as 26.39\n"
-                                "lines: 1, kept: 1, shadowed: 0, dropped: 0, no entry: 0\n"}),
-    row_name);
+const check_row_t lines_rows[] = {
+    {"Empty", "", 0, "lines: 0, kept: 0, shadowed: 0, dropped: 0, no entry: 0\n"},
+    {"Kept", "1.2.3 = A, a name\n", 0,
+     "standard input:1: kept: 1.2.3 = A, a name\n"
+     "lines: 1, kept: 1, shadowed: 0, dropped: 0, no entry: 0\n"},
+    {"WithoutLineEnd", "1.2.3=", 0,
+     "standard input:1: kept: 1.2.3=\n"
+     "  without a short name it prints as '=value', which cannot be read\n"
+     "lines: 1, kept: 1, shadowed: 0, dropped: 0, no entry: 0\n"},
+    {"CommentsAndText", "# 1.2.3 = A\r\n\n; x = y\rsome words\n", 0,
+     "standard input:1: no entry: # 1.2.3 = A\n"
+     "standard input:2: no entry: \n"
+     "standard input:3: no entry: ; x = y\n"
+     "standard input:4: no entry: some words\n"
+     "lines: 4, kept: 0, shadowed: 0, dropped: 0, no entry: 4\n"},
+    {"EqualsOnTheNextLine", "1.2.3\n= B\n", 1,
+     "standard input:1: no entry: 1.2.3\n"
+     "standard input:2: dropped: = B\n"
+     "  no OID stands before the '='\n"
+     "lines: 2, kept: 0, shadowed: 0, dropped: 1, no entry: 1\n"},
+    {"NoOid", "1 = A\n3.1 = B\n1.2.x = C\nname = D\n1..2 = E\n", 1,
+     "standard input:1: dropped: 1 = A\n"
+     "  a single arc is no OID\n"
+     "standard input:2: dropped: 3.1 = B\n"
+     "  the first arc is above 2\n"
+     "standard input:3: dropped: 1.2.x = C\n"
+     "  more than an OID stands before the '='\n"
+     "standard input:4: dropped: name = D\n"
+     "  no OID stands before the '='\n"
+     "standard input:5: dropped: 1..2 = E\n"
+     "  an arc is missing between two dots\n"
+     "lines: 5, kept: 0, shadowed: 0, dropped: 5, no entry: 0\n"},
+    {"ByteOrderMark",
+     "\xEF\xBB\xBF"
+     "1.2.3=A\n1.2.4=B\n",
+     1,
+     "standard input:1: dropped: \\EF\\BB\\BF1.2.3=A\n"
+     "  a byte order mark (EF BB BF) stands before it; save the file without one\n"
+     "standard input:2: kept: 1.2.4=B\n"
+     "lines: 2, kept: 1, shadowed: 0, dropped: 1, no entry: 0\n"},
+    {"ByteOrderMarkBeforeAComment", "\xEF\xBB\xBF# names\n", 0,
+     "standard input:1: no entry: \\EF\\BB\\BF# names\n"
+     "  a byte order mark (EF BB BF); it would hide an entry on this line\n"
+     "lines: 1, kept: 0, shadowed: 0, dropped: 0, no entry: 1\n"},
+    {"OidOfTheBuiltInTable", "2.5.4.3 = NAME, myName\n", 1,
+     "standard input:1: shadowed: 2.5.4.3 = NAME, myName\n"
+     "  2.5.4.3 is printed as CN (built-in:1)\n"
+     "  NAME is still read as 2.5.4.3\n"
+     "lines: 1, kept: 0, shadowed: 1, dropped: 0, no entry: 0\n"},
+    {"ShortNameOfTheBuiltInTable", "1.2.3 = cn, other\n", 1,
+     "standard input:1: shadowed: 1.2.3 = cn, other\n"
+     "  CN is read as 2.5.4.3 (built-in:1)\n"
+     "  1.2.3 is still printed as CN, which reads back as another OID\n"
+     "lines: 1, kept: 0, shadowed: 1, dropped: 0, no entry: 0\n"},
+    {"Repeated", "1.2.3 = A\n1.2.3 = A\n", 1,
+     "standard input:1: kept: 1.2.3 = A\n"
+     "standard input:2: shadowed: 1.2.3 = A\n"
+     "  1.2.3 is printed as A (standard input:1)\n"
+     "  A is read as 1.2.3 (standard input:1)\n"
+     "  nothing reaches it\n"
+     "lines: 2, kept: 1, shadowed: 1, dropped: 0, no entry: 0\n"},
+    {"SameOidWrittenOtherwise", "2.5.4.03 = CN\n", 1,
+     "standard input:1: shadowed: 2.5.4.03 = CN\n"
+     "  2.5.4.03 is printed as CN (built-in:1)\n"
+     "  CN is read as 2.5.4.3 (built-in:1)\n"
+     "  the text 2.5.4.03 still finds it\n"
+     "lines: 1, kept: 0, shadowed: 1, dropped: 0, no entry: 0\n"},
+    {"WordsBehindTheShortName", "1.2.3 = A b\n", 0,
+     "standard input:1: kept: 1.2.3 = A b\n"
+     "  'b' is ignored: a long name stands behind a ','\n"
+     "lines: 1, kept: 1, shadowed: 0, dropped: 0, no entry: 0\n"},
+    {"BlanksBehindTheLongName", "1.2.3 = A, b \n", 0,
+     "standard input:1: kept: 1.2.3 = A, b \n"
+     "  the blanks at its end belong to the long name\n"
+     "lines: 1, kept: 1, shadowed: 0, dropped: 0, no entry: 0\n"},
+    {"InexactOid", "2.999 = A\n", 0,
+     "standard input:1: kept: 2.999 = A\n"
+     "  the OID is not exact: its bytes are printed as 26.39\n"
+     "lines: 1, kept: 1, shadowed: 0, dropped: 0, no entry: 0\n"},
+};
+INSTANTIATE_TEST_SUITE_P(Lines, MapCheck, testing::ValuesIn(lines_rows), row_name);
 
 TEST(MapCheck, AloneLeavesTheBuiltInTableOut) {
     const run_result_t result = run_pkider({"map", "check", "--alone"}, {.input = "2.5.4.3 = NAME\n1.2.3 = CN\n"});

@@ -40,25 +40,24 @@ TEST_P(OidCommandForms, ConvertsAndSaysWhatIsNotExact) {
     EXPECT_THAT(answer["losses"].at(0).get<std::string>(), testing::HasSubstr(row.loss));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, OidCommandForms,
-    testing::Values(
-        oid_row_t{"Dotted", "2.5.4.3", "dotted", "2.5.4.3", "550403", true, ""},
-        oid_row_t{"LeadingZeros", "02.05.004.3", "dotted", "2.5.4.3", "550403", true, ""},
-        oid_row_t{"ShortName", "CN", "name", "2.5.4.3", "550403", true, ""},
-        oid_row_t{"ShortNameInLowerCase", "uid", "name", "0.9.2342.19200300.100.1.1", "0992268993F22C640101", true, ""},
-        oid_row_t{"ShortNameOfHexDigits", "DC", "name", "0.9.2342.19200300.100.1.25", "0992268993F22C640119", true, ""},
-        oid_row_t{"Contents", "550403", "hex", "2.5.4.3", "550403", true, ""},
-        oid_row_t{"ContentsWithBlanks", "2a 86 48", "hex", "1.2.840", "2A8648", true, ""},
-        oid_row_t{"ContentsWithColons", "2a:86:48", "hex", "1.2.840", "2A8648", true, ""},
-        oid_row_t{"SecondArcAboveThousand", "2.999", "dotted", "26.39", "8837", false, "stand for 2.999"},
-        oid_row_t{"ContentsOfAnArcAboveThousand", "8837", "hex", "26.39", "8837", false, "stand for 2.999"},
-        oid_row_t{"SecondArcAboveThirtyNine", "1.50", "dotted", "2.10", "5A", false, "those of 2.10, not of 1.50"},
-        oid_row_t{"SumThatWraps", "2.4294967295", "dotted", "1.39", "4F", false, "those of 1.39"},
-        oid_row_t{"ArcThatWraps", "2A 90 80 80 80 00", "hex", "1.2.0", "2A9080808000", false, "1.2.4294967296"},
-        oid_row_t{"PaddedArc", "2A 80 01", "hex", "1.2.1", "2A8001", false, "reads back as other contents: 2A01"},
-        oid_row_t{"CutArc", "2A 86", "hex", json(), "2A86", false, "no whole arcs"}),
-    row_name);
+const oid_row_t values_rows[] = {
+    {"Dotted", "2.5.4.3", "dotted", "2.5.4.3", "550403", true, ""},
+    {"LeadingZeros", "02.05.004.3", "dotted", "2.5.4.3", "550403", true, ""},
+    {"ShortName", "CN", "name", "2.5.4.3", "550403", true, ""},
+    {"ShortNameInLowerCase", "uid", "name", "0.9.2342.19200300.100.1.1", "0992268993F22C640101", true, ""},
+    {"ShortNameOfHexDigits", "DC", "name", "0.9.2342.19200300.100.1.25", "0992268993F22C640119", true, ""},
+    {"Contents", "550403", "hex", "2.5.4.3", "550403", true, ""},
+    {"ContentsWithBlanks", "2a 86 48", "hex", "1.2.840", "2A8648", true, ""},
+    {"ContentsWithColons", "2a:86:48", "hex", "1.2.840", "2A8648", true, ""},
+    {"SecondArcAboveThousand", "2.999", "dotted", "26.39", "8837", false, "stand for 2.999"},
+    {"ContentsOfAnArcAboveThousand", "8837", "hex", "26.39", "8837", false, "stand for 2.999"},
+    {"SecondArcAboveThirtyNine", "1.50", "dotted", "2.10", "5A", false, "those of 2.10, not of 1.50"},
+    {"SumThatWraps", "2.4294967295", "dotted", "1.39", "4F", false, "those of 1.39"},
+    {"ArcThatWraps", "2A 90 80 80 80 00", "hex", "1.2.0", "2A9080808000", false, "1.2.4294967296"},
+    {"PaddedArc", "2A 80 01", "hex", "1.2.1", "2A8001", false, "reads back as other contents: 2A01"},
+    {"CutArc", "2A 86", "hex", json(), "2A86", false, "no whole arcs"},
+};
+INSTANTIATE_TEST_SUITE_P(Values, OidCommandForms, testing::ValuesIn(values_rows), row_name);
 
 TEST(OidCommand, PrintsAllForms) {
     const run_result_t result = run_pkider({"oid", "cn"});
@@ -178,17 +177,16 @@ TEST_P(OidCommandRefusal, SaysWhy) {
     EXPECT_EQ(result.err, std::string("pkider: ") + GetParam().value + ": " + GetParam().reason + "\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, OidCommandRefusal,
-    testing::Values(refusal_t{"UnknownName", "nobody", "neither dotted text nor a known short name nor hex digits"},
-                    refusal_t{"OddHexDigits", "550", "neither dotted text nor a known short name nor hex digits"},
-                    refusal_t{"FirstArc", "3.1", "not an OID in dotted form: the first arc is above 2"},
-                    refusal_t{"SingleArc", "1.", "not an OID in dotted form: an arc is missing behind the last dot"},
-                    refusal_t{"EmptyArc", "1..2", "not an OID in dotted form: an arc is missing between two dots"},
-                    refusal_t{"NoFirstArc", ".1", "not an OID in dotted form: the first arc is missing"},
-                    refusal_t{"LargeArc", "1.2.4294967296",
-                              "not an OID in dotted form: the arc 4294967296 is above 4294967295"}),
-    row_name);
+const refusal_t oid_command_refusal_values_rows[] = {
+    {"UnknownName", "nobody", "neither dotted text nor a known short name nor hex digits"},
+    {"OddHexDigits", "550", "neither dotted text nor a known short name nor hex digits"},
+    {"FirstArc", "3.1", "not an OID in dotted form: the first arc is above 2"},
+    {"SingleArc", "1.", "not an OID in dotted form: an arc is missing behind the last dot"},
+    {"EmptyArc", "1..2", "not an OID in dotted form: an arc is missing between two dots"},
+    {"NoFirstArc", ".1", "not an OID in dotted form: the first arc is missing"},
+    {"LargeArc", "1.2.4294967296", "not an OID in dotted form: the arc 4294967296 is above 4294967295"},
+};
+INSTANTIATE_TEST_SUITE_P(Values, OidCommandRefusal, testing::ValuesIn(oid_command_refusal_values_rows), row_name);
 
 TEST(OidCommand, SaysThatAnOidIsTooLong) {
     std::string dotted = "1.2";

@@ -81,18 +81,17 @@ TEST_P(SigFault, IsToldWithItsOffset) {
     EXPECT_EQ(result.err, std::string("pkider: standard input: ") + GetParam().fault + "\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Faults, SigFault,
-    testing::Values(
-        fault_row_t{"NoValue", "dsa", "0500", "offset 0: expected a SEQUENCE, the signature value, found 05 00"},
-        fault_row_t{"NoR", "dsa", "30020500", "offset 2: expected an INTEGER, r, found 05 00"},
-        fault_row_t{"NoS", "dsa", "3003020105", "offset 5: expected an INTEGER, s, found the end"},
-        fault_row_t{"ValueCut", "dsa", "3006020105",
-                    "offset 0: expected a SEQUENCE, the signature value, found 30 06 02 01 05, whose length is bad"},
-        fault_row_t{"NoIdentifier", "ike", "0500",
-                    "offset 0: expected a SEQUENCE, the algorithm identifier, found 05 00"},
-        fault_row_t{"NoOid", "ike", "30020500", "offset 2: expected an OBJECT IDENTIFIER, the algorithm, found 05 00"}),
-    [](const auto& row) { return row.param.name; });
+const fault_row_t faults_rows[] = {
+    {"NoValue", "dsa", "0500", "offset 0: expected a SEQUENCE, the signature value, found 05 00"},
+    {"NoR", "dsa", "30020500", "offset 2: expected an INTEGER, r, found 05 00"},
+    {"NoS", "dsa", "3003020105", "offset 5: expected an INTEGER, s, found the end"},
+    {"ValueCut", "dsa", "3006020105",
+     "offset 0: expected a SEQUENCE, the signature value, found 30 06 02 01 05, whose length is bad"},
+    {"NoIdentifier", "ike", "0500", "offset 0: expected a SEQUENCE, the algorithm identifier, found 05 00"},
+    {"NoOid", "ike", "30020500", "offset 2: expected an OBJECT IDENTIFIER, the algorithm, found 05 00"},
+};
+INSTANTIATE_TEST_SUITE_P(Faults, SigFault, testing::ValuesIn(faults_rows),
+                         [](const auto& row) { return row.param.name; });
 
 } // namespace
 } // namespace pkider_test

@@ -23,107 +23,104 @@ TEST_P(WhatCommand, TellsWhatItIs) {
     EXPECT_EQ(result.err, "");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Kinds, WhatCommand,
-    testing::Values(
-        what_row_t{"Name", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 62 63"_hex,
-                   "name, DER\n"
-                   "  name         CN=abc\n"
-                   "  look closer  pkider dn decode -\n"},
-        what_row_t{"AlgorithmIdentifier", "30 0D 06 09 2A 86 48 86 F7 0D 01 01 0B 05 00"_hex,
-                   "algorithm identifier, DER\n"
-                   "  algorithm    sha256RSA (1.2.840.113549.1.1.11)\n"
-                   "  signature    sha256RSA\n"
-                   "  look closer  pkider sig ike -\n"},
-        what_row_t{"AlgorithmIdentifierOfPss", "30 0D 06 09 2A 86 48 86 F7 0D 01 01 0A 30 00"_hex,
-                   "algorithm identifier, DER\n"
-                   "  algorithm    RSASSA-PSS (1.2.840.113549.1.1.10)\n"
-                   "  signature    sha1RSASSA-PSS\n"
-                   "  PSS          hash SHA1 (default), mask MGF1 with SHA1 (default), salt 20 bytes (default)\n"
-                   "  look closer  pkider sig ike -\n"},
-        what_row_t{"DigestInfo", "30 0F 30 09 06 05 2B 0E 03 02 1A 05 00 04 02 AB CD"_hex,
-                   "digest info, DER\n"
-                   "  hash         SHA1 (1.3.14.3.2.26)\n"
-                   "  digest       ABCD\n"
-                   "  look closer  pkider digestinfo read -\n"},
-        what_row_t{"SignatureValue", "30 16 02 09 00 81 00 00 00 00 00 00 01 02 09 01 42 00 00 00 00 00 00 01"_hex,
-                   "signature value (DSA, ECDSA), DER\n"
-                   "  r            64 bits\n"
-                   "  s            65 bits\n"
-                   "  look closer  pkider sig dsa -\n"},
-        what_row_t{"PublicKey",
-                   "30 1B 30 0D 06 09 2A 86 48 86 F7 0D 01 01 01 05 00 03 0A 00 30 07 02 02 00 C3 02 01 03"_hex,
-                   "public key, DER\n"
-                   "  key          RSA, 8 bits, exponent 3\n"
-                   "  look closer  pkider key show -\n"},
-        what_row_t{"PrivateKey", "30 16 02 01 00 30 0D 06 09 2A 86 48 86 F7 0D 01 01 01 05 00 04 02 30 00"_hex,
-                   "private key (PKCS#8), DER\n"
-                   "  algorithm    RSA (1.2.840.113549.1.1.1)\n"
-                   "  private key  2 bytes, not encrypted\n"
-                   "  look closer  pkider key show -\n"},
-        what_row_t{"EncryptedPrivateKey",
-                   "30 2D 30 27 06 09 2A 86 48 86 F7 0D 01 05 0D 30 1A"
-                   "      30 0B 06 09 2A 86 48 86 F7 0D 01 05 0C"
-                   "      30 0B 06 09 60 86 48 01 65 03 04 01 2A"
-                   "   04 02 AB CD"_hex,
-                   "encrypted private key (PKCS#8), DER\n"
-                   "  encryption   PBES2 (1.2.840.113549.1.5.13)\n"
-                   "  derivation   PBKDF2 (1.2.840.113549.1.5.12)\n"
-                   "  cipher       aes256-CBC (2.16.840.1.101.3.4.1.42)\n"
-                   "  encrypted    2 bytes\n"
-                   "  look closer  pkider key show -\n"},
-        what_row_t{"Pkcs12WithoutMac", "30 14 02 01 03 30 0F 06 09 2A 86 48 86 F7 0D 01 07 01 A0 02 04 00"_hex,
-                   "PKCS#12 container without a MAC, DER\n"
-                   "  version      3\n"
-                   "  content      data (1.2.840.113549.1.7.1)\n"
-                   "  MAC          none\n"
-                   "  look closer  pkider der -\n"},
-        what_row_t{
-            "Pkcs12",
-            "30 33 02 01 03"
-            "   30 0F 06 09 2A 86 48 86 F7 0D 01 07 01 A0 02 04 00"
-            "   30 1D 30 0D 30 09 06 05 2B 0E 03 02 1A 05 00 04 00 04 08 01 02 03 04 05 06 07 08 02 02 08 00"_hex,
-            "PKCS#12 container, DER\n"
-            "  version      3\n"
-            "  content      data (1.2.840.113549.1.7.1)\n"
-            "  MAC          SHA1 (1.3.14.3.2.26), 2048 iterations\n"
-            "  look closer  pkider p12 list -\n"},
-        what_row_t{"CmsContent", "30 0F 06 09 2A 86 48 86 F7 0D 01 07 02 A0 02 30 00"_hex,
-                   "CMS content (PKCS#7), DER\n"
-                   "  content      signedData (1.2.840.113549.1.7.2)\n"
-                   "  look closer  pkider der -\n"},
-        what_row_t{"EcPrivateKey", "30 10 02 01 01 04 01 05 A0 08 06 06 2B 81 04 00 22 01"_hex,
-                   "EC private key, DER\n"
-                   "  private key  1 byte, not encrypted\n"
-                   "  curve        1.3.132.0.34.1\n"
-                   "  look closer  pkider der -\n"},
-        what_row_t{"RsaPrivateKey",
-                   "30 1B 02 01 00 02 01 0F 02 01 03 02 01 03 02 01 05 02 01 03 02 01 03 02 01 01 02 01 02"_hex,
-                   "RSA private key (PKCS#1), DER\n"
-                   "  key          RSA, 4 bits, exponent 3, not encrypted\n"
-                   "  look closer  pkider der -\n"},
-        what_row_t{"ObjectIdentifier", "06 03 55 04 03"_hex,
-                   "object identifier, DER\n"
-                   "  OID          CN (2.5.4.3)\n"
-                   "  look closer  pkider der -\n"},
-        what_row_t{"PlainSequence", "30 05 02 01 05 05 00"_hex,
-                   "DER of no known kind, DER\n"
-                   "  outermost    SEQUENCE, 5 bytes of contents\n"
-                   "  look closer  pkider der -\n"},
-        what_row_t{"PlainInteger", "02 01 05"_hex,
-                   "DER of no known kind, DER\n"
-                   "  outermost    INTEGER, 1 byte of contents\n"
-                   "  look closer  pkider der -\n"},
-        what_row_t{"SmallNumbers", "30 06 02 01 05 02 01 07"_hex,
-                   "DER of no known kind, DER\n"
-                   "  outermost    SEQUENCE, 6 bytes of contents\n"
-                   "  look closer  pkider der -\n"},
-        what_row_t{"SomethingBehindIt", "06 03 55 04 03 05 00"_hex,
-                   "object identifier, DER\n"
-                   "  OID          CN (2.5.4.3)\n"
-                   "  behind it    2 bytes more\n"
-                   "  look closer  pkider der -\n"}),
-    [](const auto& row) { return row.param.name; });
+const what_row_t kinds_rows[] = {
+    {"Name", "30 0E 31 0C 30 0A 06 03 55 04 03 13 03 61 62 63"_hex,
+     "name, DER\n"
+     "  name         CN=abc\n"
+     "  look closer  pkider dn decode -\n"},
+    {"AlgorithmIdentifier", "30 0D 06 09 2A 86 48 86 F7 0D 01 01 0B 05 00"_hex,
+     "algorithm identifier, DER\n"
+     "  algorithm    sha256RSA (1.2.840.113549.1.1.11)\n"
+     "  signature    sha256RSA\n"
+     "  look closer  pkider sig ike -\n"},
+    {"AlgorithmIdentifierOfPss", "30 0D 06 09 2A 86 48 86 F7 0D 01 01 0A 30 00"_hex,
+     "algorithm identifier, DER\n"
+     "  algorithm    RSASSA-PSS (1.2.840.113549.1.1.10)\n"
+     "  signature    sha1RSASSA-PSS\n"
+     "  PSS          hash SHA1 (default), mask MGF1 with SHA1 (default), salt 20 bytes (default)\n"
+     "  look closer  pkider sig ike -\n"},
+    {"DigestInfo", "30 0F 30 09 06 05 2B 0E 03 02 1A 05 00 04 02 AB CD"_hex,
+     "digest info, DER\n"
+     "  hash         SHA1 (1.3.14.3.2.26)\n"
+     "  digest       ABCD\n"
+     "  look closer  pkider digestinfo read -\n"},
+    {"SignatureValue", "30 16 02 09 00 81 00 00 00 00 00 00 01 02 09 01 42 00 00 00 00 00 00 01"_hex,
+     "signature value (DSA, ECDSA), DER\n"
+     "  r            64 bits\n"
+     "  s            65 bits\n"
+     "  look closer  pkider sig dsa -\n"},
+    {"PublicKey", "30 1B 30 0D 06 09 2A 86 48 86 F7 0D 01 01 01 05 00 03 0A 00 30 07 02 02 00 C3 02 01 03"_hex,
+     "public key, DER\n"
+     "  key          RSA, 8 bits, exponent 3\n"
+     "  look closer  pkider key show -\n"},
+    {"PrivateKey", "30 16 02 01 00 30 0D 06 09 2A 86 48 86 F7 0D 01 01 01 05 00 04 02 30 00"_hex,
+     "private key (PKCS#8), DER\n"
+     "  algorithm    RSA (1.2.840.113549.1.1.1)\n"
+     "  private key  2 bytes, not encrypted\n"
+     "  look closer  pkider key show -\n"},
+    {"EncryptedPrivateKey",
+     "30 2D 30 27 06 09 2A 86 48 86 F7 0D 01 05 0D 30 1A"
+     "      30 0B 06 09 2A 86 48 86 F7 0D 01 05 0C"
+     "      30 0B 06 09 60 86 48 01 65 03 04 01 2A"
+     "   04 02 AB CD"_hex,
+     "encrypted private key (PKCS#8), DER\n"
+     "  encryption   PBES2 (1.2.840.113549.1.5.13)\n"
+     "  derivation   PBKDF2 (1.2.840.113549.1.5.12)\n"
+     "  cipher       aes256-CBC (2.16.840.1.101.3.4.1.42)\n"
+     "  encrypted    2 bytes\n"
+     "  look closer  pkider key show -\n"},
+    {"Pkcs12WithoutMac", "30 14 02 01 03 30 0F 06 09 2A 86 48 86 F7 0D 01 07 01 A0 02 04 00"_hex,
+     "PKCS#12 container without a MAC, DER\n"
+     "  version      3\n"
+     "  content      data (1.2.840.113549.1.7.1)\n"
+     "  MAC          none\n"
+     "  look closer  pkider der -\n"},
+    {"Pkcs12",
+     "30 33 02 01 03"
+     "   30 0F 06 09 2A 86 48 86 F7 0D 01 07 01 A0 02 04 00"
+     "   30 1D 30 0D 30 09 06 05 2B 0E 03 02 1A 05 00 04 00 04 08 01 02 03 04 05 06 07 08 02 02 08 00"_hex,
+     "PKCS#12 container, DER\n"
+     "  version      3\n"
+     "  content      data (1.2.840.113549.1.7.1)\n"
+     "  MAC          SHA1 (1.3.14.3.2.26), 2048 iterations\n"
+     "  look closer  pkider p12 list -\n"},
+    {"CmsContent", "30 0F 06 09 2A 86 48 86 F7 0D 01 07 02 A0 02 30 00"_hex,
+     "CMS content (PKCS#7), DER\n"
+     "  content      signedData (1.2.840.113549.1.7.2)\n"
+     "  look closer  pkider der -\n"},
+    {"EcPrivateKey", "30 10 02 01 01 04 01 05 A0 08 06 06 2B 81 04 00 22 01"_hex,
+     "EC private key, DER\n"
+     "  private key  1 byte, not encrypted\n"
+     "  curve        1.3.132.0.34.1\n"
+     "  look closer  pkider der -\n"},
+    {"RsaPrivateKey", "30 1B 02 01 00 02 01 0F 02 01 03 02 01 03 02 01 05 02 01 03 02 01 03 02 01 01 02 01 02"_hex,
+     "RSA private key (PKCS#1), DER\n"
+     "  key          RSA, 4 bits, exponent 3, not encrypted\n"
+     "  look closer  pkider der -\n"},
+    {"ObjectIdentifier", "06 03 55 04 03"_hex,
+     "object identifier, DER\n"
+     "  OID          CN (2.5.4.3)\n"
+     "  look closer  pkider der -\n"},
+    {"PlainSequence", "30 05 02 01 05 05 00"_hex,
+     "DER of no known kind, DER\n"
+     "  outermost    SEQUENCE, 5 bytes of contents\n"
+     "  look closer  pkider der -\n"},
+    {"PlainInteger", "02 01 05"_hex,
+     "DER of no known kind, DER\n"
+     "  outermost    INTEGER, 1 byte of contents\n"
+     "  look closer  pkider der -\n"},
+    {"SmallNumbers", "30 06 02 01 05 02 01 07"_hex,
+     "DER of no known kind, DER\n"
+     "  outermost    SEQUENCE, 6 bytes of contents\n"
+     "  look closer  pkider der -\n"},
+    {"SomethingBehindIt", "06 03 55 04 03 05 00"_hex,
+     "object identifier, DER\n"
+     "  OID          CN (2.5.4.3)\n"
+     "  behind it    2 bytes more\n"
+     "  look closer  pkider der -\n"},
+};
+INSTANTIATE_TEST_SUITE_P(Kinds, WhatCommand, testing::ValuesIn(kinds_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(WhatCommand, AnswersNoToWhatItDoesNotKnow) {
     const temp_dir_t dir;

@@ -317,16 +317,17 @@ TEST_P(GostPbeFile, IsReadWhole) {
 
 constexpr auto by_pbkdf2 = tool::mac_form_t::pbkdf2;
 constexpr auto by_pkcs12 = tool::mac_form_t::pkcs12;
-INSTANTIATE_TEST_SUITE_P(Files, GostPbeFile,
-                         testing::Values(file_row_t{"ThreeCertificates", "three_certs.p12", "secret", by_pbkdf2},
-                                         file_row_t{"EmptyPassword", "empty_password.p12", "", by_pbkdf2},
-                                         file_row_t{"MacOfStribog256", "mac_2012_256.p12", "secret", by_pbkdf2},
-                                         file_row_t{"MacOfStribog512", "mac_2012_512.p12", "secret", by_pbkdf2},
-                                         file_row_t{"OlderMac", "older_mac.p12", "secret", by_pkcs12},
-                                         file_row_t{"OlderMacOfStribog512", "older_mac_2012_512.p12", "secret",
-                                                    by_pkcs12},
-                                         file_row_t{"MacOfShaOne", "mac_sha1.p12", "secret", by_pkcs12},
-                                         file_row_t{"MacOfShaTwo512", "mac_sha512.p12", "Пароль", by_pkcs12}),
+const file_row_t files_rows[] = {
+    {"ThreeCertificates", "three_certs.p12", "secret", by_pbkdf2},
+    {"EmptyPassword", "empty_password.p12", "", by_pbkdf2},
+    {"MacOfStribog256", "mac_2012_256.p12", "secret", by_pbkdf2},
+    {"MacOfStribog512", "mac_2012_512.p12", "secret", by_pbkdf2},
+    {"OlderMac", "older_mac.p12", "secret", by_pkcs12},
+    {"OlderMacOfStribog512", "older_mac_2012_512.p12", "secret", by_pkcs12},
+    {"MacOfShaOne", "mac_sha1.p12", "secret", by_pkcs12},
+    {"MacOfShaTwo512", "mac_sha512.p12", "Пароль", by_pkcs12},
+};
+INSTANTIATE_TEST_SUITE_P(Files, GostPbeFile, testing::ValuesIn(files_rows),
                          [](const auto& row) { return row.param.name; });
 
 class GostPbeParamSet : public testing::TestWithParam<const char*> {

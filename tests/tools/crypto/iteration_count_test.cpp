@@ -29,20 +29,22 @@ TEST_P(IterationCount, IsJudgedAndHasNeighbours) {
     EXPECT_EQ(storable_neighbours(row.count).above.value_or(0), row.above);
 }
 
-INSTANTIATE_TEST_SUITE_P(Counts, IterationCount,
-                         testing::Values(count_row_t{"Zero", 0, false, 0, 1},                        //
-                                         count_row_t{"One", 1, true, 0, 2},                          //
-                                         count_row_t{"LastOfOneByte", 255, true, 254, 257},          //
-                                         count_row_t{"FirstOfTwoBytes", 256, false, 255, 257},       //
-                                         count_row_t{"TwoThousand", 2000, true, 1999, 2001},         //
-                                         count_row_t{"OpenSslDefault", 2048, false, 2047, 2049},     //
-                                         count_row_t{"TwoToTwelve", 4096, false, 4095, 4097},        //
-                                         count_row_t{"TwoToSixteen", 65536, false, 65535, 65793},    //
-                                         count_row_t{"HoleInside", 65537, false, 65535, 65793},      //
-                                         count_row_t{"Million", 1000000, true, 999999, 1000001},     //
-                                         count_row_t{"GnuTlsDefault", 600000, true, 599999, 600001}, //
-                                         count_row_t{"FarFromBoth", 0x0100FFFF, false, 0x00FFFFFF, 0x01010101},
-                                         count_row_t{"AllOnes", 0xFFFFFFFF, true, 0xFFFFFFFE, 0}),
+const count_row_t counts_rows[] = {
+    {"Zero", 0, false, 0, 1},
+    {"One", 1, true, 0, 2},
+    {"LastOfOneByte", 255, true, 254, 257},
+    {"FirstOfTwoBytes", 256, false, 255, 257},
+    {"TwoThousand", 2000, true, 1999, 2001},
+    {"OpenSslDefault", 2048, false, 2047, 2049},
+    {"TwoToTwelve", 4096, false, 4095, 4097},
+    {"TwoToSixteen", 65536, false, 65535, 65793},
+    {"HoleInside", 65537, false, 65535, 65793},
+    {"Million", 1000000, true, 999999, 1000001},
+    {"GnuTlsDefault", 600000, true, 599999, 600001},
+    {"FarFromBoth", 0x0100FFFF, false, 0x00FFFFFF, 0x01010101},
+    {"AllOnes", 0xFFFFFFFF, true, 0xFFFFFFFE, 0},
+};
+INSTANTIATE_TEST_SUITE_P(Counts, IterationCount, testing::ValuesIn(counts_rows),
                          [](const auto& row) { return row.param.name; });
 
 } // namespace

@@ -51,16 +51,16 @@ TEST_P(PbkdfTwo, BlocksAreThoseOfLibgcrypt) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Hashes, PbkdfTwo,
-    testing::Values(pbkdf2_row_t{"GostOf94", GCRY_MD_GOSTR3411_CP, "secret", 2000},
-                    pbkdf2_row_t{"GostOf94Once", GCRY_MD_GOSTR3411_CP, "secret", 1},
-                    pbkdf2_row_t{"EmptyPassword", GCRY_MD_GOSTR3411_CP, "", 3},
-                    pbkdf2_row_t{"LongPassword", GCRY_MD_GOSTR3411_CP,
-                                 "a password that is longer than a block of the hash, which is 32 bytes", 3},
-                    pbkdf2_row_t{"Stribog256", GCRY_MD_STRIBOG256, "secret", 5},
-                    pbkdf2_row_t{"Stribog512", GCRY_MD_STRIBOG512, "secret", 5}),
-    [](const auto& row) { return row.param.name; });
+const pbkdf2_row_t hashes_rows[] = {
+    {"GostOf94", GCRY_MD_GOSTR3411_CP, "secret", 2000},
+    {"GostOf94Once", GCRY_MD_GOSTR3411_CP, "secret", 1},
+    {"EmptyPassword", GCRY_MD_GOSTR3411_CP, "", 3},
+    {"LongPassword", GCRY_MD_GOSTR3411_CP, "a password that is longer than a block of the hash, which is 32 bytes", 3},
+    {"Stribog256", GCRY_MD_STRIBOG256, "secret", 5},
+    {"Stribog512", GCRY_MD_STRIBOG512, "secret", 5},
+};
+INSTANTIATE_TEST_SUITE_P(Hashes, PbkdfTwo, testing::ValuesIn(hashes_rows),
+                         [](const auto& row) { return row.param.name; });
 
 // RFC 9337 B.1: HMAC GOST R 34.11-2012 512, password "password", salt "salt", one iteration.
 TEST(PbkdfTwoVector, AgreesWithTheStandard) {
@@ -113,25 +113,21 @@ TEST_P(PkcsTwelveMacKey, AgreesWithOpenSsl) {
     EXPECT_EQ(bytes_of(pkcs12_mac_key(row.hash, row.block_size, row.password, row.salt, row.iterations)), row.key);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Hashes, PkcsTwelveMacKey,
-    testing::Values(
-        pkcs12_row_t{"ShaOne", GCRY_MD_SHA1, 64, "secret", "0102030405060708"_hex, 2048,
-                     "70 E5 AE 6C E6 B0 79 C6 9E 3B CF 26 7F B1 3E BA BD CF DA C9"_hex},
-        pkcs12_row_t{
-            "ShaOneLongSalt", GCRY_MD_SHA1, 64, "secret",
-            "00000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000011111111111111111111"_hex,
-            1, "C9 E7 62 52 4F B8 76 C6 B4 7E 46 A7 FD 4F F9 EE A5 28 F0 7D"_hex},
-        pkcs12_row_t{
-            "ShaTwo256", GCRY_MD_SHA256, 64, "Пароль", "0102030405060708"_hex, 2,
-            "75 69 2E 8B 38 6A 80 77 0D D0 22 85 27 AC 94 25 9C 49 6D 76 83 BC 4A D0 4C 23 56 B2 52 1F 71 6C"_hex},
-        pkcs12_row_t{
-            "ShaTwo384", GCRY_MD_SHA384, 128, "secret", "0102"_hex, 3,
-            "0F 33 62 80 34 8A 05 20 11 A1 12 79 19 1F 75 A4 DD 1E B6 A2 FD 24 43 41 CA F2 62 6B 1A 43 E9 15 29 41 A9 F1 84 3E 39 CF 6D 2F 4E 80 C7 29 D1 86"_hex},
-        pkcs12_row_t{
-            "ShaTwo512", GCRY_MD_SHA512, 128, "", "0102"_hex, 3,
-            "F4 BE B0 9D 41 26 09 28 61 C0 C9 C4 CF A2 80 99 E0 F0 27 D9 76 0F C9 EE DD 1C EF C9 19 16 06 BE 60 E8 DA AC 13 B6 20 83 57 73 66 10 A0 70 79 03 D5 32 1F 99 3D 27 AD 8A 68 3C AE 3C B7 66 09 A8"_hex}),
-    [](const auto& row) { return row.param.name; });
+const pkcs12_row_t pkcs_twelve_mac_key_hashes_rows[] = {
+    {"ShaOne", GCRY_MD_SHA1, 64, "secret", "0102030405060708"_hex, 2048,
+     "70 E5 AE 6C E6 B0 79 C6 9E 3B CF 26 7F B1 3E BA BD CF DA C9"_hex},
+    {"ShaOneLongSalt", GCRY_MD_SHA1, 64, "secret",
+     "00000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000000011111111111111111111"_hex,
+     1, "C9 E7 62 52 4F B8 76 C6 B4 7E 46 A7 FD 4F F9 EE A5 28 F0 7D"_hex},
+    {"ShaTwo256", GCRY_MD_SHA256, 64, "Пароль", "0102030405060708"_hex, 2,
+     "75 69 2E 8B 38 6A 80 77 0D D0 22 85 27 AC 94 25 9C 49 6D 76 83 BC 4A D0 4C 23 56 B2 52 1F 71 6C"_hex},
+    {"ShaTwo384", GCRY_MD_SHA384, 128, "secret", "0102"_hex, 3,
+     "0F 33 62 80 34 8A 05 20 11 A1 12 79 19 1F 75 A4 DD 1E B6 A2 FD 24 43 41 CA F2 62 6B 1A 43 E9 15 29 41 A9 F1 84 3E 39 CF 6D 2F 4E 80 C7 29 D1 86"_hex},
+    {"ShaTwo512", GCRY_MD_SHA512, 128, "", "0102"_hex, 3,
+     "F4 BE B0 9D 41 26 09 28 61 C0 C9 C4 CF A2 80 99 E0 F0 27 D9 76 0F C9 EE DD 1C EF C9 19 16 06 BE 60 E8 DA AC 13 B6 20 83 57 73 66 10 A0 70 79 03 D5 32 1F 99 3D 27 AD 8A 68 3C AE 3C B7 66 09 A8"_hex},
+};
+INSTANTIATE_TEST_SUITE_P(Hashes, PkcsTwelveMacKey, testing::ValuesIn(pkcs_twelve_mac_key_hashes_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(PkcsTwelveMacKeyRefusal, HasNoKeyForWhatIsNoUtf8) {
     EXPECT_TRUE(pkcs12_mac_key(GCRY_MD_SHA1, 64, "\xFF", "01"_hex, 1).empty());

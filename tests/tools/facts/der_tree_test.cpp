@@ -27,48 +27,46 @@ TEST_P(DerTree, ShowsTheValue) {
     EXPECT_EQ(first_lines(GetParam().element), GetParam().lines);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Values, DerTree,
-    testing::Values(
-        value_row_t{"False", "01 01 00"_hex, "   0  2+1     BOOLEAN FALSE\n"},
-        value_row_t{"True", "01 01 FF"_hex, "   0  2+1     BOOLEAN TRUE\n"},
-        value_row_t{"TrueOfBer", "01 01 01"_hex, "   0  2+1     BOOLEAN 01  |.|\n"},
-        value_row_t{"Zero", "02 01 00"_hex, "   0  2+1     INTEGER 0\n"},
-        value_row_t{"Negative", "02 02 FF 7F"_hex, "   0  2+2     INTEGER -129\n"},
-        value_row_t{"Largest", "02 08 7F FF FF FF FF FF FF FF"_hex, "   0  2+8     INTEGER 9223372036854775807\n"},
-        value_row_t{"Smallest", "02 08 80 00 00 00 00 00 00 00"_hex, "   0  2+8     INTEGER -9223372036854775808\n"},
-        value_row_t{"NineBytes", "02 09 00 80 00 00 00 00 00 00 00"_hex,
-                    "   0  2+9     INTEGER\n"
-                    "                00 80 00 00 00 00 00 00  00                       |.........|\n"},
-        value_row_t{"EmptyInteger", "02 00"_hex, "   0  2+0     INTEGER\n"},
-        value_row_t{"Enumerated", "0A 01 05"_hex, "   0  2+1     ENUMERATED 5\n"},
-        value_row_t{"Bits", "03 02 05 A0"_hex, "   0  2+2     BIT STRING 5 unused bits A0  |.|\n"},
-        value_row_t{"OneUnusedBit", "03 02 01 A0"_hex, "   0  2+2     BIT STRING 1 unused bit A0  |.|\n"},
-        value_row_t{"NoUnusedBits", "03 02 00 41"_hex, "   0  2+2     BIT STRING 41  |A|\n"},
-        value_row_t{"NineUnusedBits", "03 02 09 41"_hex, "   0  2+2     BIT STRING 09 41  |.A|\n"},
-        value_row_t{"Octets", "04 03 00 41 7F"_hex, "   0  2+3     OCTET STRING 00 41 7F  |.A.|\n"},
-        value_row_t{"Null", "05 00"_hex, "   0  2+0     NULL\n"},
-        value_row_t{"Oid", "06 03 55 04 03"_hex, "   0  2+3     OBJECT IDENTIFIER CN (2.5.4.3)\n"},
-        value_row_t{"OidWithPadding", "06 02 80 01"_hex,
-                    "   0  2+2     OBJECT IDENTIFIER 0.1, not minimal 80 01  |..|\n"},
-        value_row_t{"CutOid", "06 02 2A 86"_hex, "   0  2+2     OBJECT IDENTIFIER 2A 86  |*.|\n"},
-        value_row_t{"Utf8", "0C 03 C3 A9 21"_hex, "   0  2+3     UTF8String \"\xC3\xA9!\"\n"},
-        value_row_t{"EmptyString", "13 00"_hex, "   0  2+0     PrintableString \"\"\n"},
-        value_row_t{"EscapeSequence", "0C 04 1B 5B 33 6D"_hex, "   0  2+4     UTF8String \"\\1B[3m\"\n"},
-        value_row_t{"NotUtf8", "0C 01 FF"_hex, "   0  2+1     UTF8String \"\\FF\"\n"},
-        value_row_t{"Teletex", "14 02 C2 65"_hex, "   0  2+2     TeletexString \"\xC3\xA9\"\n"},
-        value_row_t{"TeletexThatDoesNotConvert", "14 01 24"_hex, "   0  2+1     TeletexString 24  |$|\n"},
-        value_row_t{"Bmp", "1E 04 04 22 00 2C"_hex, "   0  2+4     BMPString \"\xD0\xA2,\"\n"},
-        value_row_t{"OddBmp", "1E 01 41"_hex, "   0  2+1     BMPString 41  |A|\n"},
-        value_row_t{"Universal", "1C 04 00 01 F6 00"_hex, "   0  2+4     UniversalString \"\xF0\x9F\x98\x80\"\n"},
-        value_row_t{"Time", "17 0D 32 36 31 31 32 31 30 39 33 33 35 39 5A"_hex,
-                    "   0  2+13    UTCTime \"261121093359Z\"\n"},
-        value_row_t{"Context", "82 02 61 62"_hex, "   0  2+2     [2] 61 62  |ab|\n"},
-        value_row_t{"TwoLines", "04 11 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10"_hex,
-                    "   0  2+17    OCTET STRING\n"
-                    "                00 01 02 03 04 05 06 07  08 09 0A 0B 0C 0D 0E 0F  |................|\n"
-                    "                10                                                |.|\n"}),
-    [](const auto& row) { return row.param.name; });
+const value_row_t values_rows[] = {
+    {"False", "01 01 00"_hex, "   0  2+1     BOOLEAN FALSE\n"},
+    {"True", "01 01 FF"_hex, "   0  2+1     BOOLEAN TRUE\n"},
+    {"TrueOfBer", "01 01 01"_hex, "   0  2+1     BOOLEAN 01  |.|\n"},
+    {"Zero", "02 01 00"_hex, "   0  2+1     INTEGER 0\n"},
+    {"Negative", "02 02 FF 7F"_hex, "   0  2+2     INTEGER -129\n"},
+    {"Largest", "02 08 7F FF FF FF FF FF FF FF"_hex, "   0  2+8     INTEGER 9223372036854775807\n"},
+    {"Smallest", "02 08 80 00 00 00 00 00 00 00"_hex, "   0  2+8     INTEGER -9223372036854775808\n"},
+    {"NineBytes", "02 09 00 80 00 00 00 00 00 00 00"_hex,
+     "   0  2+9     INTEGER\n"
+     "                00 80 00 00 00 00 00 00  00                       |.........|\n"},
+    {"EmptyInteger", "02 00"_hex, "   0  2+0     INTEGER\n"},
+    {"Enumerated", "0A 01 05"_hex, "   0  2+1     ENUMERATED 5\n"},
+    {"Bits", "03 02 05 A0"_hex, "   0  2+2     BIT STRING 5 unused bits A0  |.|\n"},
+    {"OneUnusedBit", "03 02 01 A0"_hex, "   0  2+2     BIT STRING 1 unused bit A0  |.|\n"},
+    {"NoUnusedBits", "03 02 00 41"_hex, "   0  2+2     BIT STRING 41  |A|\n"},
+    {"NineUnusedBits", "03 02 09 41"_hex, "   0  2+2     BIT STRING 09 41  |.A|\n"},
+    {"Octets", "04 03 00 41 7F"_hex, "   0  2+3     OCTET STRING 00 41 7F  |.A.|\n"},
+    {"Null", "05 00"_hex, "   0  2+0     NULL\n"},
+    {"Oid", "06 03 55 04 03"_hex, "   0  2+3     OBJECT IDENTIFIER CN (2.5.4.3)\n"},
+    {"OidWithPadding", "06 02 80 01"_hex, "   0  2+2     OBJECT IDENTIFIER 0.1, not minimal 80 01  |..|\n"},
+    {"CutOid", "06 02 2A 86"_hex, "   0  2+2     OBJECT IDENTIFIER 2A 86  |*.|\n"},
+    {"Utf8", "0C 03 C3 A9 21"_hex, "   0  2+3     UTF8String \"\xC3\xA9!\"\n"},
+    {"EmptyString", "13 00"_hex, "   0  2+0     PrintableString \"\"\n"},
+    {"EscapeSequence", "0C 04 1B 5B 33 6D"_hex, "   0  2+4     UTF8String \"\\1B[3m\"\n"},
+    {"NotUtf8", "0C 01 FF"_hex, "   0  2+1     UTF8String \"\\FF\"\n"},
+    {"Teletex", "14 02 C2 65"_hex, "   0  2+2     TeletexString \"\xC3\xA9\"\n"},
+    {"TeletexThatDoesNotConvert", "14 01 24"_hex, "   0  2+1     TeletexString 24  |$|\n"},
+    {"Bmp", "1E 04 04 22 00 2C"_hex, "   0  2+4     BMPString \"\xD0\xA2,\"\n"},
+    {"OddBmp", "1E 01 41"_hex, "   0  2+1     BMPString 41  |A|\n"},
+    {"Universal", "1C 04 00 01 F6 00"_hex, "   0  2+4     UniversalString \"\xF0\x9F\x98\x80\"\n"},
+    {"Time", "17 0D 32 36 31 31 32 31 30 39 33 33 35 39 5A"_hex, "   0  2+13    UTCTime \"261121093359Z\"\n"},
+    {"Context", "82 02 61 62"_hex, "   0  2+2     [2] 61 62  |ab|\n"},
+    {"TwoLines", "04 11 00 01 02 03 04 05 06 07 08 09 0A 0B 0C 0D 0E 0F 10"_hex,
+     "   0  2+17    OCTET STRING\n"
+     "                00 01 02 03 04 05 06 07  08 09 0A 0B 0C 0D 0E 0F  |................|\n"
+     "                10                                                |.|\n"},
+};
+INSTANTIATE_TEST_SUITE_P(Values, DerTree, testing::ValuesIn(values_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(DerTree, CutsLongValuesAndSaysSo) {
     EXPECT_EQ(first_lines("04 04 41 42 43 44"_hex, 3), "   0  2+4     OCTET STRING 41 42 43  |ABC| ... 1 more byte\n");

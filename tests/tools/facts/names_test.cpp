@@ -70,18 +70,18 @@ TEST_P(OidLabel, SaysWhatIsKnown) {
     EXPECT_EQ(tool::oid_label(tool::describe_oid(GetParam().contents, OID_MAP_HANDLE_DEFAULT)), GetParam().label);
 }
 
-INSTANTIATE_TEST_SUITE_P(Oids, OidLabel,
-                         testing::Values(oid_row_t{"OfTheMap", "55 04 03"_hex, "CN (2.5.4.3)"},
-                                         oid_row_t{"OfTheCatalogue", "60 86 48 01 65 03 04 02 01"_hex,
-                                                   "SHA256 (2.16.840.1.101.3.4.2.1)"},
-                                         oid_row_t{"OfAStandard", "55 1D 0F"_hex, "keyUsage (2.5.29.15)"},
-                                         oid_row_t{"OfNobody", "2A 03 04"_hex, "1.2.3.4"},
-                                         oid_row_t{"BeyondTwoThirtyNine", "88 37"_hex, "2.999"},
-                                         oid_row_t{"WithAWideArc", "2A 90 80 80 80 00"_hex, "1.2.4294967296"},
-                                         oid_row_t{"NotMinimal", "2A 80 03"_hex, "1.2.3, not minimal"},
-                                         oid_row_t{"Cut", "2A 86"_hex, "not an object identifier"},
-                                         oid_row_t{"Empty", {}, "not an object identifier"}),
-                         [](const auto& row) { return row.param.name; });
+const oid_row_t oids_rows[] = {
+    {"OfTheMap", "55 04 03"_hex, "CN (2.5.4.3)"},
+    {"OfTheCatalogue", "60 86 48 01 65 03 04 02 01"_hex, "SHA256 (2.16.840.1.101.3.4.2.1)"},
+    {"OfAStandard", "55 1D 0F"_hex, "keyUsage (2.5.29.15)"},
+    {"OfNobody", "2A 03 04"_hex, "1.2.3.4"},
+    {"BeyondTwoThirtyNine", "88 37"_hex, "2.999"},
+    {"WithAWideArc", "2A 90 80 80 80 00"_hex, "1.2.4294967296"},
+    {"NotMinimal", "2A 80 03"_hex, "1.2.3, not minimal"},
+    {"Cut", "2A 86"_hex, "not an object identifier"},
+    {"Empty", {}, "not an object identifier"},
+};
+INSTANTIATE_TEST_SUITE_P(Oids, OidLabel, testing::ValuesIn(oids_rows), [](const auto& row) { return row.param.name; });
 
 TEST(OidLabel, LeavesShortNamesOutWithoutAMap) {
     EXPECT_EQ(tool::oid_label(tool::describe_oid("55 04 03"_hex, {})), "2.5.4.3");

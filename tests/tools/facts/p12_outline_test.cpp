@@ -129,59 +129,51 @@ TEST_P(P12SkippedContent, IsNamedWithItsReason) {
     EXPECT_NE(opened.outline.contents[1].bags[0].item, nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Contents, P12SkippedContent,
-    testing::Values(
-        skipped_row_t{"OfAnotherType", content_info(enveloped_oid, "30 00"_hex.str()), "its type is envelopedData"},
-        skipped_row_t{"WithAnotherTypeInside", encrypted_content(good_algorithm, enveloped_oid),
-                      "the encrypted type is envelopedData"},
-        skipped_row_t{"OfPbesOne", encrypted_content("30 0E 06 0A 2A 86 48 86 F7 0D 01 0C 01 03 30 00"_hex.str()),
-                      "encrypted by pbeWithSHAAnd3-KeyTripleDES-CBC, not PBES2"},
-        skipped_row_t{"OfAnotherCipher",
-                      encrypted_content(algorithm(pbkdf2_oid, salt_and_count + prf,
-                                                  "06 09 60 86 48 01 65 03 04 01 2A"_hex.str(), "04 00"_hex.str())),
-                      "the cipher is aes256-CBC, not GOST 28147-89"},
-        skipped_row_t{"OfAnotherKeyDerivation",
-                      encrypted_content(algorithm("06 09 2B 06 01 04 01 DA 47 04 0B"_hex.str(), salt_and_count + prf,
-                                                  gost_oid, gost_parameters)),
-                      "the key derivation is scrypt, not PBKDF2"},
-        skipped_row_t{"WithoutPseudoRandomFunction",
-                      encrypted_content(algorithm(pbkdf2_oid, salt_and_count, gost_oid, gost_parameters)),
-                      "no pseudo-random function is named"},
-        skipped_row_t{
-            "WithAPseudoRandomFunctionWithoutParameter",
-            encrypted_content(algorithm(pbkdf2_oid, salt_and_count + "30 08 06 06 2A 85 03 02 02 0A"_hex.str(),
-                                        gost_oid, gost_parameters)),
-            "the pseudo-random function has no parameter"},
-        skipped_row_t{"OfAnotherPseudoRandomFunction",
-                      encrypted_content(
-                          algorithm(pbkdf2_oid, salt_and_count + "30 0C 06 08 2A 85 03 07 01 01 04 02 05 00"_hex.str(),
-                                    gost_oid, gost_parameters)),
-                      "the pseudo-random function is id-tc26-hmac-gost-3411-12-512, not HMAC GOST R 34.11-94"},
-        skipped_row_t{"WithoutParameterSet",
-                      encrypted_content(algorithm(pbkdf2_oid, salt_and_count + prf, gost_oid,
-                                                  "30 0A 04 08 01 02 03 04 05 06 07 08"_hex.str())),
-                      "its algorithm is malformed: expected OBJECT IDENTIFIER (cipher's parameter set)"},
-        skipped_row_t{
-            "WithANegativeCount",
-            encrypted_content(algorithm(pbkdf2_oid, "04 01 01 02 01 80"_hex.str() + prf, gost_oid, gost_parameters)),
-            "the iteration count is out of range"},
-        skipped_row_t{
-            "WithoutIterations",
-            encrypted_content(algorithm(pbkdf2_oid, "04 01 01 02 01 00"_hex.str() + prf, gost_oid, gost_parameters)),
-            "cannot be decrypted: no iterations, or an IV that is not 8 bytes long"},
-        skipped_row_t{"WithTooManyIterations",
-                      encrypted_content(algorithm(pbkdf2_oid, "04 01 01 02 05 00 FF FF FF FF"_hex.str() + prf, gost_oid,
-                                                  gost_parameters)),
-                      "4294967295 iterations, more than allowed (--max-iterations)"},
-        skipped_row_t{
-            "OfAnUnknownParameterSet",
-            encrypted_content(algorithm(pbkdf2_oid, salt_and_count + prf, gost_oid,
-                                        "30 13 04 08 01 02 03 04 05 06 07 08 06 07 2A 85 03 02 02 1F 07"_hex.str())),
-            "cannot be decrypted: unknown parameter set of GOST 28147-89"},
-        skipped_row_t{"UnderAnotherPassword", encrypted_content(good_algorithm),
-                      "cannot be decrypted: wrong password, or damaged"}),
-    [](const auto& row) { return row.param.name; });
+const skipped_row_t contents_rows[] = {
+    {"OfAnotherType", content_info(enveloped_oid, "30 00"_hex.str()), "its type is envelopedData"},
+    {"WithAnotherTypeInside", encrypted_content(good_algorithm, enveloped_oid), "the encrypted type is envelopedData"},
+    {"OfPbesOne", encrypted_content("30 0E 06 0A 2A 86 48 86 F7 0D 01 0C 01 03 30 00"_hex.str()),
+     "encrypted by pbeWithSHAAnd3-KeyTripleDES-CBC, not PBES2"},
+    {"OfAnotherCipher",
+     encrypted_content(
+         algorithm(pbkdf2_oid, salt_and_count + prf, "06 09 60 86 48 01 65 03 04 01 2A"_hex.str(), "04 00"_hex.str())),
+     "the cipher is aes256-CBC, not GOST 28147-89"},
+    {"OfAnotherKeyDerivation",
+     encrypted_content(
+         algorithm("06 09 2B 06 01 04 01 DA 47 04 0B"_hex.str(), salt_and_count + prf, gost_oid, gost_parameters)),
+     "the key derivation is scrypt, not PBKDF2"},
+    {"WithoutPseudoRandomFunction", encrypted_content(algorithm(pbkdf2_oid, salt_and_count, gost_oid, gost_parameters)),
+     "no pseudo-random function is named"},
+    {"WithAPseudoRandomFunctionWithoutParameter",
+     encrypted_content(
+         algorithm(pbkdf2_oid, salt_and_count + "30 08 06 06 2A 85 03 02 02 0A"_hex.str(), gost_oid, gost_parameters)),
+     "the pseudo-random function has no parameter"},
+    {"OfAnotherPseudoRandomFunction",
+     encrypted_content(algorithm(pbkdf2_oid, salt_and_count + "30 0C 06 08 2A 85 03 07 01 01 04 02 05 00"_hex.str(),
+                                 gost_oid, gost_parameters)),
+     "the pseudo-random function is id-tc26-hmac-gost-3411-12-512, not HMAC GOST R 34.11-94"},
+    {"WithoutParameterSet",
+     encrypted_content(
+         algorithm(pbkdf2_oid, salt_and_count + prf, gost_oid, "30 0A 04 08 01 02 03 04 05 06 07 08"_hex.str())),
+     "its algorithm is malformed: expected OBJECT IDENTIFIER (cipher's parameter set)"},
+    {"WithANegativeCount",
+     encrypted_content(algorithm(pbkdf2_oid, "04 01 01 02 01 80"_hex.str() + prf, gost_oid, gost_parameters)),
+     "the iteration count is out of range"},
+    {"WithoutIterations",
+     encrypted_content(algorithm(pbkdf2_oid, "04 01 01 02 01 00"_hex.str() + prf, gost_oid, gost_parameters)),
+     "cannot be decrypted: no iterations, or an IV that is not 8 bytes long"},
+    {"WithTooManyIterations",
+     encrypted_content(
+         algorithm(pbkdf2_oid, "04 01 01 02 05 00 FF FF FF FF"_hex.str() + prf, gost_oid, gost_parameters)),
+     "4294967295 iterations, more than allowed (--max-iterations)"},
+    {"OfAnUnknownParameterSet",
+     encrypted_content(algorithm(pbkdf2_oid, salt_and_count + prf, gost_oid,
+                                 "30 13 04 08 01 02 03 04 05 06 07 08 06 07 2A 85 03 02 02 1F 07"_hex.str())),
+     "cannot be decrypted: unknown parameter set of GOST 28147-89"},
+    {"UnderAnotherPassword", encrypted_content(good_algorithm), "cannot be decrypted: wrong password, or damaged"},
+};
+INSTANTIATE_TEST_SUITE_P(Contents, P12SkippedContent, testing::ValuesIn(contents_rows),
+                         [](const auto& row) { return row.param.name; });
 
 class P12SkippedBag : public testing::TestWithParam<skipped_row_t> {};
 
@@ -203,22 +195,19 @@ std::string shrouded(const std::string& algorithm_id, const std::string& ciphert
     return bag(2, sequence(algorithm_id + element(0x04, ciphertext)));
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Bags, P12SkippedBag,
-    testing::Values(skipped_row_t{"RevocationList", bag(4, "30 00"_hex.str()), "bags of this kind are not read"},
-                    skipped_row_t{"Secret", bag(5, "30 00"_hex.str()), "bags of this kind are not read"},
-                    skipped_row_t{"NestedContents", bag(6, sequence(cert_bag)), "bags of this kind are not read"},
-                    skipped_row_t{"OfNoKnownType", bag(7, "30 00"_hex.str()),
-                                  "bags of type 1.2.840.113549.1.12.10.1.7 are not read"},
-                    skipped_row_t{"MalformedEncryptedKey", bag(2, "05 00"_hex.str()),
-                                  "malformed: expected SEQUENCE (EncryptedPrivateKeyInfo)"},
-                    skipped_row_t{
-                        "EncryptedKeyOfAnotherCipher",
-                        shrouded(algorithm(pbkdf2_oid, salt_and_count + prf, "06 01 2A"_hex.str(), "04 00"_hex.str())),
-                        "the cipher is 1.2, not GOST 28147-89"},
-                    skipped_row_t{"KeyUnderAnotherPassword", shrouded(good_algorithm),
-                                  "cannot be decrypted: wrong password, or damaged"}),
-    [](const auto& row) { return row.param.name; });
+const skipped_row_t bags_rows[] = {
+    {"RevocationList", bag(4, "30 00"_hex.str()), "bags of this kind are not read"},
+    {"Secret", bag(5, "30 00"_hex.str()), "bags of this kind are not read"},
+    {"NestedContents", bag(6, sequence(cert_bag)), "bags of this kind are not read"},
+    {"OfNoKnownType", bag(7, "30 00"_hex.str()), "bags of type 1.2.840.113549.1.12.10.1.7 are not read"},
+    {"MalformedEncryptedKey", bag(2, "05 00"_hex.str()), "malformed: expected SEQUENCE (EncryptedPrivateKeyInfo)"},
+    {"EncryptedKeyOfAnotherCipher",
+     shrouded(algorithm(pbkdf2_oid, salt_and_count + prf, "06 01 2A"_hex.str(), "04 00"_hex.str())),
+     "the cipher is 1.2, not GOST 28147-89"},
+    {"KeyUnderAnotherPassword", shrouded(good_algorithm), "cannot be decrypted: wrong password, or damaged"},
+};
+INSTANTIATE_TEST_SUITE_P(Bags, P12SkippedBag, testing::ValuesIn(bags_rows),
+                         [](const auto& row) { return row.param.name; });
 
 // ---- Malformed files -----------------------------------------------------------------------------------------------
 
@@ -242,35 +231,33 @@ TEST_P(P12Fault, IsFoundWhereTheLibraryStops) {
 const std::string name_with_wrong_tag = "31 12 30 10 06 09 2A 86 48 86 F7 0D 01 09 14 31 03 0C 01 61"_hex.str();
 const std::string id_without_value = "31 0F 30 0D 06 09 2A 86 48 86 F7 0D 01 09 15 31 00"_hex.str();
 
-INSTANTIATE_TEST_SUITE_P(
-    Faults, P12Fault,
-    testing::Values(
-        fault_row_t{"NoContentInfo", "05 00"_hex.str(), "SEQUENCE (ContentInfo)"},
-        fault_row_t{"NoContentType", sequence("05 00"_hex.str()), "OBJECT IDENTIFIER (content type)"},
-        fault_row_t{"NoContent", sequence(data_oid), "[0] (content)"},
-        fault_row_t{"NoOctetString", content_info(data_oid, "30 00"_hex.str()), "OCTET STRING (SafeContents)"},
-        fault_row_t{"NoSafeContents", content_info(data_oid, "04 02 05 00"_hex.str()), "SEQUENCE (SafeContents)"},
-        fault_row_t{"NoEncryptedData", content_info(encrypted_oid, "05 00"_hex.str()), "SEQUENCE (EncryptedData)"},
-        fault_row_t{"EncryptedDataOfAnotherVersion",
-                    content_info(encrypted_oid, sequence("02 02 07 00"_hex.str() +
-                                                         sequence(data_oid + good_algorithm + element(0x80, "x")))),
-                    "version 0"},
-        fault_row_t{"NoCiphertext",
-                    content_info(encrypted_oid, sequence("02 01 00"_hex.str() + sequence(data_oid + good_algorithm))),
-                    "primitive [0] (encrypted content)"},
-        fault_row_t{"MalformedUnprotectedAttributes",
-                    content_info(encrypted_oid, sequence("02 01 00"_hex.str() +
-                                                         sequence(data_oid + good_algorithm + element(0x80, "x")) +
-                                                         "A1 05"_hex.str())),
-                    "an element (attributes)"},
-        fault_row_t{"NoBag", plain_content("05 00"_hex.str()), "SEQUENCE (SafeBag)"},
-        fault_row_t{"NoBagValue", plain_content(sequence("06 01 2A"_hex.str())), "[0] (bag value)"},
-        fault_row_t{"MalformedAttributes", plain_content(bag(4, "", "31 05 30 00"_hex.str())), "SET"},
-        fault_row_t{"NameWithWrongTag", plain_content(bag(1, key_info, name_with_wrong_tag)),
-                    "BMPString (friendly name)"},
-        fault_row_t{"IdWithoutValue", plain_content(bag(4, "", id_without_value)), "OCTET STRING (local key id)"},
-        fault_row_t{"MalformedCertBag", plain_content(bag(3, "30 03 06 01 2A"_hex.str())), "[0] (certificate)"}),
-    [](const auto& row) { return row.param.name; });
+const fault_row_t faults_rows[] = {
+    {"NoContentInfo", "05 00"_hex.str(), "SEQUENCE (ContentInfo)"},
+    {"NoContentType", sequence("05 00"_hex.str()), "OBJECT IDENTIFIER (content type)"},
+    {"NoContent", sequence(data_oid), "[0] (content)"},
+    {"NoOctetString", content_info(data_oid, "30 00"_hex.str()), "OCTET STRING (SafeContents)"},
+    {"NoSafeContents", content_info(data_oid, "04 02 05 00"_hex.str()), "SEQUENCE (SafeContents)"},
+    {"NoEncryptedData", content_info(encrypted_oid, "05 00"_hex.str()), "SEQUENCE (EncryptedData)"},
+    {"EncryptedDataOfAnotherVersion",
+     content_info(encrypted_oid,
+                  sequence("02 02 07 00"_hex.str() + sequence(data_oid + good_algorithm + element(0x80, "x")))),
+     "version 0"},
+    {"NoCiphertext", content_info(encrypted_oid, sequence("02 01 00"_hex.str() + sequence(data_oid + good_algorithm))),
+     "primitive [0] (encrypted content)"},
+    {"MalformedUnprotectedAttributes",
+     content_info(
+         encrypted_oid,
+         sequence("02 01 00"_hex.str() + sequence(data_oid + good_algorithm + element(0x80, "x")) + "A1 05"_hex.str())),
+     "an element (attributes)"},
+    {"NoBag", plain_content("05 00"_hex.str()), "SEQUENCE (SafeBag)"},
+    {"NoBagValue", plain_content(sequence("06 01 2A"_hex.str())), "[0] (bag value)"},
+    {"MalformedAttributes", plain_content(bag(4, "", "31 05 30 00"_hex.str())), "SET"},
+    {"NameWithWrongTag", plain_content(bag(1, key_info, name_with_wrong_tag)), "BMPString (friendly name)"},
+    {"IdWithoutValue", plain_content(bag(4, "", id_without_value)), "OCTET STRING (local key id)"},
+    {"MalformedCertBag", plain_content(bag(3, "30 03 06 01 2A"_hex.str())), "[0] (certificate)"},
+};
+INSTANTIATE_TEST_SUITE_P(Faults, P12Fault, testing::ValuesIn(faults_rows),
+                         [](const auto& row) { return row.param.name; });
 
 /// The algorithm, and the ciphertext, of what the crypto object encrypted.
 struct encrypted_t {

@@ -26,15 +26,18 @@ TEST_P(DerInteger, IsMeasuredAndPrinted) {
     EXPECT_EQ(tool::number_text(contents), GetParam().text);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Numbers, DerInteger,
-    testing::Values(integer_row_t{"NoBytes", {}, 0, 0, "0"}, integer_row_t{"Zero", "00"_hex, 1, 0, "0"},
-                    integer_row_t{"ManyZeros", "00 00 00"_hex, 1, 0, "0"}, integer_row_t{"One", "01"_hex, 1, 1, "1"},
-                    integer_row_t{"HighBit", "00 80"_hex, 1, 8, "128"},
-                    integer_row_t{"TwoBytes", "01 00"_hex, 2, 9, "256"},
-                    integer_row_t{"LargestInDecimal", "00 FF FF FF FF FF FF FF FF"_hex, 8, 64, "18446744073709551615"},
-                    integer_row_t{"SmallestInHex", "01 00 00 00 00 00 00 00 00"_hex, 9, 65, "0x010000000000000000"}),
-    [](const auto& row) { return row.param.name; });
+const integer_row_t numbers_rows[] = {
+    {"NoBytes", {}, 0, 0, "0"},
+    {"Zero", "00"_hex, 1, 0, "0"},
+    {"ManyZeros", "00 00 00"_hex, 1, 0, "0"},
+    {"One", "01"_hex, 1, 1, "1"},
+    {"HighBit", "00 80"_hex, 1, 8, "128"},
+    {"TwoBytes", "01 00"_hex, 2, 9, "256"},
+    {"LargestInDecimal", "00 FF FF FF FF FF FF FF FF"_hex, 8, 64, "18446744073709551615"},
+    {"SmallestInHex", "01 00 00 00 00 00 00 00 00"_hex, 9, 65, "0x010000000000000000"},
+};
+INSTANTIATE_TEST_SUITE_P(Numbers, DerInteger, testing::ValuesIn(numbers_rows),
+                         [](const auto& row) { return row.param.name; });
 
 } // namespace
 } // namespace pkider_test

@@ -110,22 +110,21 @@ TEST_P(DerWalkerFault, IsToldWithItsOffset) {
     EXPECT_EQ(walker.next(), nullptr) << "a fault is the end";
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Bytes, DerWalkerFault,
-    testing::Values(
-        fault_row_t{"NoLength", "05 00 30"_hex, 2, "no length octet"},
-        fault_row_t{"Indefinite", "30 80 00 00"_hex, 0, "a length of the indefinite form, which DER does not have"},
-        fault_row_t{"FiveLengthOctets", "04 85 00 00 00 00 00"_hex, 0, "a length of 5 octets, more than 4"},
-        fault_row_t{"LengthOctetsCut", "04 82 01"_hex, 0, "a length that is cut off"},
-        fault_row_t{"PastTheData", "30 05 02 01 05"_hex, 0, "an element of 7 bytes where 5 are left in the data"},
-        fault_row_t{"PastTheParent", "30 03 02 02 05 05 00"_hex, 2,
-                    "an element of 4 bytes where 3 are left in the SEQUENCE at offset 0"},
-        fault_row_t{"TagNumberCut", "1F 81"_hex, 0, "a tag number that is cut off"},
-        fault_row_t{"TagNumberTooLong", "1F 81 81 81 81 81 81 81 81 81 01 00"_hex, 0,
-                    "a tag number of more than 63 bits"},
-        fault_row_t{"LengthOfAHighTagMissing", "1F 81 01"_hex, 0, "no length octet"},
-        fault_row_t{"OneByteLeft", "30 03 05 00 05"_hex, 4, "no length octet"}),
-    [](const auto& row) { return row.param.name; });
+const fault_row_t bytes_rows[] = {
+    {"NoLength", "05 00 30"_hex, 2, "no length octet"},
+    {"Indefinite", "30 80 00 00"_hex, 0, "a length of the indefinite form, which DER does not have"},
+    {"FiveLengthOctets", "04 85 00 00 00 00 00"_hex, 0, "a length of 5 octets, more than 4"},
+    {"LengthOctetsCut", "04 82 01"_hex, 0, "a length that is cut off"},
+    {"PastTheData", "30 05 02 01 05"_hex, 0, "an element of 7 bytes where 5 are left in the data"},
+    {"PastTheParent", "30 03 02 02 05 05 00"_hex, 2,
+     "an element of 4 bytes where 3 are left in the SEQUENCE at offset 0"},
+    {"TagNumberCut", "1F 81"_hex, 0, "a tag number that is cut off"},
+    {"TagNumberTooLong", "1F 81 81 81 81 81 81 81 81 81 01 00"_hex, 0, "a tag number of more than 63 bits"},
+    {"LengthOfAHighTagMissing", "1F 81 01"_hex, 0, "no length octet"},
+    {"OneByteLeft", "30 03 05 00 05"_hex, 4, "no length octet"},
+};
+INSTANTIATE_TEST_SUITE_P(Bytes, DerWalkerFault, testing::ValuesIn(bytes_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(DerWalker, ReadsNoByteTooMany) {
     for_every_prefix("30 0E BF 83 49 02 05 00 03 02 00 05 04 02 05 00"_hex,
@@ -170,28 +169,30 @@ TEST_P(DerInString, IsTakenOnlyWhenItIsPlausibleFromEndToEnd) {
     EXPECT_EQ(!tool::der_in_string(header).empty(), GetParam().holds);
 }
 
-INSTANTIATE_TEST_SUITE_P(Strings, DerInString,
-                         testing::Values(string_row_t{"Sequence", "04 05 30 03 02 01 05"_hex, true},
-                                         string_row_t{"TwoElements", "04 04 05 00 05 00"_hex, true},
-                                         string_row_t{"ContextTag", "04 03 80 01 41"_hex, true},
-                                         string_row_t{"BitString", "03 03 00 30 00"_hex, true},
-                                         string_row_t{"HighTag", "04 04 9F 81 00 00"_hex, true},
-                                         string_row_t{"Empty", "04 00"_hex, false},
-                                         string_row_t{"EmptyBitString", "03 00"_hex, false},
-                                         string_row_t{"BitStringOfNothing", "03 01 00"_hex, false},
-                                         string_row_t{"UnusedBits", "03 03 01 30 00"_hex, false},
-                                         string_row_t{"ByteLeftOver", "04 03 05 00 05"_hex, false},
-                                         string_row_t{"ContentsPastTheEnd", "04 02 05 01"_hex, false},
-                                         string_row_t{"FaultInside", "04 04 30 02 02 01"_hex, false},
-                                         string_row_t{"NullWithContents", "04 03 05 01 00"_hex, false},
-                                         string_row_t{"EmptyInteger", "04 02 02 00"_hex, false},
-                                         string_row_t{"EmptyOid", "04 02 06 00"_hex, false},
-                                         string_row_t{"LongBoolean", "04 04 01 02 00 00"_hex, false},
-                                         string_row_t{"EndOfContents", "04 02 00 00"_hex, false},
-                                         string_row_t{"PrimitiveSequence", "04 02 10 00"_hex, false},
-                                         string_row_t{"ConstructedInteger", "04 02 22 00"_hex, false},
-                                         string_row_t{"NineUnusedBits", "04 03 03 01 09"_hex, false},
-                                         string_row_t{"NotAString", "0C 02 05 00"_hex, false}),
+const string_row_t strings_rows[] = {
+    {"Sequence", "04 05 30 03 02 01 05"_hex, true},
+    {"TwoElements", "04 04 05 00 05 00"_hex, true},
+    {"ContextTag", "04 03 80 01 41"_hex, true},
+    {"BitString", "03 03 00 30 00"_hex, true},
+    {"HighTag", "04 04 9F 81 00 00"_hex, true},
+    {"Empty", "04 00"_hex, false},
+    {"EmptyBitString", "03 00"_hex, false},
+    {"BitStringOfNothing", "03 01 00"_hex, false},
+    {"UnusedBits", "03 03 01 30 00"_hex, false},
+    {"ByteLeftOver", "04 03 05 00 05"_hex, false},
+    {"ContentsPastTheEnd", "04 02 05 01"_hex, false},
+    {"FaultInside", "04 04 30 02 02 01"_hex, false},
+    {"NullWithContents", "04 03 05 01 00"_hex, false},
+    {"EmptyInteger", "04 02 02 00"_hex, false},
+    {"EmptyOid", "04 02 06 00"_hex, false},
+    {"LongBoolean", "04 04 01 02 00 00"_hex, false},
+    {"EndOfContents", "04 02 00 00"_hex, false},
+    {"PrimitiveSequence", "04 02 10 00"_hex, false},
+    {"ConstructedInteger", "04 02 22 00"_hex, false},
+    {"NineUnusedBits", "04 03 03 01 09"_hex, false},
+    {"NotAString", "0C 02 05 00"_hex, false},
+};
+INSTANTIATE_TEST_SUITE_P(Strings, DerInString, testing::ValuesIn(strings_rows),
                          [](const auto& row) { return row.param.name; });
 
 struct tag_row_t {
@@ -208,18 +209,22 @@ TEST_P(DerTagName, IsTheOneOfTheStandard) {
     EXPECT_EQ(tool::tag_name(header), GetParam().tag);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Tags, DerTagName,
-    testing::Values(tag_row_t{"EndOfContents", "00 00"_hex, "[UNIVERSAL 0]"},
-                    tag_row_t{"Boolean", "01 01 00"_hex, "BOOLEAN"}, tag_row_t{"Oid", "06 00"_hex, "OBJECT IDENTIFIER"},
-                    tag_row_t{"Utf8", "0C 00"_hex, "UTF8String"}, tag_row_t{"Reserved", "0F 00"_hex, "[UNIVERSAL 15]"},
-                    tag_row_t{"Sequence", "30 00"_hex, "SEQUENCE"},
-                    tag_row_t{"PrimitiveSet", "11 00"_hex, "SET (primitive)"},
-                    tag_row_t{"ConstructedOctets", "24 00"_hex, "OCTET STRING (constructed)"},
-                    tag_row_t{"Bmp", "1E 00"_hex, "BMPString"},
-                    tag_row_t{"HighUniversal", "1F 22 00"_hex, "[UNIVERSAL 34]"},
-                    tag_row_t{"Application", "43 00"_hex, "[APPLICATION 3]"}, tag_row_t{"Context", "A0 00"_hex, "[0]"},
-                    tag_row_t{"Private", "C1 00"_hex, "[PRIVATE 1]"}),
-    [](const auto& row) { return row.param.name; });
+const tag_row_t tags_rows[] = {
+    {"EndOfContents", "00 00"_hex, "[UNIVERSAL 0]"},
+    {"Boolean", "01 01 00"_hex, "BOOLEAN"},
+    {"Oid", "06 00"_hex, "OBJECT IDENTIFIER"},
+    {"Utf8", "0C 00"_hex, "UTF8String"},
+    {"Reserved", "0F 00"_hex, "[UNIVERSAL 15]"},
+    {"Sequence", "30 00"_hex, "SEQUENCE"},
+    {"PrimitiveSet", "11 00"_hex, "SET (primitive)"},
+    {"ConstructedOctets", "24 00"_hex, "OCTET STRING (constructed)"},
+    {"Bmp", "1E 00"_hex, "BMPString"},
+    {"HighUniversal", "1F 22 00"_hex, "[UNIVERSAL 34]"},
+    {"Application", "43 00"_hex, "[APPLICATION 3]"},
+    {"Context", "A0 00"_hex, "[0]"},
+    {"Private", "C1 00"_hex, "[PRIVATE 1]"},
+};
+INSTANTIATE_TEST_SUITE_P(Tags, DerTagName, testing::ValuesIn(tags_rows),
+                         [](const auto& row) { return row.param.name; });
 
 } // namespace

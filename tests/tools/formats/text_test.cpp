@@ -147,23 +147,21 @@ TEST_P(PemBlock, IsRead) {
     EXPECT_EQ(blocks[0].fault, GetParam().fault);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Texts, PemBlock,
-    testing::Values(
-        pem_row_t{"OneLongLine", "-----BEGIN A-----\nZm9vYmFyZm9vYmFy\n-----END A-----", "A", "foobarfoobar", ""},
-        pem_row_t{"BlanksAmongDigits", "-----BEGIN A-----\n Zm9v YmFy\t\n\nZm9v\n-----END A-----", "A", "foobarfoo",
-                  ""},
-        pem_row_t{"NoDigits", "-----BEGIN A-----\n-----END A-----\n", "A", "", ""},
-        pem_row_t{"EmptyLabel", "-----BEGIN -----\nZm9v\n-----END -----\n", "", "foo", ""},
-        pem_row_t{"LabelWithDashes", "-----BEGIN A-B-----\nZm9v\n-----END A-B-----\n", "A-B", "foo", ""},
-        pem_row_t{"TextBehindTheEnd", "-----BEGIN A-----\nZm9v\n-----END A-----\nZm9v\n", "A", "foo", ""},
-        pem_row_t{"HeaderBehindDigits", "-----BEGIN A-----\nZm9v\nA: b\n-----END A-----\n", "A", "",
-                  "the base64 digits are faulty"},
-        pem_row_t{"NulAmongDigits", std::string("-----BEGIN A-----\nZm9\0v\n-----END A-----\n", 39), "A", "",
-                  "the base64 digits are faulty"},
-        pem_row_t{"EndLineWithTextBehind", "-----BEGIN A-----\nZm9v\n-----END A-----x\n", "A", "", "no END line"},
-        pem_row_t{"BeginLineAlone", "-----BEGIN A-----", "A", "", "no END line"}),
-    [](const auto& row) { return row.param.name; });
+const pem_row_t texts_rows[] = {
+    {"OneLongLine", "-----BEGIN A-----\nZm9vYmFyZm9vYmFy\n-----END A-----", "A", "foobarfoobar", ""},
+    {"BlanksAmongDigits", "-----BEGIN A-----\n Zm9v YmFy\t\n\nZm9v\n-----END A-----", "A", "foobarfoo", ""},
+    {"NoDigits", "-----BEGIN A-----\n-----END A-----\n", "A", "", ""},
+    {"EmptyLabel", "-----BEGIN -----\nZm9v\n-----END -----\n", "", "foo", ""},
+    {"LabelWithDashes", "-----BEGIN A-B-----\nZm9v\n-----END A-B-----\n", "A-B", "foo", ""},
+    {"TextBehindTheEnd", "-----BEGIN A-----\nZm9v\n-----END A-----\nZm9v\n", "A", "foo", ""},
+    {"HeaderBehindDigits", "-----BEGIN A-----\nZm9v\nA: b\n-----END A-----\n", "A", "", "the base64 digits are faulty"},
+    {"NulAmongDigits", std::string("-----BEGIN A-----\nZm9\0v\n-----END A-----\n", 39), "A", "",
+     "the base64 digits are faulty"},
+    {"EndLineWithTextBehind", "-----BEGIN A-----\nZm9v\n-----END A-----x\n", "A", "", "no END line"},
+    {"BeginLineAlone", "-----BEGIN A-----", "A", "", "no END line"},
+};
+INSTANTIATE_TEST_SUITE_P(Texts, PemBlock, testing::ValuesIn(texts_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(InputForm, IsGuessed) {
     using tool::input_form_t;

@@ -26,16 +26,16 @@ TEST_P(Utf16, ConvertsBothWays) {
     EXPECT_EQ(utf16be_to_utf8(GetParam().utf16), GetParam().utf8);
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, Utf16,
-                         testing::Values(text_row_t{"Nothing", "", {}},                          //
-                                         text_row_t{"Latin", "aZ", "00 61 00 5A"_hex},           //
-                                         text_row_t{"Cyrillic", "Имя", "04 18 04 3C 04 4F"_hex}, //
-                                         text_row_t{"EndsOfTwoBytes", "\xC2\x80\xDF\xBF", "00 80 07 FF"_hex},
-                                         text_row_t{"EndsOfThreeBytes", "\xE0\xA0\x80\xEF\xBF\xBF", "08 00 FF FF"_hex},
-                                         text_row_t{"AroundSurrogates", "\xED\x9F\xBF\xEE\x80\x80", "D7 FF E0 00"_hex},
-                                         text_row_t{"EndsOfFourBytes", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF",
-                                                    "D8 00 DC 00 DB FF DF FF"_hex}),
-                         [](const auto& row) { return row.param.name; });
+const text_row_t texts_rows[] = {
+    {"Nothing", "", {}},
+    {"Latin", "aZ", "00 61 00 5A"_hex},
+    {"Cyrillic", "Имя", "04 18 04 3C 04 4F"_hex},
+    {"EndsOfTwoBytes", "\xC2\x80\xDF\xBF", "00 80 07 FF"_hex},
+    {"EndsOfThreeBytes", "\xE0\xA0\x80\xEF\xBF\xBF", "08 00 FF FF"_hex},
+    {"AroundSurrogates", "\xED\x9F\xBF\xEE\x80\x80", "D7 FF E0 00"_hex},
+    {"EndsOfFourBytes", "\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", "D8 00 DC 00 DB FF DF FF"_hex},
+};
+INSTANTIATE_TEST_SUITE_P(Texts, Utf16, testing::ValuesIn(texts_rows), [](const auto& row) { return row.param.name; });
 
 struct refused_row_t {
     const char* name;
@@ -49,16 +49,18 @@ TEST_P(Utf16Refusal, RefusesMalformedUtf8) {
     EXPECT_FALSE(append_utf16be(GetParam().utf8, out));
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, Utf16Refusal,
-                         testing::Values(refused_row_t{"ContinuationAlone", "a\x80"},         //
-                                         refused_row_t{"CutShort", "a\xD0"},                  //
-                                         refused_row_t{"NoContinuation", "\xD0z"},            //
-                                         refused_row_t{"OverlongTwoBytes", "\xC1\xBF"},       //
-                                         refused_row_t{"OverlongThreeBytes", "\xE0\x9F\xBF"}, //
-                                         refused_row_t{"OverlongFourBytes", "\xF0\x8F\xBF\xBF"},
-                                         refused_row_t{"Surrogate", "\xED\xA0\x80"},    //
-                                         refused_row_t{"TooLarge", "\xF4\x90\x80\x80"}, //
-                                         refused_row_t{"NoSuchFirstByte", "\xFF"}),
+const refused_row_t utf16_refusal_texts_rows[] = {
+    {"ContinuationAlone", "a\x80"},
+    {"CutShort", "a\xD0"},
+    {"NoContinuation", "\xD0z"},
+    {"OverlongTwoBytes", "\xC1\xBF"},
+    {"OverlongThreeBytes", "\xE0\x9F\xBF"},
+    {"OverlongFourBytes", "\xF0\x8F\xBF\xBF"},
+    {"Surrogate", "\xED\xA0\x80"},
+    {"TooLarge", "\xF4\x90\x80\x80"},
+    {"NoSuchFirstByte", "\xFF"},
+};
+INSTANTIATE_TEST_SUITE_P(Texts, Utf16Refusal, testing::ValuesIn(utf16_refusal_texts_rows),
                          [](const auto& row) { return row.param.name; });
 
 TEST(Utf16Reading, ShowsWhatIsNoCharacter) {

@@ -96,16 +96,16 @@ TEST_P(SecretsLeft, AreNoneOfBareOctets) {
     expect_none({"key", "wrap", "--kind", "2012-256", key, "-o", path("out"), "--force"});
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Forms, SecretsLeft,
-    testing::Values(form_row_t{"Der", [](const std::string& key) { return key; }},
-                    form_row_t{"Hex", [](const std::string& key) { return tool::to_hex(key); }},
-                    form_row_t{"Base64", [](const std::string& key) { return tool::to_base64(key); }},
-                    form_row_t{"Pem", in_pem},
-                    // The file is read in many pieces, the key in the first.
-                    form_row_t{"LongPem",
-                               [](const std::string& key) { return in_pem(key) + std::string(300'000, '\n'); }}),
-    [](const auto& row) { return row.param.name; });
+const form_row_t forms_rows[] = {
+    {"Der", [](const std::string& key) { return key; }},
+    {"Hex", [](const std::string& key) { return tool::to_hex(key); }},
+    {"Base64", [](const std::string& key) { return tool::to_base64(key); }},
+    {"Pem", in_pem},
+    // The file is read in many pieces, the key in the first.
+    {"LongPem", [](const std::string& key) { return in_pem(key) + std::string(300'000, '\n'); }},
+};
+INSTANTIATE_TEST_SUITE_P(Forms, SecretsLeft, testing::ValuesIn(forms_rows),
+                         [](const auto& row) { return row.param.name; });
 
 } // namespace
 } // namespace pkider_test
