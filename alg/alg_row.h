@@ -33,7 +33,7 @@ constexpr PKI_OID record_of(const std::array<uint8_t, Size>& bytes) {
 template <literal_t Dotted>
 inline constexpr PKI_OID oid = record_of(oid_contents<Dotted>);
 
-/// The first row of a table with that value, whatever else the rows hold, or null.
+/// The first row of a table with that value, or null.
 template <typename Row, std::size_t Size>
 constexpr const Row* find_row(const Row (&rows)[Size], pki_alg_t alg) {
     const Row* const found = std::ranges::find(rows, alg, &Row::alg);

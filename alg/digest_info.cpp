@@ -19,7 +19,7 @@ struct algorithm_t {
 };
 
 // AlgorithmIdentifier ::= SEQUENCE { algorithm OBJECT IDENTIFIER, parameters NULL }
-// The NULL stands behind every hash. Required: DigestInfoWriter.RequiredNullIsWrittenForGostToo.
+// Every hash is followed by a NULL. Required: DigestInfoWriter.RequiredNullIsWrittenForGostToo.
 constexpr algorithm_t algorithm_of(const PKI_OID& hash_oid) {
     constexpr uint64_t null_size = asn_element_size(0);
     const uint64_t contents_size = asn_element_size(hash_oid.len) + null_size;
@@ -32,7 +32,7 @@ constexpr algorithm_t algorithm_of(const PKI_OID& hash_oid) {
     return algorithm;
 }
 
-// One for each row of hash_rows, and one without an object identifier behind them. Bench: alg/digest_info_build.
+// One for each row of hash_rows, followed by one without an object identifier. Bench: alg/digest_info_build.
 constexpr auto algorithms = [] {
     std::array<algorithm_t, num_hashes + 1> all{};
     for (std::size_t i = 0; i < num_hashes; ++i) all[i] = algorithm_of(hash_rows[i].oid);

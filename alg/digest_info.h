@@ -1,4 +1,4 @@
-// What stands in front of the hash value in a DigestInfo: all of it but the value itself, which comes last.
+// The bytes before the hash value of a DigestInfo, which comes last.
 #pragma once
 
 #include "der/asn_header.h"

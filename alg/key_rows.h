@@ -5,7 +5,7 @@
 
 namespace pkider {
 
-// Both directions take the first row that matches, so an object identifier that also stands for a variant goes back to
+// Both directions take the first row that matches, so an object identifier that a variant shares gives
 // the standard value above it. Required: OidToAlg.GivesTheFirstRow/RequiredGostKeyIsStandard.
 // clang-format off
 inline constexpr alg_row_t key_rows[] = {

@@ -1,4 +1,4 @@
-// From the contents octets of an object identifier to the algorithms that it stands for as a hash, as a public key and
+// From the contents octets of an object identifier to its algorithms as a hash, as a public key and
 // as a certificate signature: one index over the three tables, built by the compiler.
 #pragma once
 
@@ -44,7 +44,7 @@ constexpr oid_words_t load_oid(const uint8_t* oid, uint32_t len) {
     return {load_word<uint32_t>(oid), load_word<uint32_t>(oid + len - 4), len};
 }
 
-/// What an object identifier stands for: in each table the first row that has it, or PKI_ALG_NONE.
+/// The algorithms of an object identifier: in each table the first row that has it, or PKI_ALG_NONE.
 struct known_oid_t {
     oid_words_t words;
     pki_alg_t hash = PKI_ALG_NONE;

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Built aside, so that a failed allocation leaves `out`, and the object identifier may stand in it.
+// Built aside, so that a failed allocation leaves `out`, and the object identifier may be in it.
 void replace_with_name_and_dotted(std::string_view name, const uint8_t* oid, uint32_t len, std::string& out) {
     std::string text;
     text.reserve(name.size() + std::size_t{4} * len + 2); // the byte of an arc is at most three digits and a dot

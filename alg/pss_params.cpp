@@ -40,7 +40,7 @@ bool read_hash_algorithm(asn_element_t& params, asn_algorid_t& out) {
 //     saltLength        [2] INTEGER           DEFAULT 20,
 //     trailerField      [3] INTEGER           DEFAULT 1 }                 (RFC 4055 3.1)
 //
-// What follows is not looked at. Required: PssParams.RequiredTrailingElementsAreIgnored.
+// Bytes after it are ignored. Required: PssParams.RequiredTrailingElementsAreIgnored.
 bool asn_read_pss_params(const uint8_t* der, uint32_t len, asn_algorid_t& out) {
     out = {};
     asn_element_t input = asn_contents(der, len), params;

@@ -8,13 +8,13 @@
 namespace pkider {
 
 /// Reads RSASSA-PSS-params. Absent fields are skipped; the others are checked for their form, in order, and the first
-/// element out of order ends the reading with success, as bytes behind the parameters do.
+/// element out of order ends the reading with success, as bytes after the parameters do.
 ///
 /// @param der  First byte of the element.
 /// @param len  Bytes available from `der`.
 /// @param out  Receives the span of the hash's object identifier; 0 and null when the parameters leave it at its
-///             default, SHA-1. A failure behind the object identifier leaves its span there.
-/// @return     False when the parameters are no SEQUENCE or one of their fields is malformed.
+///             default, SHA-1. A failure after the object identifier leaves its span there.
+/// @return     False when the parameters are not a SEQUENCE or one of their fields is malformed.
 bool asn_read_pss_params(const uint8_t* der, uint32_t len, asn_algorid_t& out);
 
 } // namespace pkider

@@ -9,7 +9,7 @@ namespace {
 // What an empty BIT STRING leaves as the length of the key: "no key bits".
 constexpr uint32_t no_key_bits = 0xFFFFFFFF;
 
-// Computed as a number, because behind empty contents it may lie past the end of the input.
+// Computed as a number, because after empty contents it may be past the end of the input.
 const uint8_t* next_address(const uint8_t* at) {
     // NOLINTNEXTLINE(performance-no-int-to-ptr)
     return reinterpret_cast<const uint8_t*>(reinterpret_cast<uintptr_t>(at) + 1);
@@ -30,7 +30,7 @@ bool read_algorithm(asn_element_t& info, asn_element_t& oid, asn_element_t& para
            asn_next_element(asn_tag_t::OBJECT_IDENTIFIER, params, oid);
 }
 
-// The key bits as input of a reader; nothing at all when the BIT STRING was empty, since its key must not be read.
+// The key bits as input of a reader; empty when the BIT STRING was empty, since its key must not be read.
 asn_element_t key_bits(const asn_pubkey_t& pk) {
     return asn_contents(pk.key, pk.key_len == no_key_bits ? 0 : pk.key_len);
 }

@@ -27,13 +27,13 @@ namespace pkider {
 
 /// asn_element_size for contents of any size.
 ///
-/// @throws std::length_error when no header can stand in front of them. A sum of a few results cannot wrap.
+/// @throws std::length_error when no header can precede them. A sum of a few results cannot wrap.
 inline uint64_t asn_checked_element_size(uint64_t content_size) {
     if (content_size > asn_max_content_size) asn_refuse_length();
     return asn_element_size(content_size);
 }
 
-/// Copies `count` bytes to `at`; a null `bytes` stands for zeros. Returns the place behind them.
+/// Copies `count` bytes to `at`; a null `bytes` means zeros. Returns the place after them.
 inline uint8_t* asn_put_bytes(uint8_t* at, const uint8_t* bytes, uint64_t count) {
     if (bytes == nullptr) {
         std::memset(at, 0, static_cast<std::size_t>(count));
@@ -43,7 +43,7 @@ inline uint8_t* asn_put_bytes(uint8_t* at, const uint8_t* bytes, uint64_t count)
     return at + count;
 }
 
-/// Copies a constant to `at` and returns the place behind it.
+/// Copies a constant to `at` and returns the place after it.
 template <std::size_t Size>
 uint8_t* asn_put_constant(uint8_t* at, const std::array<uint8_t, Size>& bytes) {
     std::memcpy(at, bytes.data(), Size);
@@ -59,7 +59,7 @@ inline uint8_t* asn_append_room(std::string& out, uint64_t size) {
     return reinterpret_cast<uint8_t*>(out.data()) + out.size() - size;
 }
 
-/// Appends `count` bytes; a null `bytes` stands for zeros.
+/// Appends `count` bytes; a null `bytes` means zeros.
 inline void asn_append_bytes(std::string& out, const uint8_t* bytes, uint64_t count) {
     if (bytes == nullptr) {
         out.append(static_cast<std::size_t>(count), '\0');
@@ -78,8 +78,8 @@ inline bool asn_points_into(const uint8_t* bytes, const std::string& out) {
 /// An `out` with room enough is filled in place, without an allocation and a second copy.
 /// Bench: pkcs8/write, pkcs8/encrypted_write.
 ///
-/// @param inputs  What `fill` reads. Any of them may stand in `out`, which is then kept until all is written.
-/// @throws        std::bad_alloc, std::length_error; `out` is then as it was.
+/// @param inputs  The spans that `fill` reads. Each of them may be in `out`, which is then kept until all is written.
+/// @throws        std::bad_alloc, std::length_error; `out` is then unchanged.
 template <typename Fill>
 void asn_replace_by_block(std::string& out, uint64_t size, std::initializer_list<const uint8_t*> inputs, Fill fill) {
     const auto points_into_out = [&](const uint8_t* input) { return asn_points_into(input, out); };

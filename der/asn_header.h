@@ -10,14 +10,14 @@ namespace pkider {
 /// Identifier, 0x84 and four length octets: the longest header that can occur.
 constexpr uint64_t asn_max_header_size = 6;
 
-/// The largest contents that a header can stand in front of.
+/// The largest contents that a header can precede.
 constexpr uint64_t asn_max_content_size = 0xFFFFFFFF;
 
 // Sizes are summed up as uint64_t and then asked of the memory as they are. With a narrower std::size_t the element of
 // the largest contents would get a block of a few bytes.
 static_assert(sizeof(std::size_t) >= sizeof(uint64_t), "pkider is for 64-bit targets");
 
-/// Number of octets behind the first length octet: 0 for the short form, else 1 to 4.
+/// Number of octets after the first length octet: 0 for the short form, else 1 to 4.
 ///
 /// The octets are counted from the second lowest byte of the length up to the first zero byte, not from the top. So a
 /// length of 65,536 or more with a zero byte above its lowest is cut below that byte.
@@ -30,7 +30,7 @@ constexpr uint64_t asn_num_length_octets(uint64_t content_size) {
     return (content_size & 0xFF000000) == 0 ? 3 : 4;
 }
 
-/// Size of the header in front of `content_size` bytes of contents; `content_size` is at most asn_max_content_size.
+/// Size of the header of `content_size` bytes of contents; `content_size` is at most asn_max_content_size.
 constexpr uint64_t asn_header_size(uint64_t content_size) {
     return 2 + asn_num_length_octets(content_size);
 }
@@ -42,7 +42,7 @@ constexpr uint64_t asn_element_size(uint64_t content_size) {
 
 /// Writes a header that ends just before `content`.
 ///
-/// @param content  The place of the contents; asn_header_size(content_size) writable bytes stand in front of it.
+/// @param content  The place of the contents; asn_header_size(content_size) writable bytes precede it.
 /// @return         First byte of the header.
 constexpr uint8_t* asn_put_header_before(uint8_t* content, uint8_t tag, uint64_t content_size) {
     const uint64_t num_octets = asn_num_length_octets(content_size);
@@ -58,7 +58,7 @@ constexpr uint8_t* asn_put_header_before(uint8_t* content, uint8_t tag, uint64_t
 
 /// Writes a header at `out`, which has asn_header_size(content_size) writable bytes.
 ///
-/// @return  The byte behind the header, where the contents belong.
+/// @return  The byte after the header, where the contents belong.
 constexpr uint8_t* asn_put_header(uint8_t* out, uint8_t tag, uint64_t content_size) {
     if (content_size < 0x80) { // nearly all elements. Bench: pkcs8/write
         *out++ = tag;

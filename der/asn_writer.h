@@ -32,7 +32,7 @@ struct asn_writer_t {
     uint8_t* buffer;       ///< `inline_storage`, or a heap block that the writer owns.
     uint64_t capacity;     ///< Size of the storage at `buffer`, as far as growth is concerned.
     uint64_t content_size; ///< Number of contents bytes.
-    /// Never shorter than the header area, so that the header can be written whatever the capacity says.
+    /// Never shorter than the header area, so that the header can be written with any capacity.
     uint8_t inline_storage[std::max<std::size_t>(InlineSize, asn_max_header_size)];
 
     explicit asn_writer_t(uint8_t identifier)

@@ -70,9 +70,9 @@ inline const uint8_t* asn1_read_tag32(asn_tag_t::Type tag, const uint8_t* data, 
     return content;
 }
 
-/// Reads the next element of `parent`'s remaining contents and steps behind it.
+/// Reads the next element of `parent`'s remaining contents and moves past it.
 ///
-/// On failure `parent` stays as it was, `child.start` is the place where the element was expected, `child.content` is
+/// On failure `parent` is unchanged, `child.start` is the place where the element was expected, `child.content` is
 /// null, and `child.length` is as asn1_read_tag_ leaves its length. `parent` and `child` must be two objects.
 inline bool asn_next_element(asn_tag_t::Type tag, asn_element_t& parent, asn_element_t& child) {
     child.start = parent.content;
@@ -91,7 +91,7 @@ inline bool asn_next_context_element(uint8_t number, asn_element_t& parent, asn_
 
 /// Reads INTEGER contents as an unsigned number (iteration counts).
 ///
-/// Empty contents are accepted and leave `*out` untouched; a negative number is refused. Five significant bytes pass
+/// Empty contents are accepted and leave `*out` unchanged; a negative number is refused. Five significant bytes pass
 /// and lose their high byte; six are refused.
 bool asn_read_uint32(const uint8_t* content, uint64_t length, uint32_t* out);
 

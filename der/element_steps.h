@@ -23,7 +23,7 @@ void asn_store_element(const asn_element_t& element, Length& out_len, const uint
     out = element.start;
 }
 
-/// asn_next_element that stores the contents. On failure the span stays as it was, as `parent` does.
+/// asn_next_element that stores the contents. On failure the span and `parent` are unchanged.
 template <typename Length>
 bool asn_next_contents(asn_tag_t::Type tag, asn_element_t& parent, Length& out_len, const uint8_t*& out) {
     asn_element_t child;

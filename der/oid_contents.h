@@ -13,7 +13,7 @@ namespace pkider {
 
 constexpr uint64_t oid_buffer_size = 512;
 
-/// Contents are never longer than this, whatever the buffer holds: its last six bytes stay as they are.
+/// Contents are never longer than this: the last six bytes of the buffer are unchanged.
 /// Required: OidStrToAsn.RequiredLastSixBytesAreNeverWritten.
 constexpr uint64_t max_oid_contents = 506;
 

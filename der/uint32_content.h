@@ -6,7 +6,7 @@
 
 namespace pkider {
 
-/// Room for the contents octets of any 32-bit number: a zero in front and four bytes.
+/// Room for the contents octets of any 32-bit number: a zero and four bytes.
 constexpr uint64_t asn_max_uint32_content_size = 5;
 
 /// Writes the contents octets of an INTEGER for `value`; identifier and length are the caller's.

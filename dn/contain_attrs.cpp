@@ -1,14 +1,14 @@
 #include <pkider/dn.h>
 
-// Walks the raw text; what the line means is looked at no further than quotes and backslashes go. A mismatch waits for
-// the next piece of `dn` and begins again with the first wanted RDN that is not yet found.
+// Walks the raw text and interprets only quotes and backslashes. After a mismatch it waits for the next piece of `dn`
+// and begins again with the first RDN of `attrs` that is not yet found.
 bool printable_dn_contain_attrs(const char* dn, const char* attrs) {
     const char* wanted = attrs;
     const char* restart = attrs;
     bool matching = true;
     bool in_quotes = false;
     for (char previous = '\0'; *dn != '\0'; previous = *dn++) {
-        // One backslash in front is enough, be it escaped itself.
+        // One backslash before it is enough, even an escaped one.
         // Required: DnContainAttrs.Answers/RequiredTwoBackslashesEscapeToo.
         const bool escaped = previous == '\\';
         if (*dn == '"' && !escaped) in_quotes = !in_quotes;

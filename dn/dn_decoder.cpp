@@ -10,7 +10,7 @@
 namespace pkider {
 namespace {
 
-// Prints the next RDN if it is a plain one, and steps behind it.
+// Prints the next RDN if it is a plain one, and moves past it.
 template <typename Line>
 bool print_if_plain(asn_element_t& name, Line& line) {
     plain_rdn_t rdn;
@@ -40,8 +40,8 @@ asn_dn_result_t print_rdns(const uint8_t* der, asn_element_t name, oid_map_handl
     return {};
 }
 
-// Walks forward whatever the order, so that the first fault is the first one in the input; the RDNs finished before it
-// are turned round all the same.
+// Walks forward in either order, so that the first fault is the first one in the input; the RDNs finished before it
+// are still reversed.
 template <typename Line>
 asn_dn_result_t print_name(const uint8_t* der, const asn_element_t& name, oid_map_handle_t map, std::string& out) {
     Line line(static_cast<std::size_t>(name.length));

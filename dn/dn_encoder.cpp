@@ -16,7 +16,7 @@
 namespace pkider {
 namespace {
 
-// What stands in an AttributeTypeAndValue. Its bytes are still in the line, the map or the encoder's scratch.
+// The contents of an AttributeTypeAndValue. Its bytes are still in the line, the map or the encoder's scratch.
 struct attribute_t {
     const uint8_t* oid;
     uint64_t oid_length;
@@ -69,8 +69,8 @@ std::length_error too_long() {
     return std::length_error("pkider: Name too long");
 }
 
-// Writes the attributes of a line as they come. What is not known yet when the contents begin, the size of the Name and
-// of an RDN of several attributes, has the room of the longest header in front.
+// Writes the attributes of a line in their order. Two sizes are not known when the contents begin, those of the Name
+// and of an RDN of several attributes: room for the longest header is left before them.
 //
 // RDNs and the members of each stay in the order of the text, sorted by no rule of DER.
 // Required: DnEncoder.WritesTheName/RequiredRdnsStayInTheOrderOfTheText,
@@ -99,7 +99,7 @@ class name_encoder_t {
 
     asn_dn_result_t fault() const { return m_fault; }
 
-    // The line may stand in `der`.
+    // The line may be in `der`.
     void write(std::string& der) {
         const std::size_t content_size = m_out.size() - asn_max_header_size;
         if (content_size > asn_max_content_size) throw too_long();
@@ -169,7 +169,7 @@ class name_encoder_t {
         m_set_content = m_out.size();
     }
 
-    // Closes the gap in front of the header.
+    // Closes the gap before the header.
     void end_set() {
         const std::size_t content_size = m_out.size() - m_set_content;
         uint8_t* const content = as_bytes(m_out.data()) + m_set_content;

@@ -1,5 +1,5 @@
-// Takes a line of a distinguished name apart into its pairs, each handed to a function as soon as its end is found. The
-// template lets the encoder keep its own records and learn on the way which characters a value is made of.
+// Splits a line of a distinguished name into its pairs and calls a function with each as soon as its end is found. The
+// template lets the encoder keep its own records and learn during the walk which characters a value contains.
 #pragma once
 
 #include "dn/char_classes.h"

@@ -1,5 +1,5 @@
-// Copying a value and finding out on the way whether it needs an escape: nearly none does, and so the characters are
-// looked at by blocks and not one by one. Bench: dn/print, dn/print_rdns, dn/print_one_set.
+// Copies a value and finds out at the same time whether it needs an escape. Nearly no value does, so the characters are
+// tested by blocks and not one by one. Bench: dn/print, dn/print_rdns, dn/print_one_set.
 #pragma once
 
 #include "dn/char_classes.h"
@@ -11,7 +11,7 @@
 
 namespace pkider {
 
-/// Sixteen characters looked at all at once, in the vectors that GCC and Clang have for every processor.
+/// Sixteen characters, tested at once, in the vectors that GCC and Clang have for every processor.
 using char_block_t [[gnu::vector_size(16)]] = uint8_t;
 
 inline char_block_t load_block(const void* chars) {
@@ -59,7 +59,7 @@ inline bool copy_blocks_if_plain(char* to, const uint8_t* from, std::size_t size
 
 /// Copies `size` characters.
 ///
-/// @return  False when one of them is special; what stands at `to` is then of no meaning.
+/// @return  False when one of them is special; the bytes at `to` then have no meaning.
 inline bool copy_if_plain(char* to, const uint8_t* from, std::size_t size) {
     if (size >= sizeof(char_block_t) / 2) return copy_blocks_if_plain(to, from, size);
     uint8_t classes = 0;

@@ -1,5 +1,5 @@
 // The RDN that nearly every Name is made of: one attribute of a built-in type of X.520 (2.5.4.n), with text that is
-// printed as it stands and no length that needs more than one octet.
+// printed unchanged and no length that needs more than one octet.
 //
 //     31 len  30 len  06 03 55 04 n  tag len  text
 //
@@ -67,7 +67,7 @@ inline bool read_plain_rdn(const asn_element_t& name, plain_rdn_t& out) {
 
 /// Writes `CN=text,` to printed_size() bytes at `out`.
 ///
-/// @return  False when the text needs an escape; what stands at `out` is then of no meaning.
+/// @return  False when the text needs an escape; the bytes at `out` then have no meaning.
 inline bool print_plain_rdn(const plain_rdn_t& rdn, char* out) {
     copy_short(out, rdn.type->text, rdn.type->size);
     out += rdn.type->size;

@@ -1,4 +1,4 @@
-// The printable form of a distinguished name, taken apart into its type=value pairs. docs/dn_syntax.md describes the
+// The printable form of a distinguished name, split into its type=value pairs. docs/dn_syntax.md describes the
 // form.
 #pragma once
 

@@ -1,4 +1,4 @@
-// Where the next RDN of a Name goes in its line: behind the others, or in front of them. Both forms have the same
+// Where the next RDN of a Name goes in its line: after the others, or before them. Both forms have the same
 // members, for the template that walks over the Name.
 #pragma once
 
@@ -19,7 +19,7 @@ class forward_line_t {
     char* room(std::size_t size) { return m_text.room(size); }
     void take(std::size_t size) { m_text.take(size); }
 
-    /// Where an RDN is printed whose size is not known before; end() behind it.
+    /// Where an RDN of unknown size is printed; call end() after it.
     text_sink_t& begin() { return m_text; }
     void end() { m_text.put(','); }
 

@@ -83,8 +83,8 @@ class rdn_printer_t {
         return print_value(attribute);
     }
 
-    // `rest` is what stands behind the type, to the end of the AttributeTypeAndValue. All of it is printed in
-    // hexadecimal, whatever a header in it says; behind a string, what is left of it is ignored. Required:
+    // `rest` is all after the type, to the end of the AttributeTypeAndValue. A value of no string type is all of it, in
+    // hexadecimal, and its header is ignored. After a string, the rest is ignored. Required:
     // DnDecoderValue.IsPrinted/RequiredHexOfAValueIgnoresItsHeader,
     // DnDecoderValue.IsPrinted/RequiredBytesAfterAStringAreIgnored.
     asn_dn_result_t print_value(asn_element_t& rest) {

@@ -1,4 +1,4 @@
-// The attributes of one RDN as text, whatever they look like: `CN=a+OU=b`.
+// The attributes of any RDN as text: `CN=a+OU=b`.
 #pragma once
 
 #include "der/element_reader.h"

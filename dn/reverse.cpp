@@ -14,7 +14,7 @@ record_iterator_t end_of_rdn(record_iterator_t first, record_iterator_t end) {
     return std::find_if(first + 1, end, [](const RDNdescr_t& record) { return !record.joined_to_previous; });
 }
 
-// An RDN takes the blanks in front of it along. Required: DnReverse.TurnsTheLineRound/RequiredBlanksMoveWithTheirRdn.
+// The blanks before an RDN move with it. Required: DnReverse.TurnsTheLineRound/RequiredBlanksMoveWithTheirRdn.
 const char* begin_with_blanks(const char* line, const char* at) {
     while (at != line && (char_class(at[-1]) & CHAR_BLANK) != 0) --at;
     return at;

@@ -30,7 +30,7 @@ constexpr bool is_string_tag(uint8_t tag) {
     }
 }
 
-/// Those whose contents are printed as they stand, but for escapes.
+/// Those whose contents are printed unchanged, except for escapes.
 constexpr bool is_verbatim_tag(uint8_t tag) {
     return tag == UTF8_STRING || tag == PRINTABLE_STRING || tag == IA5_STRING;
 }

@@ -8,7 +8,7 @@ namespace {
 
 // What one step over the input gives: a character, and a combining mark when the two do not make one.
 struct step_t {
-    uint32_t character = 0; // may be NUL, which an accent can stand on
+    uint32_t character = 0; // may be NUL, which can follow an accent
     uint32_t mark = 0;      // 0: none
     int64_t num_bytes = 1;
 };
@@ -30,7 +30,7 @@ step_t step_over_accent(uint8_t accent, uint8_t next) {
     const uint32_t composed = composition(accent, next);
     if (composed != 0) return {composed, 0, 2};
 
-    // `next` stands for its own value, allowed or not.
+    // `next` means its own value, allowed or not.
     // Required: Teletex.AppendsUtf8/RequiredByteAfterAnAccentIsItsOwnCodePoint.
     return {next, t61_code_points[accent], 2};
 }

@@ -1,6 +1,6 @@
 // Text while it is put together: in a block on the stack, and what outgrows it in one on the heap. A Name is
 // printed in some twenty pieces, each without the book-keeping of std::string. The output is written once, at the end,
-// so that it may hold the input and stays as it was when memory runs out. Bench: dn/encode, dn/print.
+// so that it may contain the input and is unchanged when memory is exhausted. Bench: dn/encode, dn/print.
 //
 //     char* at = sink.room(3);    // one look at the room for a group of pieces
 //     at[0] = 'C', at[1] = 'N', at[2] = '=';
@@ -26,9 +26,9 @@ class text_sink_t {
     text_sink_t(const text_sink_t&) = delete;
     text_sink_t& operator=(const text_sink_t&) = delete;
 
-    /// A place behind the text for `size` more characters.
+    /// The place after the text, for `size` more characters.
     ///
-    /// @throws std::bad_alloc; the text is then as it was.
+    /// @throws std::bad_alloc; the text is then unchanged.
     char* room(std::size_t size) {
         if (size > static_cast<std::size_t>(m_room_end - m_end)) grow(size);
         return m_end;

@@ -6,7 +6,7 @@
 namespace pkider {
 namespace {
 
-// Behind the backslash at `at`: two hex digits, or one of the special characters, which then stands for itself.
+// After the backslash at `at`: two hex digits, or one of the special characters, which then means itself.
 asn_dn_result_t decode_escape(const char* begin, const char*& at, const char* end, char& out) {
     ++at;
     if (at == end) return dn_fault(DN_FAULT_BACKSLASH_AT_END, at - begin);
@@ -25,7 +25,7 @@ asn_dn_result_t decode_escape(const char* begin, const char*& at, const char* en
     return {};
 }
 
-// The value in [begin, end), of which all in front of `run` was rewritten into `scratch`, if anything.
+// The value in [begin, end). The part before `run` was rewritten into `scratch`, if there is one.
 dn_value_t finish_text(const char* begin, const char* run, const char* end, std::string& scratch, uint8_t classes) {
     if (run == begin) return dn_text_value(begin, end, classes);
     scratch.append(run, end);

@@ -7,7 +7,7 @@
 
 namespace pkider {
 
-/// Puts a backslash in front of each of the nine special characters and copies everything else: blanks at the ends,
+/// Puts a backslash before each of the nine special characters and copies everything else: blanks at the ends,
 /// control characters and bytes of 0x80 and above too.
 void dn_value_escape(const uint8_t* bytes, uint64_t length, text_sink_t& out);
 

@@ -1,7 +1,7 @@
 // Finding a built-in row by its contents, its dotted text or its short name: of two rows with the same key the first.
 //
 // Contents and short names are asked for by the dozen for each Name. A few bytes of such a key, put together to a
-// digest, tell all keys of the table apart, and a multiplier found at compile time turns digests into one of 128 slots
+// digest, distinguish all keys of the table, and a multiplier found at compile time turns digests into one of 128 slots
 // without a collision: a find is one multiplication, one look and one comparison. Bench: oid/find_by_contents,
 // oid/find_by_short_name.
 #pragma once
@@ -44,7 +44,7 @@ class builtin_slots_t {
 
     constexpr std::size_t slot(uint64_t digest) const { return digest * m_multiplier >> (64 - slot_bits); }
 
-    // False when two digests want one slot.
+    // False when two digests need one slot.
     constexpr bool fill(const builtin_digests_t& digests) {
         std::fill(std::begin(m_rows), std::end(m_rows), no_builtin_row);
         for (std::size_t row = 0; row < digests.size(); ++row) {
@@ -91,7 +91,7 @@ inline const OIDdescr_t* find_builtin_dotted_text(std::string_view text) {
 
 static_assert(max_builtin_short_name < sizeof(uint64_t), "a digest holds a short name and its length");
 
-/// All of a short name and its length. A byte becomes an upper-case letter by losing the bit that tells the case only
+/// All of a short name and its length. A byte becomes an upper-case letter by losing the bit of the case only
 /// if it is a letter: names that have the digest of a row are equal to its name but for case.
 ///
 /// @param length  At most max_builtin_short_name.

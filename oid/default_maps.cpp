@@ -14,7 +14,7 @@ constinit pkider::oid_map_t default_map(pkider::oid_map_start_t::BUILTIN);
 constinit pkider::oid_map_t file_map(pkider::oid_map_start_t::BUILTIN);
 
 // What a file added ends when the library is unloaded. Registered as early as the library is loaded, so that it runs
-// behind the destructors of the hosts that link the shared library, whenever they name a directory.
+// after the destructors of the hosts that link the shared library, even if they name a directory late.
 const struct release_at_unload_t {
     ~release_at_unload_t() { file_map.clear(); }
 } release_at_unload;

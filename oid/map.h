@@ -29,13 +29,13 @@ class oid_map_t {
 
     /// Adds the entries of `text`, in place of those of another text.
     ///
-    /// @throws std::bad_alloc, std::length_error; the map is then as it was.
+    /// @throws std::bad_alloc, std::length_error; the map is then unchanged.
     void assign(std::string_view text);
 
     /// Back to what the map started with. Entries added by a text end their life.
     void clear() noexcept;
 
-    /// Whether the built-in rows answer first.
+    /// Whether the built-in rows are searched first.
     bool begins_with_builtin() const { return m_has_builtin; }
 
     const OIDdescr_t* find_asn(const uint8_t* asn, uint64_t length) const {

@@ -1,7 +1,7 @@
 // One index of an OID map, built once over all entries. Of those with one key it finds the first.
 // Required: OidMap.RequiredFirstEntryOfAKeyWins.
 //
-// Slots stand in buckets, by the high bits of their hashes; where hashes spread, a find looks through a handful of
+// Slots are in buckets, by the high bits of their hashes; when hashes spread, a find examines a handful of
 // slots. Keys can be chosen to collide: a bucket that grew large is sorted, and searched in halves. So a find is never
 // slow, and building never costs more than a sort.
 #pragma once
@@ -22,21 +22,21 @@ class oid_map_slots_t {
     /// The order of the keys of two entries: below 0, 0 or above 0.
     using compare_t = int (*)(const OIDdescr_t& a, const OIDdescr_t& b);
 
-    /// Eight bytes, and an entry is only looked at where the hashes do not decide: what many entries cost is memory
-    /// that the caches do not hold. Bench: oid/parse_map.
+    /// Eight bytes, and an entry is read only where the hashes do not decide: the cost of many entries is memory
+    /// that does not fit the caches. Bench: oid/parse_map.
     struct slot_t {
         uint32_t hash;
         uint32_t number; // of the entry in the text
     };
 
-    /// Buckets of at most this many slots stand in the order of the text, larger ones in that of hash, key and text.
+    /// Buckets of at most this many slots are in the order of the text, larger ones in that of hash, key and text.
     /// Nearly all have one or two slots or none, and are not worth a sort. Bench: oid/parse_map.
     static constexpr std::size_t max_unsorted = 16;
 
     void add(uint32_t hash) { m_slots.push_back({hash, static_cast<uint32_t>(m_slots.size())}); }
     void build(std::span<const OIDdescr_t* const> entries, compare_t compare);
 
-    /// Where slots with this hash stand, if there are any.
+    /// The bucket of the slots with this hash, if there are any.
     std::span<const slot_t> bucket(uint32_t hash) const {
         if (m_slots.empty()) return {};
         const std::size_t number = hash >> m_shift;
@@ -92,7 +92,7 @@ class oid_map_index_t {
         return Key::compare(Key::key(m_slots.entry(slot)), key);
     }
 
-    // Of sorted slots the first that does not stand before the key, or none.
+    // Of sorted slots the first that is not before the key, or none.
     std::span<const slot_t> first_not_below(std::span<const slot_t> slots, uint32_t hash, std::string_view key) const {
         std::size_t below = 0;
         std::size_t end = slots.size();

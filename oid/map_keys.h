@@ -1,4 +1,4 @@
-// The three keys of an OID map's entry: where each stands, when two are equal, and how they spread over an index.
+// The three keys of an OID map's entry: where each is, when two are equal, and how they spread over an index.
 #pragma once
 
 #include "platform/ascii.h"

@@ -34,7 +34,8 @@ bool take_char(std::string_view& text, char c) {
     return true;
 }
 
-// Whatever else stands at the front makes the line none. Required: OidMap.RequiredByteOrderMarkHidesTheFirstLine.
+// Any other character at the beginning makes the line no entry. Required:
+// OidMap.RequiredByteOrderMarkHidesTheFirstLine.
 bool read_line(std::string_view line, oid_map_line_t& out) {
     take_while(line, is_blank);
     out.oid = take_while(line, is_oid_char);

@@ -1,4 +1,4 @@
-// The text of an OID map, a line at a time: `2.5.4.3 = CN, commonName`. docs/oid_map_format.md tells the format.
+// The text of an OID map, a line at a time: `2.5.4.3 = CN, commonName`. docs/oid_map_format.md describes it.
 #pragma once
 
 #include <string_view>

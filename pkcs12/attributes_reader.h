@@ -8,7 +8,7 @@
 namespace pkider {
 
 /// Reads the contents of a bag's attribute SET into the two attribute spans of `item`. Of an attribute that occurs
-/// twice the later one counts; unknown attributes are passed over.
+/// twice the later one counts; unknown attributes are ignored.
 ///
 /// @return  False when an attribute is malformed, or one of the two known ones has a value of another type.
 bool read_bag_attributes(asn_element_t attributes, pkcs12_item_t& item);

@@ -15,11 +15,11 @@ enum class access_t { READ = 0, WRITE = 1 };
 /// Below this many bytes there is nothing to be gained.
 inline constexpr uint64_t near_cache_size = 2'000'000;
 
-/// Asks for as many bytes as a bag has, or as the first 8 KB of a huge one, 8 KB behind its first byte.
+/// Asks for as many bytes as a bag has, or as the first 8 KB of a huge one, 8 KB after its first byte.
 ///
 /// @param bag          First byte of the bag.
 /// @param size         Its size, roughly.
-/// @param size_behind  Bytes that come behind `size`; near the end nothing more is asked for.
+/// @param size_behind  Bytes that follow `size`; near the end nothing more is asked for.
 //
 // Inline, and so must be what calls it only: GCC drops calls of a function that does nothing but prefetch.
 template <access_t Access>

@@ -1,4 +1,4 @@
-// The writer of MacData; its reader, asn_read_pkcs12_MacData, stands in pkider/pkcs12.h.
+// The writer of MacData; its reader, asn_read_pkcs12_MacData, is in pkider/pkcs12.h.
 #pragma once
 
 #include <pkider/pkcs12.h>

@@ -9,7 +9,7 @@
 namespace pkider {
 namespace {
 
-// One byte counts as the right version whatever it is, and of more bytes only the first is looked at.
+// Any single byte counts as the right version; of more bytes only the first is compared.
 // Required: Pkcs12Version.RequiredLenientTest.
 bool is_version(const asn_element_t& version, uint8_t wanted) {
     return version.length == 1 || (version.length > 1 && version.content[0] == wanted);
@@ -44,7 +44,7 @@ bool read_encrypted_data(asn_element_t content, encrypted_data_t& out) {
 }
 
 // Puts a plaintext at the end of `buffers` when the walk of its contents ends, however it ends: what was read from it
-// never dangles, and the plaintexts found inside it stand before it. Splicing keeps the address of the bytes.
+// never dangles, and the plaintexts found inside it precede it. Splicing keeps the address of the bytes.
 class buffer_keeper_t {
   public:
     buffer_keeper_t(std::list<std::string>& buffers, std::list<std::string>& plain)
@@ -58,8 +58,8 @@ class buffer_keeper_t {
     std::list<std::string>& m_plain;
 };
 
-// SafeContents stand in an OCTET STRING, in the clear and as plaintext alike; RFC 7292 has them bare in a plaintext.
-// Required: Pkcs12Reader.RequiredPlaintextOfAContentIsAnOctetString.
+// SafeContents are in an OCTET STRING, both unencrypted and in a plaintext; in RFC 7292 a plaintext has no OCTET
+// STRING. Required: Pkcs12Reader.RequiredPlaintextOfAContentIsAnOctetString.
 bool read_wrapped_safe(asn_element_t content, safe_kind_t kind, pbe_crypto_t& crypto, pkcs12_easy_t& out) {
     asn_element_t safe;
     return asn_next_element(asn_tag_t::OCTET_STRING, content, safe) &&
@@ -71,7 +71,7 @@ bool read_encrypted_safe(const asn_element_t& content, pbe_crypto_t& crypto, pkc
     if (!read_encrypted_data(content, data)) return false;
     if (!asn_is_oid(data.content_type, pkcs12_oid::data)) return true;
 
-    // `encrypted` stays null: the host's object tells from it that no shrouded key is meant.
+    // `encrypted` stays null: by that, the host's pbe_crypto_t distinguishes a content from a shrouded key.
     // Required: Pkcs12Reader.RequiredEncryptedSpanIsNullForContents.
     // Malformed DER fails the read; what cannot be decrypted is skipped, and the rest is read.
     // Required: Pkcs12Reader.RequiredContentOfAnotherAlgorithmIsSkipped and
@@ -125,7 +125,7 @@ bool asn_read_pkcs12_easy(const uint8_t* data, uint64_t size, pbe_crypto_t* cryp
     if (!read_content_info(auth_safe, type, content) || !asn_is_oid(type, pkcs12_oid::data)) return false;
     if (!asn_read_pkcs12_MacData(mac_data.content, mac_data.length, out.mac)) return false;
 
-    // The MAC is checked before the OCTET STRING is looked at, over all that stands in the [0], header included.
+    // The MAC is checked before the OCTET STRING is read, over the whole contents of the [0], header included.
     // Required: Pkcs12Reader.RequiredMacCoversTheWholeElement.
     if (!crypto->check_mac(out.mac, content.content, content.length)) return false;
     asn_element_t safe;

@@ -12,7 +12,7 @@ enum class safe_kind_t { PLAIN, ENCRYPTED };
 
 /// Reads the SafeContents at `data` and appends the items found to `out`.
 ///
-/// A shrouded key that cannot be read or decrypted, and a bag of another kind, is passed over.
+/// A shrouded key that cannot be read or decrypted, and a bag of another kind, is ignored.
 ///
 /// @return  False when the SafeContents are malformed; items found before stay in `out`.
 bool read_safe_contents(const uint8_t* data, uint64_t size, safe_kind_t kind, pbe_crypto_t& crypto, pkcs12_easy_t& out);

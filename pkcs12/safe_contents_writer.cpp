@@ -17,7 +17,7 @@ uint64_t attribute_content_size(uint64_t value_len) {
     return std::tuple_size_v<attribute_oid_t> + asn_checked_element_size(asn_checked_element_size(value_len));
 }
 
-// Nothing at all is written for an attribute without bytes.
+// An attribute without bytes is not written.
 uint64_t attribute_size(uint64_t value_len) {
     return value_len == 0 ? 0 : asn_checked_element_size(attribute_content_size(value_len));
 }
@@ -68,7 +68,7 @@ bag_sizes_t count_bag(const pkcs12_item_t& item) {
     return sizes;
 }
 
-// All that stands in front of the item's data. Keys go into keyBags even when the whole is encrypted afterwards.
+// All bytes before the item's data. Keys go into keyBags even when the whole is encrypted afterwards.
 // Required: Pkcs12Writer.RequiredKeysAreNeverShrouded.
 // An item of an unknown type has no bag type and no value.
 // Required: Pkcs12Writer.RequiredItemOfUnknownTypeIsABagOfAttributesOnly.

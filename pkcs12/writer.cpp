@@ -17,7 +17,7 @@ namespace {
 
 // ContentInfo ::= SEQUENCE { contentType OBJECT IDENTIFIER, content [0] }                              (RFC 2315 7)
 //
-// Its head is what stands in front of the content: everything but the content element itself.
+// Its head is all before the content: everything but the content element itself.
 using content_type_t = decltype(pkcs12_oid::data);
 
 uint64_t content_info_size(uint64_t element_size) {
@@ -44,10 +44,10 @@ void wipe(std::string& plain) {
 // EncryptedData ::= SEQUENCE { version 0, SEQUENCE { data, algorithm, [0] IMPLICIT OCTET STRING } }    (RFC 2315 13)
 class encrypted_data_writer_t {
   public:
-    // Has the host's object encrypt the SafeContents. Its answer is not looked at.
+    // Lets the host's pbe_crypto_t encrypt the SafeContents. The result is ignored.
     // Required: Pkcs12Writer.RequiredResultOfEncryptIsIgnored.
     //
-    // `block` is empty before and after; the plaintext stands in it meanwhile.
+    // `block` is empty before and after; in between it contains the plaintext.
     encrypted_data_writer_t(const safe_contents_writer_t& safe, pbe_crypto_t& crypto, std::string& block) {
         safe.append_to(block);
         pkcs8_encrypted_pki_gost_t params;
@@ -83,7 +83,7 @@ class encrypted_data_writer_t {
 
 // PFX ::= SEQUENCE { version 3, authSafe ContentInfo, macData MacData }                                 (RFC 7292 4)
 //
-// Its head is what stands in front of the OCTET STRING that carries the AuthenticatedSafe.
+// Its head is all before the OCTET STRING around the AuthenticatedSafe.
 uint64_t pfx_content_size(uint64_t safe_size, uint64_t mac_data_size) {
     return asn_version(3).size() + content_info_size(safe_size) + mac_data_size;
 }
@@ -107,8 +107,8 @@ struct unfinished_pfx_t {
     const uint8_t* safe() const { return reinterpret_cast<const uint8_t*>(bytes.data()) + head_size; }
 };
 
-// The MAC can only be made over the finished AuthenticatedSafe, which stands between a header that counts the MacData
-// and the MacData. So its size is foreseen: a digest of 32 bytes, a salt of 8, a count of 3. A larger one that still
+// The MAC can only be made over the finished AuthenticatedSafe, which is between a header that counts the MacData
+// and the MacData. So its size is assumed: a digest of 32 bytes, a salt of 8, a count of 3. A larger one that still
 // fits the room, and does not change the size of the first header, costs nothing either.
 constexpr uint64_t usual_mac_data_size = 65;
 constexpr uint64_t mac_data_room = 256;

@@ -47,7 +47,7 @@ class algorithm_writer_t {
 
     uint64_t size() const { return m_size; }
 
-    /// Writes size() bytes at `at` and returns the place behind them.
+    /// Writes size() bytes at `at` and returns the place after them.
     uint8_t* put(uint8_t* at) const {
         at = asn_put_header(at, asn_tag_t::SEQUENCE, m_algorithm_size);
         at = asn_put_constant(at, pbes2);
@@ -111,7 +111,7 @@ bool asn_read_pbkdf2_gost_params(const uint8_t* content, uint64_t length, pkcs8_
     if (!asn_next_element(asn_tag_t::ANY, function, function_param)) return false;
 
     if (!asn_is_oid(oid, pbkdf2) || !asn_is_oid(function_oid, hmac_gost94)) return false;
-    // Five significant bytes pass, and none at all leave the field as it was.
+    // Five significant bytes are accepted, and empty contents leave the field unchanged.
     // Required: EncryptedGostKey.RequiredFiveByteCountLosesItsHighByte,
     // EncryptedGostKey.RequiredEmptyCountKeepsWhatTheCallerHad.
     return asn_read_uint32(count.content, count.length, &out.iterations);

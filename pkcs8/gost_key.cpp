@@ -42,7 +42,7 @@ constexpr auto kind_2012_256 = key_kind_t(1, gost_2012_256, params_2012_256);
 constexpr auto kind_2012_512 = key_kind_t(2, gost_2012_512, params_2012_512);
 constexpr auto head_unknown = head_of(asn_empty_oid, asn_empty_oid);
 
-// Gives the type of the first kind about which `matches` answers true.
+// Gives the type of the first kind for which `matches` returns true.
 template <typename Matches>
 bool find_kind(Matches matches, uint32_t& key_type) {
     const auto is = [&](const auto& kind) {

@@ -10,7 +10,7 @@
 //     privateKey           OCTET STRING,
 //     attributes           [0] OPTIONAL }
 //
-// The parameters are not optional here, and nothing behind the privateKey is looked at.
+// The parameters are not optional here, and everything after the privateKey is ignored.
 bool asn_read_pkcs8_priv_key_info(const uint8_t* der, uint32_t len, asn_pkcs8_priv_key_info_t& out) {
     using namespace pkider;
 

@@ -1,5 +1,5 @@
-// Letters and digits as they are in ASCII, whatever the locale says and however `char` is signed. The functions of
-// <cctype> depend on the one and are undefined for the other.
+// Letters and digits of ASCII, in any locale and for signed and unsigned `char`. The functions of
+// <cctype> depend on the locale and are undefined for negative values.
 #pragma once
 
 #include <cstdint>
@@ -10,7 +10,7 @@ constexpr bool is_ascii_digit(char c) {
     return c >= '0' && c <= '9';
 }
 
-/// Folds a to z; every other byte, NUL and the ones of UTF-8 included, stands for itself.
+/// Folds a to z; every other byte, NUL and the bytes of UTF-8 included, is unchanged.
 constexpr char ascii_upper(char c) {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }

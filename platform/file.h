@@ -19,9 +19,9 @@ struct file_bytes_t {
 /// counts as one.
 std::size_t utf16_units(const char* utf8);
 
-/// Reads a file to its end. Nothing at all comes back when it cannot be opened, its path takes more than
-/// max_path_units, it is no regular file (a directory, a device, a FIFO, which is not waited for), has more than 2^31 -
-/// 1 bytes, or ends before its size. Child processes do not inherit the open file (POSIX).
+/// Reads a file to its end. The result is empty when the file cannot be opened, its path has more than max_path_units,
+/// it is not a regular file (a directory, a device, a FIFO, which is not waited for), has more than 2^31 - 1 bytes, or
+/// ends before its size. Child processes do not inherit the open file (POSIX).
 ///
 /// @throws std::bad_alloc, with the file closed again.
 file_bytes_t read_whole_file(const char* utf8_path);

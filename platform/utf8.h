@@ -11,12 +11,12 @@ constexpr uint64_t utf8_size(uint32_t code) {
     return uint64_t{1} + (code >= 0x80) + (code >= 0x800) + (code >= 0x10000);
 }
 
-/// A byte behind the first one: the lowest six bits.
+/// A byte after the first one: the lowest six bits.
 constexpr char utf8_tail(uint32_t bits) {
     return static_cast<char>(0x80 | (bits & 0x3F));
 }
 
-/// Writes the utf8_size(code) bytes of a character and returns the place behind them.
+/// Writes the utf8_size(code) bytes of a character and returns the place after them.
 constexpr char* put_utf8(uint32_t code, char* out) {
     if (code < 0x80) {
         *out++ = static_cast<char>(code);
