@@ -1,5 +1,5 @@
-// Whatever the bytes say, taken as an object identifier and as a value: each lookup answers what a scan over the rows
-// answers, the first row that matches.
+// For any bytes, taken as an object identifier and as a value: each lookup returns the result of a scan over the rows,
+// the first row that matches.
 #include "alg/cert_sign_rows.h"
 #include "alg/display_names.h"
 #include "alg/hash_rows.h"

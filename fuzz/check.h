@@ -1,4 +1,4 @@
-// The truths of the fuzz targets: a false one ends the run and leaves the input behind.
+// The assertions of the fuzz targets: a false one ends the run and keeps the input.
 #pragma once
 
 #include <cstdio>

@@ -1,7 +1,7 @@
-// Whatever the bytes are: every element that the program's walker visits stands right behind what came before it,
-// inside the input and inside its parent; no walk takes more steps than headers have room, none ends before the end
-// without a fault, and what was opened because it holds DER has none. The program's cursor reads the same outermost
-// elements.
+// For any bytes: every element that the program's walker visits directly follows the bytes before it, inside the input
+// and inside its parent. No walk takes more steps than there is room for headers. No walk ends before the end without a
+// fault, and an element that was opened because it contains DER has no fault. The program's cursor reads the same
+// outermost elements.
 #include "tools/pkider/formats/der_walker.h"
 #include "fuzz/check.h"
 #include "tools/pkider/formats/der_cursor.h"

@@ -1,5 +1,5 @@
-// Whatever the bytes say: the hash found in them lies inside, and wrapping them gives a DigestInfo that ends with them
-// and in which the hash is found again.
+// For any bytes: the hash found in them is inside, and wrapping them gives a DigestInfo that ends with them and in
+// which the hash is found again.
 #include "fuzz/check.h"
 #include "fuzz/spans.h"
 

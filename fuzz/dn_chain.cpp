@@ -1,6 +1,6 @@
-// What prints from an encoded line encodes again and prints as the same text, and that is what printable_dn_normalize
-// gives: but for a text with a NUL in it, types of which the first arc prints as 3 or more, and encodings of 65,536
-// bytes and more.
+// A line printed from an encoded line encodes again and prints as the same text, and printable_dn_normalize gives that
+// text. Exceptions are a text with a NUL in it, types of which the first arc prints as 3 or more, and encodings of
+// 65,536 bytes and more.
 #include "fuzz/check.h"
 #include "fuzz/line.h"
 
@@ -19,7 +19,7 @@ bool print(const std::string& der, std::string& out, oid_map_handle_t map) {
                                DN_ORDER_AS_ENCODED, map);
 }
 
-// Dotted text with a first arc of 3 and more is not accepted; it comes of a second arc above 39 behind a first one
+// Dotted text with a first arc of 3 and more is not accepted; it comes from a second arc above 39 after a first arc
 // of 2.
 bool has_unreadable_type(const std::string& text) {
     std::vector<RDNdescr_t> records;

@@ -1,6 +1,6 @@
-// For any bytes both orders end with the same fault at the same place, and the reversed text consists of the finished
-// groups of the other one, last first, after what the output held before. The built-in map, which has fast paths, gives
-// the same text as a parsed map of the same rows.
+// For any bytes: both orders end with the same fault at the same place, and the reversed text consists of the finished
+// groups of the other one, last first, after the previous text of the output. The built-in map, which has fast paths,
+// gives the same text as a parsed map of the same rows.
 #include "dn/dn_decoder.h"
 
 #include "fuzz/check.h"

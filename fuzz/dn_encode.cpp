@@ -1,6 +1,6 @@
-// For any line the encoder ends as splitting, looking up, decoding and nesting one asn_writer_t in another do, with the
-// same bytes or the same fault. It ends in the same way with the built-in map, which has fast paths, and with a parsed
-// map of the same rows. What it wrote can be walked as a Name, unless a length was cut.
+// For any line: the encoder gives the same bytes or the same fault as splitting, looking up, decoding and nesting one
+// asn_writer_t in another. It gives the same result with the built-in map, which has fast paths, and with a parsed map
+// of the same rows. Its output can be walked as a Name, unless a length was cut.
 #include "dn/dn_encoder.h"
 
 #include "der/element_reader.h"

@@ -1,6 +1,6 @@
-// Whatever the line: reversed it is its RDNs, each behind the blanks in front of it, last first, and a faulty one stays
-// as it is; an attribute is that of the first record of its type, and the country is looked for among them; a line
-// contains itself and all of it in front of a piece's end, and whatever it contains stands in it in order.
+// For any line: the reversed line is its RDNs, each after its blanks, last first, and a faulty line is unchanged. An
+// attribute is that of the first record of its type, and the country is searched among the records. A line contains
+// itself and each beginning of it that ends with a piece, and all that it contains is in it in order.
 #include "fuzz/check.h"
 #include "fuzz/line.h"
 
@@ -73,7 +73,7 @@ void check_own_beginnings(const fuzz_line_t& line) {
     }
 }
 
-bool stands_in_order(const char* wanted, const char* text) {
+bool is_in_order(const char* wanted, const char* text) {
     for (; *wanted != '\0'; ++wanted, ++text) {
         text = std::strchr(text, *wanted);
         if (text == nullptr) return false;
@@ -96,6 +96,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const std::size_t behind = std::min(size, line.length() + 1);
     const fuzz_line_t attrs(data + behind, size - behind);
     const bool contained = printable_dn_contain_attrs(line.c_str(), attrs.c_str());
-    CHECK_TRUE(!contained || stands_in_order(attrs.c_str(), line.c_str()));
+    CHECK_TRUE(!contained || is_in_order(attrs.c_str(), line.c_str()));
     return 0;
 }

@@ -1,5 +1,5 @@
-// Whatever the line: a second reading, one character at a time, finds the same records and the same fault, and nothing
-// but blanks and separators stands between the records.
+// For any line: a second parser, one character at a time, finds the same records and the same fault, and only blanks
+// and separators are between the records.
 #include "dn/printable_dn.h"
 #include "fuzz/check.h"
 #include "fuzz/line.h"
@@ -12,7 +12,7 @@ bool is_blank(char c) {
     return c == ' ' || c == '\t';
 }
 
-// Reads the line as the syntax tells it, each character looked at on its own.
+// Reads the line as the syntax describes it, one character at a time.
 class reader_t {
   public:
     explicit reader_t(const char* line) : m_line(line), m_at(line) {}

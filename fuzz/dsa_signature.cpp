@@ -1,5 +1,5 @@
-// Whatever the bytes say: what was read lies inside the input, the second number behind the first; a first number that
-// could not be read is 0 and null, and such a second one is unchanged.
+// For any bytes: the numbers are inside the input, the second after the first. A first number that could not be read is
+// 0 and null, and such a second one is unchanged.
 #include "fuzz/check.h"
 #include "fuzz/spans.h"
 

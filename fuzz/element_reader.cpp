@@ -1,5 +1,5 @@
-// Whatever the bytes say: the contents lie inside the input, both widths of the reader agree, and the children of an
-// element tile its contents; read as a number these are their last four bytes.
+// For any bytes: the contents are inside the input, both widths of the reader agree, and the children of an element
+// tile its contents. Read as a number, contents give their last four bytes.
 #include "der/element_reader.h"
 #include "fuzz/check.h"
 
@@ -26,7 +26,7 @@ void check_children(asn_element_t parent) {
     }
 }
 
-// Zeros in front do not count for the length, and what stands before the last four bytes is lost.
+// Leading zeros do not count for the length, and the bytes before the last four are lost.
 void check_number(std::span<const uint8_t> content) {
     constexpr uint32_t unwritten = 0x11223344;
     uint32_t number = unwritten;

@@ -1,5 +1,5 @@
-// Whatever the bytes say: every span of an encrypted key that was read lies inside the input; and what is written of
-// any record is what nested elements would give, and is read back equal but for the zero bytes of the count.
+// For any bytes: every span of an encrypted key that was read is inside the input. Any record is written as nested
+// elements would be, and reads back equal except for the zero bytes of the count.
 #include "pkcs8/encrypted_gost_key.h"
 #include "fuzz/check.h"
 #include "fuzz/count.h"

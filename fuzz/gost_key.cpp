@@ -1,5 +1,5 @@
-// Whatever the bytes say: a GOST key lies inside the PrivateKeyInfo's key; and any key is written as nested elements
-// would be, and read back equal, as long as no length is of 65,536 or more.
+// For any bytes: a GOST key is inside the PrivateKeyInfo's key. Any key is written as nested elements would be, and
+// reads back equal, unless a length is 65,536 or more.
 #include "fuzz/check.h"
 #include "fuzz/spans.h"
 #include "tests/support/bottom_up_keys.h"

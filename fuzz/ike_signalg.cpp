@@ -1,6 +1,6 @@
-// Whatever the bytes say: object identifier and parameters lie inside the input and the parameters reach to its end;
-// the algorithm is one of the certificate signatures or a hash under RSASSA-PSS; and its ready-made identifier reads
-// back as the same algorithm.
+// For any bytes: object identifier and parameters are inside the input, and the parameters reach to its end. The
+// algorithm is one of the certificate signatures or a hash with RSASSA-PSS, and its ready-made identifier reads back as
+// the same algorithm.
 #include "fuzz/check.h"
 #include "fuzz/spans.h"
 

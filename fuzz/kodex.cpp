@@ -1,5 +1,5 @@
-// Whatever the octets are: the size foretold is the size written, nothing is written past it, and the UTF-8 that comes
-// out decodes to the characters that went in.
+// For any octets: the announced size is the size written, nothing is written after it, and the UTF-8 decodes to the
+// characters of the input.
 #include "platform/kodex.h"
 #include "fuzz/check.h"
 

@@ -1,4 +1,4 @@
-// The fuzzer's bytes as a line of text: what stands before the first NUL, in a heap block that ends with it.
+// The fuzzer's bytes as a line of text: the bytes before the first NUL, in a heap block that ends with it.
 #pragma once
 
 #include <algorithm>

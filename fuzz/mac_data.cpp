@@ -1,5 +1,5 @@
-// Whatever the bytes say: the pieces of a MacData that was read lie inside the input in their order, and written and
-// read again they are what they were, but for the algorithm and the zero bytes of the count.
+// For any bytes: the parts of a MacData are inside the input in their order. Written and read again they are equal,
+// except for the algorithm and the zero bytes of the count.
 #include "pkcs12/mac_data.h"
 #include "fuzz/check.h"
 #include "fuzz/count.h"

@@ -1,5 +1,5 @@
-// Whatever the contents are: they print exactly when they are not empty and end a subidentifier, each subidentifier as
-// arithmetic by hand gives it, and the text of a real OID encodes to contents that print the same.
+// For any contents: they print exactly when they are not empty and end a subidentifier. Each subidentifier is printed
+// as plain arithmetic gives it, and the text of a real OID encodes to contents that print the same.
 #include <pkider/oid.h>
 
 #include "fuzz/check.h"

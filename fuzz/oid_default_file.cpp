@@ -1,5 +1,5 @@
-// Whatever the configuration file holds: the file map answers like a map made from the lines of the built-in entries
-// followed by the file's, and the built-in map as ever.
+// For any configuration file: the file map returns the entries of a map made from the lines of the built-in entries
+// followed by those of the file. The built-in map does not change.
 #include "der/oid_contents.h"
 #include "fuzz/check.h"
 #include "oid/builtin_rows.h"

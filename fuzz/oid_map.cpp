@@ -1,5 +1,5 @@
-// Whatever the text says: the three finders answer for every key of it, and for keys beside them, as a walk from the
-// first character to the last and through a plain list would answer.
+// For any text: for each of its keys and for other keys, the three finders return what a walk from the first character
+// to the last and through a plain list finds.
 #include <pkider/oid.h>
 
 #include "fuzz/check.h"

@@ -1,5 +1,5 @@
-// Whatever the bytes say: no text but that of a well-formed element changes; what the map does not know prints as the
-// codec's dotted text behind what stood there, or as the name of its algorithm, with or without that text.
+// For any bytes: the text changes only for a well-formed element. An element that the map does not contain prints as
+// the codec's dotted text, appended, or as the name of its algorithm, with or without that text.
 #include "alg/display_names.h"
 #include "fuzz/check.h"
 

@@ -1,5 +1,5 @@
-// Whatever the text says: it is encoded as arithmetic by hand would encode it, into no more than 506 bytes, and what
-// the contents print as is encoded to the same contents again, unless the first arc of the print is none.
+// For any text: it is encoded as plain arithmetic encodes it, into no more than 506 bytes. The text printed from the
+// contents is encoded to the same contents again, unless its first arc is above 2.
 #include <pkider/oid.h>
 
 #include "fuzz/check.h"

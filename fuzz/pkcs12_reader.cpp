@@ -1,5 +1,5 @@
-// Whatever the bytes say, and whatever the crypto object answers: every span that was read lies inside the input or a
-// plaintext that the record keeps, and contents that nobody can decrypt change nothing about those in the clear.
+// For any bytes and any results of the crypto object: every span is inside the input or a plaintext that the record
+// keeps, and contents that nobody can decrypt do not change the unencrypted ones.
 #include "fuzz/check.h"
 #include "fuzz/spans.h"
 

@@ -1,5 +1,5 @@
-// Any record at all: the writer gives what nested elements would give, byte for byte; and the reader finds every item
-// and the MAC again, as long as no length is of 65,536 or more and every item is a key or a certificate.
+// For any record: the writer gives the bytes that nested elements would give. The reader finds every item and the MAC
+// again, unless a length is 65,536 or more or an item is neither a key nor a certificate.
 #include "fuzz/check.h"
 #include "fuzz/count.h"
 #include "tests/support/bottom_up_pfx.h"

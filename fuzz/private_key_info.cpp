@@ -1,5 +1,5 @@
-// Whatever the bytes say: the identifier and the key lie inside the input, in this order and with parameters between
-// them, and what is refused leaves the key alone.
+// For any bytes: the identifier and the key are inside the input, in this order and with parameters between them.
+// Refused input leaves the key unchanged.
 #include "fuzz/check.h"
 #include "fuzz/spans.h"
 

@@ -1,4 +1,4 @@
-// Whatever the bytes say: the hash's object identifier lies inside the parameters, and nothing behind them counts.
+// For any bytes: the hash's object identifier is inside the parameters, and bytes after them change nothing.
 #include "alg/pss_params.h"
 
 #include "der/element_reader.h"

@@ -1,5 +1,5 @@
-// Whatever the bytes say: algorithm, parameters and key lie inside the input in this order, the parts of an RSA or a
-// GOST key inside the key bits and the parameters, and no key without bits is read.
+// For any bytes: algorithm, parameters and key are inside the input in this order. The parts of an RSA or a GOST key
+// are inside the key bits and the parameters, and no key without bits is read.
 #include "fuzz/check.h"
 #include "fuzz/spans.h"
 

@@ -1,5 +1,5 @@
-// Whatever the bytes: a plain conversion, straight from the tables, gives the same answer and the same text, and that
-// text is well-formed UTF-8.
+// For any bytes: a plain conversion, straight from the tables, gives the same result and the same text, and that text
+// is well-formed UTF-8.
 #include "dn/teletex.h"
 
 #include "dn/teletex_tables.h"

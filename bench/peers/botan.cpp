@@ -39,7 +39,7 @@ void register_rows() {
             Botan::DER_Encoder(out).encode(Botan::OID(text));
             keep(out.size());
         }
-        return 0; // identifier and length in front
+        return 0; // identifier and length first
     });
     add_row(row_name::oid_to_text, oids().size(), [all = oid_elements(oids())] {
         uint64_t sum = 0;

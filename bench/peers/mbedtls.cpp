@@ -43,7 +43,7 @@ struct cursor_t {
         at += length;
         return true;
     }
-    // The element's contents as a cursor of their own; this one steps behind it.
+    // The element's contents as a cursor of their own; this one moves past it.
     bool take(int tag, cursor_t& child) {
         std::size_t length = 0;
         if (!read(tag, length)) return false;

@@ -39,7 +39,7 @@ void register_rows() {
             keep(text);
             PR_smprintf_free(text);
         }
-        return 0; // "OID." in front
+        return 0; // "OID." first
     });
     add_row(row_name::oid_from_text, oids().size(), [] {
         uint64_t sum = 0;

@@ -29,10 +29,10 @@ void register_rows() {
             int size = sizeof out;
             keep(asn1_object_id_der(text.c_str(), out, &size, 0));
         }
-        return 0; // identifier and length in front
+        return 0; // identifier and length first
     });
     add_made_row(row_name::oid_to_text, oids().size(), []() -> pass_t {
-        // It reads behind the identifier: the length octet must stand there.
+        // It reads after the identifier: the length octet must be there.
         std::vector<bytes_t> all = oid_elements(oids());
         for (bytes_t& der : all) der.erase(der.begin());
         return [all] {

@@ -52,7 +52,7 @@ void register_dn_rows() {
         }
         return sum;
     });
-    // A type that no map knows, behind a name that is right so far.
+    // A type that no map contains, after a name that is right so far.
     add_row(row_name::encode_name_refused, plain_names().lines.size(), [refused_lines = [] {
                 std::vector<std::string> out;
                 for (const std::string& line : plain_names().lines) out.push_back(line + ",NOSUCHTYPE=a");

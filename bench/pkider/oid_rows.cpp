@@ -52,7 +52,7 @@ void register_oid_rows() {
         }
         return sum;
     });
-    // A sign behind the last arc.
+    // A sign after the last arc.
     add_row(row_name::oid_refused, oids().size(), [refused_texts = [] {
                 std::vector<std::string> out;
                 for (const std::string& text : dotted_oids()) out.push_back(text + '-');

@@ -59,7 +59,7 @@ struct parts_t {
     std::vector<bytes_t> names, public_keys, signature_algorithms;
 };
 
-// Certificate ::= SEQUENCE { tbsCertificate, ... }; the children of tbsCertificate are told by their place.
+// Certificate ::= SEQUENCE { tbsCertificate, ... }; the children of tbsCertificate are known by their place.
 parts_t split(const bytes_t& certificate, parts_t out) {
     const uint8_t* const end = certificate.data() + certificate.size();
     uint8_t tag = 0;

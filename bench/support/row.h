@@ -19,7 +19,7 @@ using pass_t = std::function<uint64_t()>;
 /// @param items  Items of one pass; figures are per item.
 void add_row(std::string name, std::size_t items, pass_t pass);
 
-/// The same for a row whose input is made when the row is run, and released behind it.
+/// The same for a row whose input is made when the row is run, and released after it.
 void add_made_row(std::string name, std::size_t items, std::function<pass_t()> make);
 
 /// Defined by each executable: adds the rows that its library can do.

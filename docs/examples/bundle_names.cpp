@@ -15,7 +15,7 @@ struct bytes_t {
     uint64_t size = 0;
 };
 
-// The element at the start of `rest`, which then begins behind it; no data when there is none with this tag.
+// The element at the start of `rest`, which then begins after it; no data when there is no element with this tag.
 struct element_t {
     bytes_t whole;
     bytes_t contents;

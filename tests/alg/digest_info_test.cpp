@@ -125,7 +125,8 @@ read_t read(const std::string& digest_info) {
 TEST(DigestInfoReader, FindsTheHashOfWhatTheWriterWrote) {
     for (const pki_alg_t hash : {PKI_ALG_MD5, PKI_ALG_SHA1, PKI_ALG_SHA512, PKI_ALG_GOST3411_2012_256}) {
         for (const std::size_t size : {0u, 20u, 64u, 300u, 0x10000u}) {
-            // A length of 65,536 is written cut, so that the element it announces is shorter than the one that stands.
+            // A length of 65,536 is written cut, so that the element it announces is shorter than the one in the
+            // output.
             const std::string info = wrapped(std::string(size, 'd'), hash);
             const read_t out = read(info);
             EXPECT_TRUE(out.read) << size;

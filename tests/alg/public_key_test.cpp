@@ -128,7 +128,7 @@ TEST(Pubkey, RequiredNegativeLengthIsALargeBound) {
 struct refused_row_t {
     const char* name;
     const char* der;
-    int oid_at; // of three bytes, with the parameters behind it; -1: unwritten
+    int oid_at; // of three bytes, with the parameters after it; -1: unwritten
 };
 
 class PubkeyRefuses : public testing::TestWithParam<refused_row_t> {};
@@ -282,7 +282,7 @@ TEST(RsaPubkey, RequiredExponentMayRunPastTheSequence) {
 }
 
 TEST(RsaPubkey, RefusesAKeyWithoutBits) {
-    // A well-formed key stands in memory where the bits would have to be read from.
+    // A well-formed key is in memory where the bits would be read from.
     const bytes_t der = "30 09 30 05 06 03 2A 03 04 03 00  FF  30 06 02 01 11 02 01 03"_hex;
     const pubkey_t key = read_pubkey(der.data(), std::size_t{11});
     ASSERT_TRUE(key.read);
@@ -484,7 +484,7 @@ const gost_key_row_t gost_pubkey_bits_keys_rows[] = {
 INSTANTIATE_TEST_SUITE_P(Keys, GostPubkeyBits, testing::ValuesIn(gost_pubkey_bits_keys_rows), row_name);
 
 TEST(GostPubkey, FillsTheParameterSetsOfAKeyWithoutBits) {
-    // A well-formed key stands in memory where the bits would have to be read from.
+    // A well-formed key is in memory where the bits would be read from.
     const bytes_t der = "30 15 30 11 06 03 2A 03 04 30 0A 06 03 2A 03 04 06 03 2A 03 05 03 00  FF  04 01 AA"_hex;
     const pubkey_t key = read_pubkey(der.data(), std::size_t{23});
     ASSERT_TRUE(key.read);

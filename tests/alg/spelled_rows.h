@@ -72,7 +72,7 @@ constexpr spelled_row_t spelled_cert_sign_rows[] = {
     {0x000B0110, "1.2.643.7.1.1.3.3",      "id-tc26-signwithdigest-gost3410-2012-512"},
 };
 
-// An AlgorithmIdentifier: its parameters in hexadecimal behind the object identifier.
+// An AlgorithmIdentifier: its parameters in hexadecimal after the object identifier.
 struct spelled_identifier_t {
     uint32_t alg;
     std::string_view dotted;

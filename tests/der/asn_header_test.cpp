@@ -44,7 +44,7 @@ const header_row_t lengths_rows[] = {
 INSTANTIATE_TEST_SUITE_P(Lengths, AsnHeader, testing::ValuesIn(lengths_rows),
                          [](const auto& row) { return row.param.name; });
 
-// The rule as it stands in words: store the lowest byte, then walk up from the second lowest, storing bytes until a
+// The rule in words: store the lowest byte, then walk up from the second lowest, storing bytes until a
 // zero byte has been stored or all four are; the place of that zero takes 0x80 | n.
 bytes_t header_by_the_rule(uint64_t len) {
     uint8_t area[7] = {};

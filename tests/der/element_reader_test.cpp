@@ -25,7 +25,7 @@ struct read_row_t {
     asn_tag_t::Type expected;
     const char* der;
     int content_at;   // -1: refused
-    uint64_t out_len; // `unwritten`: untouched
+    uint64_t out_len; // `unwritten`: unchanged
 };
 
 class ReadTag : public testing::TestWithParam<read_row_t> {};

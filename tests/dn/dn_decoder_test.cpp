@@ -24,7 +24,7 @@ namespace {
 const std::string before = "before|";
 constexpr oid_map_handle_t no_map{};
 
-/// A Name of one attribute, CN, with the given bytes behind its type.
+/// A Name of one attribute, CN, with the given bytes after its type.
 bytes_t name_with_value(const bytes_t& value) {
     return der(0x30, der(0x31, der(0x30, {"06 03 55 04 03"_hex, value})));
 }
@@ -121,8 +121,8 @@ TEST(DnDecoder, ShortNamesMayBeLong) {
 
 struct value_row_t {
     const char* name;
-    const char* value; // what stands behind the type, in hex
-    std::string text;  // behind "CN="
+    const char* value; // the bytes after the type, in hex
+    std::string text;  // after "CN="
 };
 
 class DnDecoderValue : public testing::TestWithParam<value_row_t> {};
@@ -166,7 +166,7 @@ const value_row_t values_rows[] = {
     {"LargestUniversalCharacter", "1C 04 00 10 FF FF", "\xF4\x8F\xBF\xBF"},
     {"LongFormLength", "13 82 00 01 61", "a"},
     {"RequiredBytesAfterAStringAreIgnored", "13 01 61 FF FF", "a"},
-    // Everything else in hexadecimal, to the end of the attribute, its header not looked at
+    // Everything else in hexadecimal, to the end of the attribute, its header ignored
     {"OctetString", "04 02 01 02", "#04020102"},
     {"Constructed", "30 02 05 00", "#30020500"},
     {"VisibleString", "1A 01 61", "#1A0161"},
@@ -182,7 +182,7 @@ const value_row_t values_rows[] = {
 INSTANTIATE_TEST_SUITE_P(Values, DnDecoderValue, testing::ValuesIn(values_rows),
                          [](const auto& row) { return row.param.name; });
 
-// All 256 first bytes, each in front of a length and a letter.
+// All 256 first bytes, each before a length and a letter.
 TEST(DnDecoderValue, EveryTagIsTextOrHex) {
     for (int tag = 0; tag < 256; ++tag) {
         const printed_t printed = print(name_with_value({static_cast<uint8_t>(tag), 4, 0, 0, 0, '1'}));
@@ -415,7 +415,7 @@ TEST(DnDecoder, JunkInAnyConstructedElementIsReportedOrIgnored) {
     for_junk_in_each_constructed(from_hex(sample), "13 01 78"_hex, [&](const uint8_t* der, std::size_t size) {
         codes.push_back(print(der, size, DN_ORDER_REVERSED, OID_MAP_HANDLE_DEFAULT).result.code);
     });
-    // A string in the Name (12), or in a SET (13); behind a value it is ignored. Each is tried with three guards.
+    // A string in the Name (12), or in a SET (13); after a value it is ignored. Each is tried with three guards.
     ASSERT_EQ(codes.size(), 3u * (1 + 6 + 7));
     EXPECT_EQ(std::count(codes.begin(), codes.end(), 12), 3);
     EXPECT_EQ(std::count(codes.begin(), codes.end(), 13), 3 * 6);

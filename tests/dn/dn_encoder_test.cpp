@@ -137,7 +137,7 @@ const encode_fault_t dn_encoder_fault_lines_rows[] = {
     {"BlankBeforeQuotes", "CN= \"a,b\"", 10, 4},
     {"BlankBehindQuotes", "CN=\"a\" ,O=x", 10, 3},
     {"TwoEquals", "CN=a=b", 10, 4},
-    // Quoted and "#" values count from behind the quote or "#"
+    // Quoted and "#" values count from after the quote or "#"
     {"RequiredHexAndQuotedPositionsAreOneBeforeTheFault", "CN=#0C0G", 5, 6},
     {"QuotedBackslashIsOneBeforeTheFault", "CN=\"x\"\\\"", 7, 6},
     {"FirstHexDigitBad", "CN=#GG0C", 5, 3},
@@ -200,7 +200,7 @@ TEST(DnEncoder, TakesTheLongestOid) {
     EXPECT_EQ(result.code, 2);
 }
 
-// Every size of a value up to far behind the first length octet, so that each level of the nest changes its header.
+// Every size of a value up to far beyond one length octet, so that each level of the nest changes its header.
 TEST(DnEncoder, EqualsTheWritersForEveryValueLengthUpTo700) {
     for (std::size_t length = 0; length <= 700; ++length) {
         const std::string value(length, 'a');

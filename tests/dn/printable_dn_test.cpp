@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* faulty_code_names[] = {"success", "type syntax", "", "unbalanced quote"};
 
-/// A record as `type=value`, with "+" in front when it is joined to the one before.
+/// A record as `type=value`, with a leading "+" when it is joined to the one before.
 std::string to_text(const RDNdescr_t& record) {
     return (record.joined_to_previous ? "+" : "") + std::string(record.type_begin, record.type_end) + "=" +
            std::string(record.value_begin, record.value_end);
@@ -86,7 +86,7 @@ struct split_fault_t {
     const char* line;
     uint16_t code;
     uint16_t position;
-    std::vector<std::string> records; // those in front of the fault
+    std::vector<std::string> records; // those before the fault
 };
 
 class DnSplitFault : public testing::TestWithParam<split_fault_t> {};
@@ -116,11 +116,11 @@ const split_fault_t dn_split_fault_lines_rows[] = {
     {"OnlyAType", "CN", 1, 2, {}},
     {"OnlyATypeAndABlank", "CN ", 1, 3, {}},
     {"SecondTypeOnly", "CN=a,O", 1, 6, {"CN=a"}},
-    // Something else behind the blanks
+    // Something else after the blanks
     {"TwoWords", "C N=a", 1, 2, {}},
     {"TwoWordsAndBlanks", "C \t N=a", 1, 4, {}},
     {"CommaBehindABlank", "CN ,O=a", 1, 3, {}},
-    // Nothing behind a separator
+    // Nothing after a separator
     {"NothingAfterComma", "CN=a,", 1, 5, {"CN=a"}},
     {"NothingAfterPlus", "CN=a+", 1, 5, {"CN=a"}},
     {"BlanksAfterComma", "CN=a,  ", 1, 5, {"CN=a"}},

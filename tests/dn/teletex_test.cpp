@@ -139,7 +139,7 @@ TEST(Teletex, LeavesTheOutputWhenAllocationFails) {
     EXPECT_EQ(num_failures, 1u);
 }
 
-// The rules once more, without a table: what stands in Unicode, and where T.61 differs from the byte's own value.
+// The rules once more, without a table: what is in Unicode, and where T.61 differs from the byte's own value.
 
 uint32_t main_code_point(uint8_t byte) {
     static const std::string_view forbidden(

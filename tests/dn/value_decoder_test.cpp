@@ -160,7 +160,7 @@ const value_fault_t values_rows[] = {
     {"FiveDigits", "#0C016", 4, 0},
     {"CountGoesBeforeDigits", "#0G", 4, 0},
     {"BlankBehindMakesItOdd", "#0C0161 ", 4, 0},
-    // Not a digit: counted from behind "#"
+    // Not a digit: counted from after "#"
     {"FirstDigitBad", "#GG0C", 5, 0},
     {"LastDigitBad", "#0C0G", 5, 3},
     {"TwoBlanksBehind", "#0C0161  ", 5, 6},
@@ -235,7 +235,7 @@ TEST(DnValueDecode, EveryByteOnItsOwn) {
     }
 }
 
-// All 65,536 pairs behind a backslash: a byte in hexadecimal when both are digits.
+// All 65,536 pairs after a backslash: a byte in hexadecimal when both are digits.
 TEST(DnValueDecode, EveryPairBehindABackslash) {
     for (int first = 0; first < 256; ++first) {
         for (int second = 0; second < 256; ++second) {

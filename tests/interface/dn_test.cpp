@@ -13,7 +13,7 @@ using namespace pkider_test;
 
 namespace {
 
-// The records as hosts were compiled with them: 32 bits are returned, pointers stand in the order of the line.
+// The records as hosts were compiled with them: 32 bits are returned, pointers are in the order of the line.
 static_assert(sizeof(asn_dn_result_t) == 4);
 static_assert(offsetof(asn_dn_result_t, code) == 0 && offsetof(asn_dn_result_t, position) == 2);
 static_assert(offsetof(RDNdescr_t, type_begin) == 0);

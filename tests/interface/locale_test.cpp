@@ -64,7 +64,7 @@ std::string printed_value(uint8_t string_tag, uint8_t byte) {
     return to_hex(out) + '\n';
 }
 
-// Each byte in a type, in a value, behind a backslash, and as a NumericString and a TeletexString.
+// Each byte in a type, in a value, after a backslash, and as a NumericString and a TeletexString.
 std::string name_answers() {
     std::string out = normal_form("i=#0c02c3a9,initials=x");
     for (int byte = 1; byte < 256; ++byte) {

@@ -78,12 +78,12 @@ def main(title, case):
     table = re.search(rf"^## {title}\n(?:(?!## |\|).*\n)*((?:\|.*\n)+)", text, re.M)
     if not table:
         sys.exit(f"{page} has no table under '{title}'")
-    stands, found = table[1], table_text(case.rows)
-    if stands == found:
+    shown, found = table[1], table_text(case.rows)
+    if shown == found:
         return 0
     if "--write" in sys.argv[3:]:
         page.write_text(text[: table.start(1)] + found + text[table.end(1) :], encoding="utf-8")
         return 0
-    print(f"{page}: under '{title}' the tests found other rows than stand there (--write puts them in):")
-    print("".join(difflib.unified_diff(stands.splitlines(True), found.splitlines(True), "page", "tests", n=0)))
+    print(f"{page}: under '{title}' the tests found other rows than the page has (--write writes them):")
+    print("".join(difflib.unified_diff(shown.splitlines(True), found.splitlines(True), "page", "tests", n=0)))
     return 1

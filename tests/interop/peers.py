@@ -1,4 +1,4 @@
-"""The programs that exchange keys: pkider, OpenSSL with its GOST engine and GnuTLS, each behind the same few calls.
+"""The programs that exchange keys: pkider, OpenSSL with its GOST engine and GnuTLS, each with the same few functions.
 
 A file of keys and certificates is a list of items, in the order of the file. Whatever a program refuses is a Refusal,
 with its exit status and its words.
@@ -34,7 +34,7 @@ class Refusal(Exception):
 
     @property
     def reason(self):
-        """pkider's words without the names in front of them, `pkider: FILE: ` or `pkider: `."""
+        """pkider's words without the names before them, `pkider: FILE: ` or `pkider: `."""
         return re.sub(r"^pkider: (/[^:]*: )?", "", self.words)
 
 
@@ -71,7 +71,7 @@ def from_pem(pem):
 
 
 def items_in(text, name_label, id_label):
-    """Items of a listing in which each PEM block stands behind its name and its id."""
+    """Items of a listing in which each PEM block follows its name and its id."""
     kinds = {"CERTIFICATE": "certificate", "PRIVATE KEY": "key"}
     items = []
     for before, label, digits in re.findall(r"(.*?)-----BEGIN ([A-Z ]+)-----\n(.*?)-----END ", text, re.S):
@@ -87,7 +87,7 @@ def items_in(text, name_label, id_label):
 
 
 class OpenSsl:
-    """OpenSSL with its GOST engine, told to write what RFC 4491 and RFC 4357 name, and keys in an OCTET STRING of their
+    """OpenSSL with its GOST engine, set to write what RFC 4491 and RFC 4357 name, and keys in an OCTET STRING of their
     own. Keys are made and kept as PEM files."""
 
     name = "OpenSSL"
@@ -149,7 +149,7 @@ class OpenSsl:
         return int(re.search(rb"Private key: ([0-9A-F]+)", self.run("pkey", "-in", key, "-noout", "-text"))[1], 16)
 
     def write_p12(self, key, certificates, *arguments, password=PASSWORD, settings=None):
-        """`certificates` are DER, the one of the key first. `arguments` stand behind the ones for GOST, and win."""
+        """`certificates` are DER, the one of the key first. `arguments` follow those for GOST, and win."""
         pem = b"".join(to_pem("CERTIFICATE", der) for der in certificates)
         given = ("-inkey", key) if key else ("-nokeys",)
         given += ("-in", self.folder.store("pem", pem)) if certificates else ("-nocerts",)
@@ -231,14 +231,14 @@ class Pkider:
         return listing
 
     def read_p12(self, file, password=PASSWORD):
-        """What `p12 list` tells of the items, and what `p12 extract` writes of them, in one."""
+        """What `p12 list` shows of the items, and what `p12 extract` writes of them, in one."""
         bags = [bag for content in self.list_p12(file, password=password)["contents"] for bag in content["bags"]]
         told = [bag for bag in bags if "item" in bag]
         pem = self.run("p12", "extract", "--reveal", file, password=password).decode()
         extracted = items_in(pem, "name", "id")
         kinds = {"private key": "key", "certificate": "certificate"}
         if [kinds[bag["kind"]] for bag in told] != [item.kind for item in extracted]:
-            raise AssertionError(f"{file}: 'p12 list' tells of other items than 'p12 extract' writes")
+            raise AssertionError(f"{file}: 'p12 list' shows other items than 'p12 extract' writes")
         return [
             item._replace(name=bag["friendly_name"] or "", id=bag["local_key_id"] or "")
             for bag, item in zip(told, extracted)

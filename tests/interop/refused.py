@@ -77,7 +77,7 @@ class Refused(InteroperationTest):
     # ---- Keys ----------------------------------------------------------------------------------------------------
 
     def test_key_without_the_inner_octet_string(self):
-        bare = {"GOST_PK_FORMAT": None}  # what the engine does when nobody tells it otherwise
+        bare = {"GOST_PK_FORMAT": None}  # the default of the engine
         wrapped = self.key(KIND)
         number = self.openssl.private_number(wrapped)
         key = self.folder.store("pem", self.openssl.run("pkey", "-in", wrapped, settings=bare))
@@ -170,7 +170,7 @@ class Refused(InteroperationTest):
         self.add_row(producer, variant, "no", result=f"refused: {reason}")
 
     def check_skipped(self, producer, variant, file, reasons):
-        """The MAC is right, and nothing behind it can be read."""
+        """The MAC is right, and nothing after it can be read."""
         self.assertEqual(reasons_in(self.pkider.list_p12(file)), reasons)
         self.check_refusal(DATA_FAULT, "nothing in it to extract", self.pkider.run, "p12", "extract", "--reveal", file)
         self.add_row(producer, variant, "MAC only", result=f"skipped: {'; '.join(dict.fromkeys(reasons))}")

@@ -67,7 +67,7 @@ class WrittenP12(InteroperationTest):
                 items = self.items(variant)
                 file = self.write(variant, items)
                 if variant.plain_certificates:
-                    items.sort(key=lambda item: item.kind)  # what is not encrypted stands in front
+                    items.sort(key=lambda item: item.kind)  # unencrypted ones come first
                 readers = self.check_readers(file, items, variant.password)
                 if len(variant.keys) > 1:
                     self.add_row("pkider", variant.words, readers, result="same; OpenSSL writes one key a file")

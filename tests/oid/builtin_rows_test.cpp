@@ -45,7 +45,7 @@ TEST(BuiltinRows, AreWhatAMapReadsFromTheText) {
         EXPECT_EQ(read->ln_len, row.ln_len);
         EXPECT_EQ(all_strings(*read), all_strings(row)); // one block, the same layout
     }
-    // The one object identifier that stands there twice
+    // The one object identifier that occurs twice
     const OIDdescr_t* const state = oid_map_find_sn(map, "ST", 2);
     EXPECT_NE(oid_map_find_sn(map, "S", 1), state);
     EXPECT_EQ(oid_map_find_asn(map, state->asn, state->asn_len), state);

@@ -36,7 +36,7 @@ std::string by_dotted_text(std::string_view text, oid_map_handle_t map = OID_MAP
     return shown(oid_map_find_str(map, text.data(), text.size()));
 }
 
-// A host's static object that needs the maps before main and after it. Linked in front of the library, it sees what the
+// A host's static object that needs the maps before main and after it. Linked before the library, it sees what the
 // file added no more.
 class whole_life_host_t {
   public:

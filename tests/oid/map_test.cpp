@@ -249,7 +249,7 @@ TEST(OidMap, AFailedAllocationLeaksNothing) {
     EXPECT_GT(failures, 10u);
 }
 
-// Every one of many is found, whatever the order of the lines; one line in ten repeats a short name.
+// Every one of many is found, with the lines in any order; one line in ten repeats a short name.
 struct order_row_t {
     const char* name;
     int (*arc_of_line)(int line, int num_lines);

@@ -159,7 +159,7 @@ TEST(MacData, TheWholeElementInsteadOfItsContentsIsRefused) {
     pkcs12_mac_t mac;
     EXPECT_FALSE(asn_read_pkcs12_MacData(whole.data(), whole.size(), mac));
 
-    // With an OCTET STRING behind it, it is taken for what it is not.
+    // With an OCTET STRING after it, it is read as something else.
     const bytes_t with_more = join({whole, "04 01 77"_hex});
     ASSERT_TRUE(asn_read_pkcs12_MacData(with_more.data(), with_more.size(), mac));
     EXPECT_EQ(span(mac.digest, mac.digest_len), salt);
@@ -167,7 +167,7 @@ TEST(MacData, TheWholeElementInsteadOfItsContentsIsRefused) {
     EXPECT_EQ(mac.iterations, 1u);
 }
 
-// The algorithm is not looked at, and a count with another identifier is taken as absent.
+// The algorithm is ignored, and a count with another identifier is read as absent.
 TEST(MacData, IdentifiersButThoseOfAlgorithmAndCountAreCompared) {
     const auto reads = [](const uint8_t* data, std::size_t size) {
         pkcs12_mac_t mac;

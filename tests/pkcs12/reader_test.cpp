@@ -142,7 +142,7 @@ TEST(Pkcs12Reader, RequiredReadingTwiceAppends) {
 
 struct version_row_t {
     const char* name;
-    const char* version; // 03 stands for the right one
+    const char* version; // 03 means the right one
     bool accepted;
 };
 
@@ -523,7 +523,7 @@ bytes_t copy_of(const uint8_t* data, std::size_t size) {
     return {data, data + size};
 }
 
-// The algorithm of the MAC is not looked at, and a count with another identifier is taken as absent.
+// The algorithm of the MAC is ignored, and a count with another identifier is read as absent.
 TEST(Pkcs12Reader, IdentifiersOfTheFileAreCompared) {
     const bytes_t file = pfx_around(empty_safe);
     const std::size_t mac_at = file.size() - mac.size();
@@ -578,11 +578,11 @@ TEST(Pkcs12Reader, JunkAtTheEndOfTheAuthenticatedSafe) {
         bool accepted;
     };
     const row_t rows[] = {
-        {"behind the SEQUENCE", der(0x04, {der(0x30, good_info), junk}), true},
+        {"after the SEQUENCE", der(0x04, {der(0x30, good_info), junk}), true},
         {"in the SEQUENCE", der(0x04, der(0x30, {good_info, junk})), false},
         {"in a ContentInfo", auth_safe({der(0x30, {data_oid, der(0xA0, safe({key_bag(key)})), junk})}), true},
         {"in its [0]", auth_safe({content_info(data_oid, join({safe({key_bag(key)}), junk}))}), true},
-        {"behind the SafeContents", auth_safe({data_content(der(0x04, {der(0x30, key_bag(key)), junk}))}), true},
+        {"after the SafeContents", auth_safe({data_content(der(0x04, {der(0x30, key_bag(key)), junk}))}), true},
         {"in the SafeContents", auth_safe({data_content(der(0x04, der(0x30, {key_bag(key), junk})))}), false},
     };
     for (const row_t& row : rows) {

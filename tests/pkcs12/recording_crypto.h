@@ -27,7 +27,7 @@ struct crypto_call_t {
     std::string operation;
     const uint8_t* data;
     std::string bytes;
-    pkcs12_mac_t mac;                  // as it was when the operation was called
+    pkcs12_mac_t mac;                  // at the time of the call
     pkcs8_encrypted_pki_gost_t params; // likewise
     std::string text;                  // `plain` or `storage`, likewise
 };

@@ -228,7 +228,7 @@ struct attribute_row_t {
 class BagAttributes : public testing::TestWithParam<attribute_row_t> {};
 
 TEST_P(BagAttributes, AreFound) {
-    // A bag with both before it, and one without any behind it: attributes do not stick.
+    // A bag with both before it, and one without any after it: attributes do not stick.
     const bytes_t both = attributes({name_attribute("00 41"_hex), id_attribute("41"_hex)});
     const bytes_t contents = der(0x30, {key_bag(key, both), key_bag(key, GetParam().set), key_bag(key)});
     for_guarded(contents, [](const uint8_t* data, std::size_t size) {
@@ -336,7 +336,7 @@ TEST(SafeContents, MustBeASequence) {
     }
 }
 
-// A SET with another identifier is taken as something behind the bag's value.
+// A SET with another identifier is read as something after the bag's value.
 TEST(SafeContents, EveryIdentifierButThatOfTheAttributesIsCompared) {
     const bytes_t set = attributes({good_name, id_attribute("01"_hex), attribute("06 01 2A"_hex, {})});
     const bytes_t contents = der(0x30, cert_bag(cert, set));

@@ -39,7 +39,7 @@ pkcs12_item_t item_of(pkcs12_item_type_t type, const bytes_t& data, const bytes_
 }
 
 std::string written(const pkcs12_easy_t& in, recording_crypto_t& crypto) {
-    std::string out = "what stood here before";
+    std::string out = "the previous text of the output";
     asn_write_pkcs12_easy(in, &crypto, out);
     return out;
 }
@@ -184,7 +184,7 @@ TEST(Pkcs12Writer, RequiredResultOfEncryptIsIgnored) {
     pkcs12_easy_t in;
     in.protected_items.push_back(item_of(PKCS12_ITEM_KEY, key));
     recording_crypto_t crypto;
-    crypto.failing = "encrypt"; // leaves params and storage as they were
+    crypto.failing = "encrypt"; // leaves params and storage unchanged
     const std::string out = written(in, crypto);
     EXPECT_EQ(crypto.operations(), (operations_t{"encrypt", "make_mac"}));
 

@@ -50,7 +50,7 @@ pkcs8_encrypted_pki_gost_t sample_record(uint32_t iterations = 1000) {
 }
 
 std::string written(const pkcs8_encrypted_pki_gost_t& record) {
-    std::string out = "what stood here before";
+    std::string out = "the previous text of the output";
     asn_write_pkcs8_encrypted_pki_gost(record, out);
     return out;
 }
@@ -117,7 +117,7 @@ TEST(EncryptedGostKey, EverySpanMayBeEmpty) {
 }
 
 TEST(EncryptedGostKey, AlgorithmIsWrittenAlone) {
-    std::string out = "what stood here before";
+    std::string out = "the previous text of the output";
     asn_write_pkcs8_encrypted_alg(sample_record(), out);
     EXPECT_EQ(to_hex(out), to_hex(der(0x30, pieces_t().algorithm())));
 }
@@ -172,7 +172,7 @@ TEST(EncryptedGostKey, ReadAndWrittenIntoTheSameString) {
     EXPECT_EQ(out, before);
 }
 
-// With room enough the output is written in place, so a span that stands in it must be kept until it is written.
+// With room enough the output is written in place, so a span in it must be kept until it is written.
 TEST(EncryptedGostKey, EachSpanMayPointIntoAnOutputWithRoom) {
     for (const uint8_t* pkcs8_encrypted_pki_gost_t::*const span :
          {&pkcs8_encrypted_pki_gost_t::salt, &pkcs8_encrypted_pki_gost_t::iv, &pkcs8_encrypted_pki_gost_t::encrypted}) {
@@ -322,7 +322,7 @@ TEST_P(EncryptedGostKeyReadCount, IsConvertedLast) {
         pkcs8_encrypted_pki_gost_t record = unwritten_record();
         EXPECT_EQ(asn_read_pkcs8_encrypted_pki_gost(data, size, record), GetParam().accepted);
         EXPECT_EQ(record.iterations, GetParam().iterations);
-        EXPECT_EQ(span(record.salt, record.salt_len), salt); // stored before the conversion, whatever it says
+        EXPECT_EQ(span(record.salt, record.salt_len), salt); // stored before the conversion, with any result of it
     });
 }
 

@@ -42,7 +42,7 @@ pkcs8_pki_gost_t key_of(uint32_t kind, const bytes_t& bytes) {
 }
 
 std::string written(const pkcs8_pki_gost_t& key) {
-    std::string out = "what stood here before";
+    std::string out = "the previous text of the output";
     asn_write_pkcs8_pki_gost(key, out);
     return out;
 }
@@ -148,7 +148,7 @@ TEST(GostKey, MayPointIntoTheOutput) {
     }
 }
 
-// With room enough the output is written in place, so a key that stands in it must be kept until it is written.
+// With room enough the output is written in place, so a key in it must be kept until it is written.
 TEST(GostKey, MayPointIntoAnOutputWithRoom) {
     for (const std::size_t place : {0u, 1u, 60u, 200u}) {
         std::string out(400, 'x');

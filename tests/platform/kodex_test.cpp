@@ -36,7 +36,7 @@ TEST_P(Kodex, ConvertsToUtf8OrNotAtAll) {
         bytes_t out(expected.size() + 3, 0x5A);
         char* const chars = reinterpret_cast<char*>(out.data());
         EXPECT_EQ(converter.convert_safe(in, size, chars, out.size()), expected.size());
-        if (expected.empty()) return; // a part may stand in `out`
+        if (expected.empty()) return; // a part may be in `out`
         EXPECT_EQ(bytes_t(out.begin(), out.end() - 3), expected);
         EXPECT_EQ(bytes_t(out.end() - 3, out.end()), "5A 5A 5A"_hex);
     });

@@ -24,7 +24,7 @@ std::size_t count_allocations(const std::function<void()>& call);
 /// Largest number of bytes that were allocated at one time by `call` on this thread, beyond what was there before.
 std::size_t peak_allocated_bytes(const std::function<void()>& call);
 
-/// Runs `call`, and `look` at each of its allocations on this thread; what `look` allocates is not looked at.
+/// Runs `call`, and `look` at each of its allocations on this thread; allocations of `look` itself are ignored.
 void at_each_allocation(const std::function<void()>& call, const std::function<void()>& look);
 
 } // namespace pkider_test

@@ -16,7 +16,7 @@ from openssl import GOST_ENGINE, dotted
 
 BUNDLE = "/etc/ssl/certs/ca-certificates.crt"
 
-# The short names that pkider prints without a map of its own: the OIDs behind them.
+# The short names that pkider prints without a map of its own: and their OIDs.
 SHORT_NAMES = {
     "CN": "2.5.4.3", "SN": "2.5.4.4", "C": "2.5.4.6", "L": "2.5.4.7", "ST": "2.5.4.8", "STREET": "2.5.4.9",
     "O": "2.5.4.10", "OU": "2.5.4.11", "T": "2.5.4.12", "TEL": "2.5.4.20", "FAX": "2.5.4.23", "NQ": "2.5.4.41",
@@ -48,7 +48,7 @@ known_oids = {}
 
 
 def oid_of(name):
-    """The dotted OID behind a name that OpenSSL printed, as OpenSSL itself encodes it."""
+    """The dotted OID of a name that OpenSSL printed, as OpenSSL itself encodes it."""
     if name not in known_oids:
         with tempfile.NamedTemporaryFile() as der:
             run("openssl", "asn1parse", "-genstr", f"OID:{name}", "-noout", "-out", der.name)
@@ -104,7 +104,7 @@ def found(pattern, text):
 
 
 def section(text, title):
-    """The lines below a title that stand deeper than it."""
+    """The lines after a title that are indented deeper than it."""
     match = re.search(rf"^( *){title}: *\n((?:\1 +.*\n)*)", text, re.M)
     return [line.strip(" ") for line in match[2].splitlines()] if match else []
 

@@ -66,7 +66,7 @@ def run_openssl(arguments, work, environment):
 
 
 def subject_offset(work, environment):
-    """Where the subject stands: behind the validity, which is the last SEQUENCE before it."""
+    """The place of the subject: after the validity, which is the last SEQUENCE before it."""
     listing = run_openssl(["asn1parse", "-in", "certificate.pem"], work, environment).splitlines()
     last_time = max(number for number, line in enumerate(listing) if "UTCTIME" in line)
     return listing[last_time + 1].split(":")[0].strip()

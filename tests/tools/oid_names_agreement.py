@@ -51,7 +51,7 @@ def main():
         rows = re.findall(r'\{"([0-9.]+)", "([^"]+)"\}', source.read())
     num_known = num_different = 0
     if len({oid for oid, _ in rows}) != len(rows):
-        sys.exit("an OID stands twice in the table")
+        sys.exit("an OID is in the table twice")
     for oid, name in rows:
         known = openssl_oid(SPELLINGS.get(name, name))
         if known is None:

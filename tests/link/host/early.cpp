@@ -1,5 +1,5 @@
 // A static object of the host that needs the default maps in its constructor, which may run before anything of the
-// library, and in its destructor, behind main.
+// library, and in its destructor, after main.
 #include <pkider/oid.h>
 
 #include <cstdio>
@@ -15,7 +15,7 @@ struct early_bird_t {
 #ifndef PKIDER_STATIC // in one image the linker orders static objects
     ~early_bird_t() {
         if (oid_map_find_sn(OID_MAP_HANDLE_DEFAULT_FILE, "MINE", 4) != nullptr) return;
-        std::fputs("a destructor behind main did not find the entry of the configuration file\n", stderr);
+        std::fputs("a destructor after main did not find the entry of the configuration file\n", stderr);
         std::_Exit(1);
     }
 #endif

@@ -11,7 +11,7 @@ int main(int, char** argv) {
         std::puts("a constructor before main did not find CN in the default map");
         return 1;
     }
-    // The library fills the map that this program's handle names. The file stands beside the program.
+    // The library fills the map that this program's handle names. The file is beside the program.
     const std::string dir = std::string(argv[0]) + ".";
     std::ofstream(dir + "vpnoids.cfg") << "1.2.3 = MINE";
     set_oid_default_file_dir(dir.c_str());

@@ -119,7 +119,7 @@ TEST(DnEncode, TellsInJsonThatANameIsTooLong) {
 
 TEST(DnNormalize, PrintsTheOneFormOfAName) {
     const run_result_t result = run_pkider({"dn", "normalize", "cn = \"Smith, John\" ", "CN=\"a,b\", 2.5.4.10=x+ou=y"});
-    EXPECT_EQ(result.exit_code, 2); // a blank behind the quotes
+    EXPECT_EQ(result.exit_code, 2); // a blank after the quotes
     EXPECT_EQ(result.out, "CN=a\\,b,O=x+OU=y\n");
 }
 

@@ -11,7 +11,7 @@ using testing::HasSubstr;
 struct what_row_t {
     const char* name;
     bytes_t bytes;
-    const char* out; // behind "standard input: "
+    const char* out; // after "standard input: "
 };
 
 class WhatCommand : public testing::TestWithParam<what_row_t> {};

@@ -70,7 +70,7 @@ bytes_t contents_of(const bytes_t& element) {
 
 class GostPbeSizes : public testing::TestWithParam<std::size_t> {};
 
-// The header is left out of the ciphertext and comes back with the plaintext. Key meshing begins behind 1024 bytes; the
+// The header is left out of the ciphertext and comes back with the plaintext. Key meshing begins after 1024 bytes; the
 // length of the header changes at 128, 256 and 65,536.
 TEST_P(GostPbeSizes, DecryptsWhatItEncrypted) {
     const bytes_t safe = wrapped_safe_contents(GetParam());
@@ -368,7 +368,7 @@ INSTANTIATE_TEST_SUITE_P(Sets, GostPbeParamSet, testing::Values("A", "B", "C", "
 
 // ---- Bad parameters --------------------------------------------------------------------------------------------
 
-/// IV, then what stands behind it, then ciphertext, in one exact block of memory.
+/// IV, then the bytes after it, then ciphertext, in one exact block of memory.
 class GostPbeBehindTheIv : public testing::Test {
   protected:
     bool decrypts(const bytes_t& between) {
@@ -413,7 +413,7 @@ TEST_F(GostPbeBehindTheIv, RefusesOtherSetsAndOtherBytes) {
 }
 
 TEST(GostPbeSet, IsNotLookedForInFrontOfTheIv) {
-    // The ciphertext stands in front of the IV: there is nothing between them to look into.
+    // The ciphertext is before the IV: there is nothing between them to read.
     const bytes_t safe = wrapped_safe_contents(30);
     gost_pbe_t crypto = quick_pbe();
     pkcs8_encrypted_pki_gost_t params;
@@ -609,7 +609,7 @@ TEST(Secret, IsWipedWhereItStood) {
     std::string text = "a password that is too long for the short string form";
     const char* const place = text.data();
     const std::size_t size = text.size();
-    text.resize(10); // the rest of the password stays behind the end
+    text.resize(10); // the rest of the password stays after the end
     tool::wipe(text);
     EXPECT_EQ(text, "");
     EXPECT_EQ(std::string(place, size), std::string(size, '\0')); // the string still owns these bytes

@@ -1,4 +1,4 @@
-// Faults in lines of text, as `pkider dn encode` shows them: the caret stands under the character that is meant.
+// Faults in lines of text, as `pkider dn encode` shows them: the caret is under the faulty character.
 #include "tests/tools/program.h"
 
 #include <nlohmann/json.hpp>
@@ -14,7 +14,7 @@ struct fault_row_t {
     unsigned code;
     unsigned position; // the library's
     std::size_t offset;
-    const char* shown; // all that stands on standard error
+    const char* shown; // all of standard error
 };
 
 void PrintTo(const fault_row_t& row, std::ostream* stream) {

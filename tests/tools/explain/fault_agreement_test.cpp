@@ -15,13 +15,13 @@
 namespace pkider_test {
 namespace {
 
-// The library's position for a place in the line: quoted and hex values count from behind their first character,
-// DN_FAULT_BACKSLASH_AT_END from behind the backslash.
+// The library's position for a place in the line: quoted and hex values count from after their first character,
+// DN_FAULT_BACKSLASH_AT_END from after the backslash.
 std::size_t library_position(const std::string& line, const tool::line_fault_t& fault) {
     switch (fault.code) {
     case DN_FAULT_HEX_DIGIT:
         return fault.offset - 1;
-    case DN_FAULT_BACKSLASH_AT_END: // a quoted value begins with the quote behind the last "=" that is outside quotes;
+    case DN_FAULT_BACKSLASH_AT_END: // a quoted value begins with the quote after the last "=" that is outside quotes;
                                     // only its sum is known
         return line[fault.offset] == '\\' && fault.position == fault.offset ? fault.offset : fault.offset + 1;
     default:

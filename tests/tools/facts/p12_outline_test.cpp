@@ -116,7 +116,7 @@ struct skipped_row_t {
 
 class P12SkippedContent : public testing::TestWithParam<skipped_row_t> {};
 
-// A plain certificate stands behind it, and is still taken.
+// A plain certificate follows it, and is still taken.
 TEST_P(P12SkippedContent, IsNamedWithItsReason) {
     const opened_t opened(GetParam().content + plain_content(cert_bag));
     EXPECT_TRUE(opened.reading.complete);
@@ -225,7 +225,7 @@ TEST_P(P12Fault, IsFoundWhereTheLibraryStops) {
     ASSERT_TRUE(opened.outline.fault);
     EXPECT_THAT(*opened.outline.fault, HasSubstr(std::string("expected ") + GetParam().expected));
     ASSERT_FALSE(opened.outline.contents.empty());
-    EXPECT_NE(opened.outline.contents[0].bags[0].item, nullptr) << "what stands before it is shown";
+    EXPECT_NE(opened.outline.contents[0].bags[0].item, nullptr) << "the part before it is shown";
 }
 
 const std::string name_with_wrong_tag = "31 12 30 10 06 09 2A 86 48 86 F7 0D 01 09 14 31 03 0C 01 61"_hex.str();

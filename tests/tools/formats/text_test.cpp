@@ -78,7 +78,7 @@ TEST(Base64, BreaksLines) {
 
 TEST(Base64, RefusesWhatIsNotWhole) {
     for (const char* text : {"Z", "Zg", "Zg=", "Zg===", "=", "====", "Zm8", "Zm9vY", "Zg==Zg==", "Z=g=", "Zm9?", "Zm-_",
-                             "Zh==", "Zm9="}) { // bits behind the last byte
+                             "Zh==", "Zm9="}) { // bits after the last byte
         EXPECT_EQ(as_text(tool::from_base64(text)), std::nullopt) << text;
     }
 }

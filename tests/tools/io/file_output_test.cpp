@@ -32,7 +32,7 @@ class FileOutput : public testing::Test {
         return status.st_mode & 07777;
     }
 
-    /// Everything in the folder: no temporary file may stay behind.
+    /// Everything in the folder: no temporary file may remain.
     std::vector<std::string> names() const {
         std::vector<std::string> out;
         for (const auto& entry : std::filesystem::directory_iterator(dir.path()))
@@ -96,7 +96,7 @@ TEST_F(FileOutput, ReplacesOnlyWhenItIsForced) {
     EXPECT_THAT(names(), testing::ElementsAre("file"));
 }
 
-// Somebody else makes the file while ours is being looked at.
+// Somebody else makes the file while ours is checked.
 TEST_F(FileOutput, DoesNotReplaceAFileThatCameMeanwhile) {
     EXPECT_THROW(write_file({path("file"), file_mode_t::ordinary, false}, "new",
                             [&](std::span<const uint8_t>) { dir.write(u8"file", "theirs"); }),

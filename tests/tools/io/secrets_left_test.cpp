@@ -1,4 +1,4 @@
-// No byte of a private key stays behind in memory that is given back, whatever form the key comes in.
+// No byte of a private key, in any form, remains in memory that is given back.
 #include "tests/support/hex.h"
 #include "tests/support/temp_dir.h"
 #include "tests/tools/freed_memory.h"
@@ -16,7 +16,7 @@ namespace {
 
 using tool::exit_code_t;
 
-/// Runs the program inside this one, where its memory can be looked at.
+/// Runs the program inside this one, where its memory can be examined.
 exit_code_t run_here(std::vector<std::string> arguments) {
     arguments.insert(arguments.begin(), "pkider");
     std::vector<char*> argv;
