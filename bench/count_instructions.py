@@ -1,4 +1,4 @@
-"""Counts instructions per item of every row with callgrind, and holds them against the committed counts.
+"""Counts instructions per item of every row with callgrind, and compares them with the committed counts.
 
     count_instructions.py BENCH_PKIDER [--write]
 """

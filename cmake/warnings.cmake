@@ -1,4 +1,4 @@
-# The warnings that all code of the project is free of, and the runtime checks a preset asks for.
+# The warnings that no code of the project may cause, and the runtime checks that a preset selects.
 add_library(pkider_warnings INTERFACE)
 target_compile_options(pkider_warnings INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)

@@ -45,7 +45,7 @@ struct asn_writer_t {
         if (buffer != inline_storage) delete[] buffer;
     }
 
-    /// Appends `count` bytes to the contents. A null `bytes` counts all the same and appends zeros.
+    /// Appends `count` bytes to the contents. A null `bytes` appends that many zeros.
     ///
     /// @throws std::length_error when the contents would exceed 0xFFFFFFFF bytes, std::bad_alloc. The writer is then as
     ///         it was.

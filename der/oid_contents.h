@@ -24,7 +24,7 @@ constexpr unsigned oid_digit_value(char c) {
 
 /// Reads the arc that begins at `at`, digits up to a '.' or `end`, leading zeros in any number, and steps to its end.
 ///
-/// @return  False when there is none or it exceeds 32 bits; `at` is then somewhere in it.
+/// @return  False when there is no arc or it exceeds 32 bits; `at` is then somewhere in it.
 constexpr bool read_oid_arc(const char*& at, const char* end, uint32_t& out) {
     if (at == end) return false;
     uint64_t value = oid_digit_value(*at);
@@ -81,7 +81,7 @@ struct literal_t {
     constexpr const char* end() const { return text + Size - 1; }
 };
 
-/// The contents octets of an object identifier. No compilation succeeds with text that is none.
+/// The contents octets of an object identifier. Text that is not an OID does not compile.
 template <literal_t Dotted>
 inline constexpr auto oid_contents = [] {
     struct encoded_t {

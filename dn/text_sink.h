@@ -1,8 +1,8 @@
 // Text while it is put together: in a block on the stack, and what outgrows it in one on the heap. A Name is
-// printed in some twenty pieces, each without the book-keeping of std::string. The output is written once, at the end,
+// printed in about twenty pieces, without the overhead of std::string for each. The output is written once, at the end,
 // so that it may contain the input and is unchanged when memory is exhausted. Bench: dn/encode, dn/print.
 //
-//     char* at = sink.room(3);    // one look at the room for a group of pieces
+//     char* at = sink.room(3);    // one test of the room for a group of pieces
 //     at[0] = 'C', at[1] = 'N', at[2] = '=';
 //     sink.take(3);
 #pragma once

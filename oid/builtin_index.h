@@ -2,7 +2,7 @@
 //
 // Contents and short names are asked for by the dozen for each Name. A few bytes of such a key, put together to a
 // digest, distinguish all keys of the table, and a multiplier found at compile time turns digests into one of 128 slots
-// without a collision: a find is one multiplication, one look and one comparison. Bench: oid/find_by_contents,
+// without a collision: a find is one multiplication, one load and one comparison. Bench: oid/find_by_contents,
 // oid/find_by_short_name.
 #pragma once
 

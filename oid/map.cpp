@@ -16,7 +16,7 @@ void oid_map_t::clear() noexcept {
 }
 
 void oid_map_t::destroy(const oid_map_t* map) noexcept {
-    if (map == nullptr || map->m_has_builtin) return; // those with built-in rows are no heap objects
+    if (map == nullptr || map->m_has_builtin) return; // those with built-in rows are not on the heap
     delete map->m_added;
     delete map;
 }

@@ -17,7 +17,7 @@ namespace pkider {
 
 class oid_map_entries_t {
   public:
-    /// Reads all lines; those that are no entry are skipped.
+    /// Reads all lines; lines that are not entries are ignored.
     ///
     /// @throws std::bad_alloc, std::length_error.
     explicit oid_map_entries_t(std::string_view text);

@@ -43,7 +43,7 @@ bool read_encrypted_data(asn_element_t content, encrypted_data_t& out) {
            asn_next_element(pkcs12_tag::primitive_0, info, out.encrypted);
 }
 
-// Puts a plaintext at the end of `buffers` when the walk of its contents ends, however it ends: what was read from it
+// Puts a plaintext at the end of `buffers` when the walk of its contents ends in any way: a span that was read from it
 // never dangles, and the plaintexts found inside it precede it. Splicing keeps the address of the bytes.
 class buffer_keeper_t {
   public:

@@ -7,7 +7,7 @@
 
 namespace pkider {
 
-/// Whether SafeContents are in the clear or in an encryptedData.
+/// Whether SafeContents are unencrypted or in an encryptedData.
 enum class safe_kind_t { PLAIN, ENCRYPTED };
 
 /// Reads the SafeContents at `data` and appends the items found to `out`.

@@ -35,7 +35,7 @@ int64_t position(std::FILE* file) {
 #else
 file_t open_for_reading(const char* utf8_path) {
     if (utf16_units(utf8_path) >= max_path_units) return nullptr;
-    // Without O_NONBLOCK a FIFO in the file's place would wait for a writer; a regular file is read as ever.
+    // Without O_NONBLOCK a FIFO in the file's place would wait for a writer; regular files are not affected.
     const int descriptor = open(utf8_path, O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (descriptor < 0) return nullptr;
 

@@ -1,6 +1,6 @@
 // Copying the short pieces that object identifiers and Names are made of: three bytes here, a dozen there. Up to 16
-// bytes are copied inline, by the first and the last few of them, which may overlap; for so few, a call of memcpy is
-// dear. Bench: dn/encode, dn/encode_rdns.
+// bytes are copied inline, by the first and the last few of them, which may overlap; for so few, a call of memcpy costs
+// more. Bench: dn/encode, dn/encode_rdns.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// What loading the library costs beyond loading an empty one, and how much it allocates by itself meanwhile.
+// The cost of loading the library, compared with an empty one, and the allocations during the load.
 //
 // Prints one JSON object. The median of many dlopen/dlclose pairs; the C++ runtime is in the process already.
 #include <dlfcn.h>
