@@ -5,7 +5,7 @@
 
 namespace tool {
 
-/// Reads the command line, runs the command, reports whatever it throws in one line on standard error.
+/// Reads the command line, runs the command, reports any exception in one line on standard error.
 exit_code_t run_program(int argc, char** argv);
 
 } // namespace tool

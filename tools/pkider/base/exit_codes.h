@@ -1,4 +1,4 @@
-// What the program tells its caller by its exit status. The numbers above 63 are those of sysexits.h.
+// The exit codes of the program. The numbers above 63 are those of sysexits.h.
 #pragma once
 
 #include <algorithm>

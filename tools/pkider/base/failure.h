@@ -33,7 +33,7 @@ struct file_trouble_t : failure_t {
         : failure_t(exit_code_t::file_trouble, file + ": " + reason) {}
 };
 
-/// A fault in DER: where it stands, in bytes from the start of the DER, what was expected there and what is there.
+/// A fault in DER: its offset in bytes from the start of the DER, what was expected there and what is there.
 struct der_fault_t : data_fault_t {
     der_fault_t(std::uint64_t offset_in_der, const std::string& what_was_expected, const std::string& what_is_there)
         : data_fault_t("offset " + std::to_string(offset_in_der) + ": expected " + what_was_expected + ", found " +

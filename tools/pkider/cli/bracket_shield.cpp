@@ -3,7 +3,7 @@
 namespace tool {
 namespace {
 
-constexpr char mark = '\x1F'; // behind the closing bracket, which then is not the last character
+constexpr char mark = '\x1F'; // after the closing bracket, which then is not the last character
 
 std::string take_mark_off(std::string& value) {
     if (value.starts_with('[') && value.ends_with(mark)) value.pop_back();

@@ -1,4 +1,4 @@
-// CLI11 takes an argument in brackets, [a,b], for a list where several arguments may stand, as a configuration file
+// CLI11 takes an argument in brackets, [a,b], for a list where several arguments are allowed, as a configuration file
 // would write it. Here it is a name or a file like any other.
 #pragma once
 
@@ -9,7 +9,7 @@
 
 namespace tool {
 
-/// The arguments behind the program's name, those that begin with a bracket marked so that they are left alone.
+/// The arguments after the program's name. Those that begin with a bracket are marked, so that they stay unchanged.
 std::vector<std::string> shield_brackets(int argc, char** argv);
 
 /// Lets every option of the app and its subcommands take the mark off.

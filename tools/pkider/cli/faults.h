@@ -1,4 +1,4 @@
-// How failures are told: on standard error as a compiler tells them, and as members of JSON results.
+// How failures are reported: on standard error in the form of a compiler, and as members of JSON results.
 #pragma once
 
 #include "tools/pkider/base/failure.h"

@@ -35,7 +35,7 @@ std::string encoded(const file_options_t& options, std::span<const written_block
     std::string text;
     std::size_t size = 0;
     for (const written_block_t& block : blocks) size += block.der.size() * 3 / 2 + 128;
-    text.reserve(size); // a key must not stay behind in a buffer that was outgrown
+    text.reserve(size); // a key must not remain in a buffer that was outgrown
     for (const written_block_t& block : blocks) append_pem(text, block);
     return text;
 }

@@ -40,7 +40,7 @@ bool is_secret(const written_block_t& block);
 void check_destination(const file_options_t& options, bool has_plain_key);
 
 /// Writes the blocks as PEM, or the only one as DER, to the file (read back and compared) or to standard output.
-/// `look` is given each DER as it was read back, in order, and throws when that is not what was meant.
+/// `look` is given each DER as it was read back, in order, and throws when it is not the expected one.
 void write_blocks(const file_options_t& options, std::span<const written_block_t> blocks,
                   const std::function<void(std::string_view der)>& look = {});
 

@@ -1,6 +1,6 @@
 // What a command reads: files or standard input, as PEM, DER, hex or base64.
 //
-// A file that holds DER is mapped, so that only the pages that are looked at are ever read. Of any other form one block
+// A file that holds DER is mapped, so that only the pages that are used are read. Of any other form one block
 // at a time is decoded, and wiped after the work on it.
 #pragma once
 
@@ -42,7 +42,7 @@ struct input_t {
     bytes_t der; ///< Until the work returns.
 };
 
-/// {"file"}, for PEM with "line": the members in front of every result.
+/// {"file"}, for PEM with "line": the first members of every result.
 json_t json_source(const input_t& input);
 
 /// Prints "# NAME LABEL" where results of several inputs follow one another: of several files, of PEM blocks.

@@ -15,7 +15,7 @@ std::string with_separator(std::string dir) {
     return dir;
 }
 
-// The library reads the file silently; a file that cannot be read is told before.
+// The library reads the file silently; a file that cannot be read is reported before.
 oid_map_handle_t default_file_map(const std::string& dir) {
     static_cast<void>(read_file(config_file_path(dir)));
     set_oid_default_file_dir(with_separator(dir).c_str());

@@ -1,6 +1,6 @@
-// Which names stand for which OIDs: the map that a command prints and reads names with.
+// The names of OIDs: the map with which a command prints and reads names.
 //
-// Without an option it is the built-in table; --config-dir DIR adds the entries of DIR/vpnoids.cfg behind it, --map
+// Without an option it is the built-in table; --config-dir DIR adds the entries of DIR/vpnoids.cfg, --map
 // FILE takes the entries of FILE alone, --no-map none at all (attribute types are dotted text).
 #pragma once
 

@@ -19,7 +19,7 @@ using line_work_t = std::function<exit_code_t(const std::string& line)>;
 /// place: `argument:1`, `standard input:7`. In JSON it is {"line", "fault"}.
 exit_code_t for_each_line(const std::vector<std::string>& arguments, json_array_t& json, const line_work_t& work);
 
-/// Works on every value. Values are short, so a failure names the value itself, behind its place if that is a line of
+/// Works on every value. Values are short, so a failure names the value itself, after its place if that is a line of
 /// standard input: `3.1`, `standard input:7: 3.1`. In JSON it is {"input", "fault"}.
 exit_code_t for_each_value(const std::vector<std::string>& arguments, json_array_t& json, const line_work_t& work);
 

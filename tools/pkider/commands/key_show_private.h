@@ -1,4 +1,4 @@
-// The part of 'pkider key show' that is for private keys: what they are, and their octets only when told to reveal
+// The part of 'pkider key show' that is for private keys: what they are, and their octets only with --reveal
 // them.
 #pragma once
 

@@ -7,7 +7,7 @@
 
 namespace tool {
 
-/// True when `count` reads back as it was written: no zero byte behind its first other byte, and not 0 itself.
+/// True when `count` reads back as it was written: no zero byte after its first other byte, and not 0 itself.
 bool is_storable_count(uint32_t count);
 
 struct storable_neighbours_t {

@@ -42,7 +42,7 @@ secret_t pbkdf2_block(int hash, std::span<const uint8_t> password, std::span<con
         for (std::size_t i = 0; i < size; ++i) t.data()[i] ^= u.data()[i];
         report(on_progress, done, iterations);
         if (done == iterations) return t;
-        gcry_md_reset(hmac.get()); // back to the state behind the key
+        gcry_md_reset(hmac.get()); // back to the state after the key
         gcry_md_write(hmac.get(), u.data(), size);
     }
 }

@@ -32,8 +32,8 @@ secret_t pbkdf2_block(int hash, std::span<const uint8_t> password, std::span<con
 /// derivation, so the step B.2.6.C, which prepares a second one, is not needed.
 ///
 /// @param hash        A libgcrypt digest, GCRY_MD_...
-/// @param block_size  Bytes the hash takes at a time (v in the standard; libgcrypt does not tell it).
-/// @param password    UTF-8. It is hashed as big-endian UTF-16 with two zero bytes behind (RFC 7292 B.1).
+/// @param block_size  Bytes the hash takes at a time (v in the standard; libgcrypt does not report it).
+/// @param password    UTF-8. It is hashed as big-endian UTF-16 with two zero bytes after it (RFC 7292 B.1).
 /// @param iterations  At least 1.
 /// @return            Empty when the password is not UTF-8, or libgcrypt lacks the digest.
 secret_t pkcs12_mac_key(int hash, std::size_t block_size, std::string_view password, std::span<const uint8_t> salt,

@@ -26,14 +26,14 @@ std::string_view character_at(std::string_view text, std::size_t offset) {
     return text.substr(offset, next_utf8(text.substr(offset)).size);
 }
 
-// The records in front of the fault, or all of them. They point into the line.
+// The records before the fault, or all of them. They point into the line.
 std::vector<RDNdescr_t> split(const std::string& line) {
     std::vector<RDNdescr_t> records;
     printable_dn_parse(line.c_str(), records);
     return records;
 }
 
-// Codes 1 and 3 end the splitting of the line; the fault stands behind the last whole record.
+// Codes 1 and 3 end the splitting of the line; the fault is after the last whole record.
 class split_fault_t {
   public:
     explicit split_fault_t(const std::string& line) : m_line(line) {
@@ -164,7 +164,7 @@ void explain_unknown_type(std::string_view type, line_fault_t& out) {
 }
 
 // Faults of one record, not of the line as a whole. Positions have 16 bits, so the faulty record is found by reading
-// each one on its own, whatever the length of the line.
+// each one on its own, for a line of any length.
 void explain_record(const std::string& line, oid_map_handle_t map, line_fault_t& out) {
     for (const RDNdescr_t& record : split(line)) {
         std::string ignored;

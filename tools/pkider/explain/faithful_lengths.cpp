@@ -5,7 +5,7 @@
 
 namespace tool {
 
-// No element is larger than the one around all, so only that one is looked at.
+// No element is larger than the one around all, so only that one is checked.
 void check_faithful_lengths(const std::string& der, const std::string& what) {
     constexpr std::size_t largest_contents = 0xFFFF;
     der_cursor_t cursor(as_bytes(der));

@@ -1,4 +1,4 @@
-// The lines of a map text, told apart as the library reads them, with the reasons that it keeps to itself.
+// The lines of a map text, distinguished as the library reads them, with the reasons that it does not report.
 #pragma once
 
 #include <cstddef>

@@ -12,7 +12,7 @@ namespace tool {
 /// the result may be the DER of another Name.
 std::string encode_name(const std::string& line, oid_map_handle_t map);
 
-/// Throws bad_line_t for a line that cannot be split into attributes; types and values are not looked at.
+/// Throws bad_line_t for a line that cannot be split into attributes; types and values are not checked.
 void check_splits(const std::string& line, oid_map_handle_t map);
 
 } // namespace tool

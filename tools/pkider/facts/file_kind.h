@@ -1,4 +1,4 @@
-// Recognising what a DER encoding is, by its shape: the structures of the PKI that the program knows, told apart.
+// Recognising what a DER encoding is, by its shape: the structures of the PKI that the program distinguishes.
 #pragma once
 
 #include "tools/pkider/formats/der_walker.h"

@@ -1,4 +1,4 @@
-// What stands in a PKCS#12 file, content by content and bag by bag, those included that the library passes over.
+// The contents of a PKCS#12 file, content by content and bag by bag, including those that the library ignores.
 //
 // The library says what is taken, this walk beside it says what was not, and why.
 #pragma once

@@ -1,5 +1,5 @@
 // A PKCS#12 file as the commands read it: through the library, with a record of what the crypto object was asked, so
-// that afterwards it can be told what was left out and why.
+// that afterwards the ignored parts and the reasons are known.
 #pragma once
 
 #include "tools/pkider/crypto/gost_pbe.h"

@@ -27,7 +27,7 @@ secret_t decode(std::optional<secret_t> decoded, const char* form) {
 } // namespace
 
 input_form_t guess_form(std::string_view bytes) {
-    // No text has a byte of the form 10xxxxxx behind a character of one byte, and so a long form of length shows DER
+    // No text has a byte of the form 10xxxxxx after a character of one byte, and so a long form of length shows DER
     // without a look at the rest of a file that may be large.
     if (bytes.size() >= 2 && static_cast<unsigned char>(bytes[0]) < 0x80 && (bytes[1] & 0xC0) == 0x80)
         return input_form_t::der;

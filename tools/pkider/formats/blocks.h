@@ -1,4 +1,4 @@
-// The blocks of an input: PEM, DER, hex or base64, told apart by its bytes.
+// The blocks of an input: PEM, DER, hex or base64, recognised from its bytes.
 //
 //     block_reader_t blocks(bytes, input_form_t::guess);
 //     block_t block;
@@ -13,7 +13,7 @@
 namespace tool {
 
 /// PEM when a line begins a block; bytes that are no text are DER; else hex when all digits are hex digits; else
-/// base64. A byte order mark in front of a text is none of it.
+/// base64. A byte order mark before a text is not part of it.
 input_form_t guess_form(std::string_view bytes);
 
 /// What becomes of a text that is not PEM, hex or base64 when the form is guessed.

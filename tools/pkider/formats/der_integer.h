@@ -1,4 +1,4 @@
-// Numbers of any size as an INTEGER holds them, highest byte first. The sign is not looked at: moduli, exponents and
+// Numbers of any size as an INTEGER holds them, highest byte first. The sign is ignored: moduli, exponents and
 // signature values have none.
 #pragma once
 

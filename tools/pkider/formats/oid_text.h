@@ -16,7 +16,7 @@ std::string why_no_oid(std::string_view dotted);
 /// The dotted text that the library makes of contents octets; nothing when it refuses them.
 std::optional<std::string> oid_dotted(std::string_view contents);
 
-/// The dotted text that contents octets stand for by X.690 8.19, arcs of any size: 2.999 where the library says 26.39.
+/// The dotted text of contents octets by X.690 8.19, arcs of any size: 2.999 where the library says 26.39.
 /// Nothing when they are not whole subidentifiers, or one has more than 64 octets.
 std::optional<std::string> exact_oid_dotted(std::string_view contents);
 

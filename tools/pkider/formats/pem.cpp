@@ -22,7 +22,7 @@ std::optional<std::string_view> label_in(std::string_view line, std::string_view
     return line.substr(mark.size(), line.size() - mark.size() - dashes.size());
 }
 
-// Decoded where it stands: a copy of the digits would be one more copy of a private key.
+// Decoded in place: a copy of the digits would be one more copy of a private key.
 std::string_view between(const char* first, const char* end) {
     return first == nullptr ? std::string_view() : std::string_view(first, end);
 }

@@ -41,7 +41,7 @@ void append_utf8(char32_t value, std::string& out) {
 } // namespace
 
 bool append_utf16be(std::string_view utf8, std::string& out) {
-    out.reserve(out.size() + 2 * utf8.size()); // once: a password must not stay behind in a buffer that was outgrown
+    out.reserve(out.size() + 2 * utf8.size()); // once: a password must not remain in a buffer that was outgrown
     while (!utf8.empty()) {
         const utf8_step_t step = next_utf8(utf8);
         if (!step.valid) return false;

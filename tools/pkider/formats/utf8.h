@@ -21,7 +21,7 @@ utf8_step_t next_utf8(std::string_view text);
 /// What some editors leave at the start of a text: U+FEFF.
 inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
 
-/// The text behind a byte order mark, if there is one.
+/// The text after a byte order mark, if there is one.
 std::string_view without_byte_order_mark(std::string_view text);
 
 } // namespace tool

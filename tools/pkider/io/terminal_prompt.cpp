@@ -115,7 +115,7 @@ std::optional<secret_t> prompt_hidden(const std::string& prompt) {
     for (;;) {
         std::optional<secret_t> line = read_silently(prompt);
         if (caught_signal == 0) return line;
-        raise(caught_signal); // with the terminal as it was; the program is only still here if it was stopped
+        raise(caught_signal); // with the terminal restored; the program continues here only if it was stopped
     }
 }
 

@@ -8,7 +8,7 @@
 
 namespace tool {
 
-/// Shows `prompt` on the controlling terminal, whatever standard input and output are, and reads a line without echo.
+/// Shows `prompt` on the controlling terminal, independent of standard input and output, and reads a line without echo.
 ///
 /// A signal that ends or stops the program finds the terminal with its echo on again; after a stop the prompt is shown
 /// once more.

@@ -6,7 +6,7 @@
 
 namespace tool {
 
-/// The text with blanks behind it, `width` bytes in all; a longer text stays as it is.
+/// The text followed by blanks, `width` bytes in all; a longer text is unchanged.
 inline std::string padded(std::string text, std::size_t width) {
     if (text.size() < width) text.resize(width, ' ');
     return text;
