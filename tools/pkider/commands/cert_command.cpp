@@ -9,6 +9,7 @@
 #include "tools/pkider/explain/name_fault.h"
 #include "tools/pkider/facts/certificate.h"
 #include "tools/pkider/facts/certificate_facts.h"
+#include "tools/pkider/facts/fact_names.h"
 #include "tools/pkider/io/output.h"
 #include "tools/pkider/io/report.h"
 #include "tools/pkider/text/terminal_text.h"
@@ -95,30 +96,35 @@ class lister_t {
             print("certificate " + std::to_string(result["index"].get<std::size_t>()) + " of " +
                   printable(result["file"].get<std::string>()) + "\n");
         }
-        add_name(result, "subject", subject);
-        add_name(result, "issuer", issuer);
+        add_name(result, fact::subject, subject);
+        add_name(result, fact::issuer, issuer);
         if (m_options.form == output_form_t::text) print_facts(facts);
         add_certificate_json(facts, result);
         m_json.add(result);
     }
 
     void print_facts(const certificate_facts_t& facts) const {
-        for (const auto& [label, text] : certificate_lines(facts)) print("  " + label + ": " + printable(text) + "\n");
+        for (const fact_t& fact : certificate_lines(facts)) print_line(fact.name, printable(fact.text));
+    }
+
+    static void print_line(const fact_name_t& name, const std::string& shown) {
+        print("  " + std::string(name.label) + ": " + shown + "\n");
     }
 
     std::string print_element(const der_element_t& name) const {
         return print_name(name.whole, m_map.handle(), m_options.reversed, name.offset);
     }
 
-    void add_name(json_t& result, const std::string& role, const std::string& name) {
-        result[role] = json_text(name);
-        if (m_options.form == output_form_t::text) print("  " + role + ": " + printable(name) + "\n");
+    void add_name(json_t& result, const fact_name_t& role, const std::string& name) {
+        const std::string member = role.member;
+        result[member] = json_text(name);
+        if (m_options.form == output_form_t::text) print_line(role, printable(name));
         if (!m_options.round_trip) return;
 
         const std::string again = read_and_print_again(name);
         ++m_counts.num_names;
         if (again == name) ++m_counts.num_equal;
-        result[role + "_again"] = json_text(again);
+        result[member + "_again"] = json_text(again);
         if (m_options.form == output_form_t::text && again != name)
             print("    printed again: " + printable(again) + "\n");
     }

@@ -65,7 +65,7 @@ std::string key_text(const input_t& input, const public_key_t& key) {
         text += "  " + padded(label, label_width) + printable(value) + "\n";
     };
     add("algorithm", oid_label(key.algorithm));
-    for (const auto& [label, value] : public_key_details(key)) add(label, value);
+    for (const fact_t& fact : public_key_details(key)) add(fact.name.label, fact.text);
     if (key.rsa) return text + hex_block("modulus", key.rsa->modulus);
     if (key.gost) return text + hex_block("key", key.gost->key);
     return text + hex_block("key", key.bits);

@@ -10,7 +10,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <optional>
 
 namespace tool {
@@ -76,7 +75,7 @@ std::string private_key_text(const input_t& input, const private_show_options_t&
     if (!shown.protection().empty()) text += field("encrypted by", shown.protection());
     if (!shown.key()) return text + field("private key", "encrypted; --reveal opens it");
 
-    for (const auto& [label, value] : private_key_details(*shown.key())) text += field(label, value);
+    for (const fact_t& fact : private_key_details(*shown.key())) text += field(fact.name.label, fact.text);
     return text + field("private key", options.reveal ? to_hex(as_text(shown.octets())) : "not shown without --reveal");
 }
 
@@ -89,10 +88,7 @@ json_t private_key_json(const input_t& input, const private_show_options_t& opti
     if (!shown.key()) return json;
     json["algorithm"] = oid_json(shown.key()->algorithm);
     json["size"] = shown.octets().size();
-    for (auto [label, value] : private_key_details(*shown.key())) {
-        std::ranges::replace(label, ' ', '_');
-        json[label] = json_text(value);
-    }
+    for (const fact_t& fact : private_key_details(*shown.key())) json[fact.name.member] = json_text(fact.text);
     if (options.reveal) json["private_key"] = to_hex(as_text(shown.octets()));
     return json;
 }

@@ -88,7 +88,7 @@ void print_finding(const finding_t& finding) {
         constexpr std::size_t label_width = 13;
         text += "  " + padded(label + " ", label_width) + value + "\n";
     };
-    for (const auto& [label, value] : finding.facts) add(label, printable(value));
+    for (const fact_t& fact : finding.facts) add(fact.name.label, printable(fact.text));
     if (!finding.command().empty()) add("look closer", printable(finding.command()));
     print(text);
 }
@@ -100,7 +100,7 @@ json_t finding_json(const finding_t& finding) {
     if (!input.label.empty()) json["label"] = json_text(input.label);
     json["kind"] = kind_id(finding.kind);
     json["facts"] = json_t::object();
-    for (const auto& [label, value] : finding.facts) json["facts"][label] = json_text(value);
+    for (const fact_t& fact : finding.facts) json["facts"][fact.name.member] = json_text(fact.text);
     json["look_closer"] = finding.command().empty() ? json_t() : json_text(finding.command());
     return json;
 }

@@ -1,6 +1,7 @@
 #include "tools/pkider/facts/certificate_facts.h"
 
 #include "tools/pkider/base/failure.h"
+#include "tools/pkider/facts/fact_names.h"
 #include "tools/pkider/formats/der_integer.h"
 #include "tools/pkider/formats/encodings.h"
 #include "tools/pkider/formats/time_text.h"
@@ -55,11 +56,11 @@ certificate_facts_t read_certificate_facts(const certificate_t& certificate, oid
 }
 
 facts_t certificate_lines(const certificate_facts_t& facts) {
-    facts_t lines = {{"serial", facts.serial}, {"valid", facts.not_before + " to " + facts.not_after}};
-    lines.emplace_back("key", public_key_line(facts.key));
+    facts_t lines = {{fact::serial, facts.serial}, {fact::valid, facts.not_before + " to " + facts.not_after}};
+    lines.push_back({fact::key, public_key_line(facts.key)});
     for (const auto& line : public_key_details(facts.key)) lines.push_back(line);
-    lines.emplace_back("signature", signature_algorithm_name(facts.signature));
-    if (facts.signature.pss) lines.emplace_back("PSS", pss_line(*facts.signature.pss));
+    lines.push_back({fact::signature, signature_algorithm_name(facts.signature)});
+    if (facts.signature.pss) lines.push_back({fact::pss, pss_line(*facts.signature.pss)});
     return lines;
 }
 

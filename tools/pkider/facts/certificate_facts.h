@@ -25,7 +25,7 @@ struct certificate_facts_t {
 /// @throws  der_fault_t
 certificate_facts_t read_certificate_facts(const certificate_t& certificate, oid_map_handle_t map);
 
-/// The same in a few lines for people: label and text, which may hold any bytes that the certificate holds.
+/// The same in a few lines for people.
 facts_t certificate_lines(const certificate_facts_t& facts);
 
 /// Adds the fields to the object that holds the names; docs/certificate_json.md tells what they are.

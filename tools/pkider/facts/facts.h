@@ -1,12 +1,22 @@
-// What a file says, in lines of a label and a text.
+// What a file says, a fact a line: its name and a text.
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace tool {
 
-using facts_t = std::vector<std::pair<std::string, std::string>>;
+/// A fact has two names, so that a better word on the screen breaks no script.
+struct fact_name_t {
+    const char* member; ///< In JSON; never changes.
+    const char* label;  ///< On the screen.
+};
+
+struct fact_t {
+    fact_name_t name;
+    std::string text; ///< May hold any bytes that the file holds.
+};
+
+using facts_t = std::vector<fact_t>;
 
 } // namespace tool

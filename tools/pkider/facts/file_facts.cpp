@@ -4,6 +4,7 @@
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/facts/alg_names.h"
 #include "tools/pkider/facts/certificate_facts.h"
+#include "tools/pkider/facts/fact_names.h"
 #include "tools/pkider/formats/der_cursor.h"
 #include "tools/pkider/formats/der_integer.h"
 #include "tools/pkider/formats/der_names.h"
@@ -34,20 +35,20 @@ std::string algorithm_label(bytes_t identifier, oid_map_handle_t map) {
 }
 
 void add_key(const public_key_t& key, facts_t& facts) {
-    facts.emplace_back("key", public_key_line(key));
+    facts.push_back({fact::key, public_key_line(key)});
     for (const auto& line : public_key_details(key)) facts.push_back(line);
 }
 
 void add_signature(const signature_algorithm_t& signature, facts_t& facts) {
-    facts.emplace_back("signature", signature_algorithm_name(signature));
-    if (signature.pss) facts.emplace_back("PSS", pss_line(*signature.pss));
+    facts.push_back({fact::signature, signature_algorithm_name(signature)});
+    if (signature.pss) facts.push_back({fact::pss, pss_line(*signature.pss)});
 }
 
 facts_t describe_certificate(bytes_t whole, oid_map_handle_t map) {
     der_cursor_t bytes(whole);
     const certificate_t certificate = read_certificate(bytes);
-    facts_t facts = {{"subject", name_line(certificate.subject.whole, map)},
-                     {"issuer", name_line(certificate.issuer.whole, map)}};
+    facts_t facts = {{fact::subject, name_line(certificate.subject.whole, map)},
+                     {fact::issuer, name_line(certificate.issuer.whole, map)}};
     for (const auto& line : certificate_lines(read_certificate_facts(certificate, map))) facts.push_back(line);
     return facts;
 }
@@ -57,7 +58,7 @@ facts_t describe_request(bytes_t contents, oid_map_handle_t map) {
     facts_t facts;
     der_cursor_t body(der_cursor_t(contents).take(asn_tag_t::SEQUENCE)->contents);
     body.take(asn_tag_t::INTEGER);
-    facts.emplace_back("subject", name_line(body.take(asn_tag_t::SEQUENCE)->whole, map));
+    facts.push_back({fact::subject, name_line(body.take(asn_tag_t::SEQUENCE)->whole, map)});
     const auto key = read_public_key(body.take(asn_tag_t::SEQUENCE)->whole, map);
     if (key) add_key(*key, facts);
     return facts;
@@ -69,19 +70,19 @@ facts_t describe_certificate_list(bytes_t contents, oid_map_handle_t map) {
     der_cursor_t body(der_cursor_t(contents).take(asn_tag_t::SEQUENCE)->contents);
     body.take(asn_tag_t::INTEGER);
     body.take(asn_tag_t::SEQUENCE);
-    facts.emplace_back("issuer", name_line(body.take(asn_tag_t::SEQUENCE)->whole, map));
-    for (const char* const label : {"issued", "next issue"}) {
+    facts.push_back({fact::issuer, name_line(body.take(asn_tag_t::SEQUENCE)->whole, map)});
+    for (const fact_name_t& name : {fact::issued, fact::next_issue}) {
         if (!body.sees(utc_time_tag) && !body.sees(generalized_time_tag)) break;
         const auto time = body.take();
         if (!time) break;
-        facts.emplace_back(label, time_text(time->identifier, time->contents).value_or("not a time"));
+        facts.push_back({name, time_text(time->identifier, time->contents).value_or("not a time")});
     }
     std::uint64_t num_revoked = 0;
     if (const auto revoked = body.take(asn_tag_t::SEQUENCE)) {
         der_cursor_t entries(revoked->contents);
         while (entries.take(asn_tag_t::SEQUENCE)) ++num_revoked;
     }
-    facts.emplace_back("revoked", count_text(num_revoked, "certificate"));
+    facts.push_back({fact::revoked, count_text(num_revoked, "certificate")});
     return facts;
 }
 
@@ -89,9 +90,9 @@ facts_t describe_private_key(bytes_t whole, oid_map_handle_t map) {
     facts_t facts;
     der_cursor_t inside(der_cursor_t(whole).take(asn_tag_t::SEQUENCE)->contents);
     inside.take(asn_tag_t::INTEGER);
-    facts.emplace_back("algorithm", algorithm_label(inside.take(asn_tag_t::SEQUENCE)->contents, map));
-    facts.emplace_back("private key",
-                       count_text(inside.take(asn_tag_t::OCTET_STRING)->contents.size(), "byte") + ", not encrypted");
+    facts.push_back({fact::algorithm, algorithm_label(inside.take(asn_tag_t::SEQUENCE)->contents, map)});
+    facts.push_back({fact::private_key,
+                     count_text(inside.take(asn_tag_t::OCTET_STRING)->contents.size(), "byte") + ", not encrypted"});
     return facts;
 }
 
@@ -100,17 +101,17 @@ facts_t describe_rsa_private_key(bytes_t contents) {
     numbers.take(asn_tag_t::INTEGER);
     const std::uint64_t bits = bit_length(numbers.take(asn_tag_t::INTEGER)->contents);
     const std::string exponent = number_text(numbers.take(asn_tag_t::INTEGER)->contents);
-    return {{"key", "RSA, " + count_text(bits, "bit") + ", exponent " + exponent + ", not encrypted"}};
+    return {{fact::key, "RSA, " + count_text(bits, "bit") + ", exponent " + exponent + ", not encrypted"}};
 }
 
 facts_t describe_ec_private_key(bytes_t contents, oid_map_handle_t map) {
     facts_t facts;
     der_cursor_t fields(contents);
     fields.take(asn_tag_t::INTEGER);
-    facts.emplace_back("private key",
-                       count_text(fields.take(asn_tag_t::OCTET_STRING)->contents.size(), "byte") + ", not encrypted");
+    facts.push_back({fact::private_key,
+                     count_text(fields.take(asn_tag_t::OCTET_STRING)->contents.size(), "byte") + ", not encrypted"});
     if (const auto curve = fields.take(asn_tag_t::CONTEXT_0)) {
-        facts.emplace_back("curve", algorithm_label(curve->contents, map));
+        facts.push_back({fact::curve, algorithm_label(curve->contents, map)});
     }
     return facts;
 }
@@ -123,19 +124,19 @@ void add_pbes2(bytes_t parameters, oid_map_handle_t map, facts_t& facts) {
     const auto derivation = inside.take(asn_tag_t::SEQUENCE);
     const auto scheme = inside.take(asn_tag_t::SEQUENCE);
     if (!derivation || !scheme) return;
-    facts.emplace_back("derivation", algorithm_label(derivation->contents, map));
-    facts.emplace_back("cipher", algorithm_label(scheme->contents, map));
+    facts.push_back({fact::derivation, algorithm_label(derivation->contents, map)});
+    facts.push_back({fact::cipher, algorithm_label(scheme->contents, map)});
 }
 
 facts_t describe_encrypted_private_key(bytes_t contents, oid_map_handle_t map) {
     facts_t facts;
     der_cursor_t inside(contents);
     const auto algorithm = inside.take(asn_tag_t::SEQUENCE);
-    facts.emplace_back("encryption", algorithm_label(algorithm->contents, map));
+    facts.push_back({fact::encryption, algorithm_label(algorithm->contents, map)});
     der_cursor_t identifier(algorithm->contents);
     identifier.take(asn_tag_t::OBJECT_IDENTIFIER);
     add_pbes2(identifier.remaining(), map, facts);
-    facts.emplace_back("encrypted", count_text(inside.take(asn_tag_t::OCTET_STRING)->contents.size(), "byte"));
+    facts.push_back({fact::encrypted, count_text(inside.take(asn_tag_t::OCTET_STRING)->contents.size(), "byte")});
     return facts;
 }
 
@@ -143,7 +144,7 @@ facts_t describe_rsa_public_key(bytes_t contents) {
     der_cursor_t numbers(contents);
     const std::uint64_t bits = bit_length(numbers.take(asn_tag_t::INTEGER)->contents);
     const std::string exponent = number_text(numbers.take(asn_tag_t::INTEGER)->contents);
-    return {{"key", "RSA, " + count_text(bits, "bit") + ", exponent " + exponent}};
+    return {{fact::key, "RSA, " + count_text(bits, "bit") + ", exponent " + exponent}};
 }
 
 facts_t describe_digest_info(bytes_t contents, oid_map_handle_t map) {
@@ -151,22 +152,22 @@ facts_t describe_digest_info(bytes_t contents, oid_map_handle_t map) {
     const auto algorithm = inside.take(asn_tag_t::SEQUENCE);
     const bytes_t digest = inside.take(asn_tag_t::OCTET_STRING)->contents;
     const bool is_long = digest.size() > max_hex_bytes;
-    return {{"hash", algorithm_label(algorithm->contents, map)},
-            {"digest", is_long ? count_text(digest.size(), "byte") : to_hex(as_text(digest))}};
+    return {{fact::hash, algorithm_label(algorithm->contents, map)},
+            {fact::digest, is_long ? count_text(digest.size(), "byte") : to_hex(as_text(digest))}};
 }
 
 facts_t describe_signature_value(bytes_t contents) {
     der_cursor_t numbers(contents);
     facts_t facts;
-    for (const char* const label : {"r", "s"}) {
-        facts.emplace_back(label, count_text(bit_length(numbers.take(asn_tag_t::INTEGER)->contents), "bit"));
+    for (const fact_name_t& name : {fact::r, fact::s}) {
+        facts.push_back({name, count_text(bit_length(numbers.take(asn_tag_t::INTEGER)->contents), "bit")});
     }
     return facts;
 }
 
 facts_t describe_algorithm(bytes_t whole, bytes_t contents, oid_map_handle_t map) {
     facts_t facts;
-    facts.emplace_back("algorithm", algorithm_label(contents, map));
+    facts.push_back({fact::algorithm, algorithm_label(contents, map)});
     const auto signature = read_signature_algorithm(whole, map);
     if (signature && signature->alg != PKI_ALG_NONE) add_signature(*signature, facts);
     return facts;
@@ -175,17 +176,17 @@ facts_t describe_algorithm(bytes_t whole, bytes_t contents, oid_map_handle_t map
 facts_t describe_pkcs12(bytes_t contents, oid_map_handle_t map) {
     facts_t facts;
     der_cursor_t pfx(contents);
-    facts.emplace_back("version", number_text(pfx.take(asn_tag_t::INTEGER)->contents));
-    facts.emplace_back("content", algorithm_label(pfx.take(asn_tag_t::SEQUENCE)->contents, map));
+    facts.push_back({fact::version, number_text(pfx.take(asn_tag_t::INTEGER)->contents)});
+    facts.push_back({fact::content, algorithm_label(pfx.take(asn_tag_t::SEQUENCE)->contents, map)});
     const auto mac_data = pfx.take(asn_tag_t::SEQUENCE);
     pkcs12_mac_t mac;
     if (!mac_data) {
-        facts.emplace_back("MAC", "none");
+        facts.push_back({fact::mac, "none"});
     } else if (asn_read_pkcs12_MacData(mac_data->contents.data(), mac_data->contents.size(), mac)) {
-        facts.emplace_back("MAC", algorithm_label({mac.digest_alg, mac.digest_alg_len}, map) + ", " +
-                                      count_text(mac.iterations, "iteration"));
+        facts.push_back({fact::mac, algorithm_label({mac.digest_alg, mac.digest_alg_len}, map) + ", " +
+                                        count_text(mac.iterations, "iteration")});
     } else {
-        facts.emplace_back("MAC", "cannot be read");
+        facts.push_back({fact::mac, "cannot be read"});
     }
     return facts;
 }
@@ -193,7 +194,7 @@ facts_t describe_pkcs12(bytes_t contents, oid_map_handle_t map) {
 facts_t describe_plain(bytes_t bytes) {
     der_header_t header;
     if (!read_der_header(bytes, header)) return {};
-    return {{"outermost", tag_name(header) + ", " + count_text(header.contents.size(), "byte") + " of contents"}};
+    return {{fact::outermost, tag_name(header) + ", " + count_text(header.contents.size(), "byte") + " of contents"}};
 }
 
 facts_t describe_element(file_kind_t kind, const der_element_t& element, oid_map_handle_t map) {
@@ -225,11 +226,11 @@ facts_t describe_element(file_kind_t kind, const der_element_t& element, oid_map
     case file_kind_t::algorithm_identifier:
         return describe_algorithm(element.whole, contents, map);
     case file_kind_t::content_info:
-        return {{"content", algorithm_label(contents, map)}};
+        return {{fact::content, algorithm_label(contents, map)}};
     case file_kind_t::name:
-        return {{"name", name_line(element.whole, map)}};
+        return {{fact::name, name_line(element.whole, map)}};
     case file_kind_t::object_identifier:
-        return {{"OID", oid_label(describe_oid(contents, map))}};
+        return {{fact::oid, oid_label(describe_oid(contents, map))}};
     case file_kind_t::public_key: {
         facts_t facts;
         if (const auto key = read_public_key(element.whole, map)) add_key(*key, facts);
@@ -247,7 +248,7 @@ facts_t describe_file(file_kind_t kind, bytes_t bytes, oid_map_handle_t map) {
     if (kind == file_kind_t::none || !element) return {};
     facts_t facts = describe_element(kind, *element, map);
     const std::uint64_t num_behind = bytes.size() - element->whole.size();
-    if (num_behind != 0) facts.emplace_back("behind it", count_text(num_behind, "byte") + " more");
+    if (num_behind != 0) facts.push_back({fact::trailing, count_text(num_behind, "byte") + " more"});
     return facts;
 }
 

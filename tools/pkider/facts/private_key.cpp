@@ -13,6 +13,15 @@ constexpr uint8_t gost_2012_256[] = {0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x01, 0
 constexpr uint8_t gost_2012_512[] = {0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x01, 0x02}; // 1.2.643.7.1.1.1.2
 constexpr bytes_t gost_algorithms[] = {gost_2001, gost_2012_256, gost_2012_512};
 
+// clang-format off
+//                                     member in JSON    label on the screen
+constexpr fact_name_t parameter_sets[] {{"public_key_set", "public key set"},
+                                        {"digest_set",     "digest set"},
+                                        {"encryption_set", "encryption set"}};
+constexpr fact_name_t malformed_parameters {"parameters",  "parameters"};
+constexpr fact_name_t odd_form             {"form",        "form"};
+// clang-format on
+
 bool is_gost_algorithm(bytes_t oid) {
     return std::ranges::any_of(gost_algorithms, [&](bytes_t each) { return std::ranges::equal(each, oid); });
 }
@@ -44,22 +53,22 @@ std::string private_key_line(const private_key_t& key) {
            count_text(size, "byte");
 }
 
-std::vector<std::pair<std::string, std::string>> private_key_details(const private_key_t& key) {
-    std::vector<std::pair<std::string, std::string>> lines;
+facts_t private_key_details(const private_key_t& key) {
+    facts_t lines;
     if (!key.is_gost) return lines;
     // GostR3410-PublicKeyParameters ::= SEQUENCE { publicKeyParamSet, digestParamSet OPTIONAL, ... }  (RFC 4491 2.3.2)
     try {
         der_cursor_t parameters(der_cursor_t(key.parameters).next(asn_tag_t::SEQUENCE, "SEQUENCE"));
-        for (const char* const label : {"public key set", "digest set", "encryption set"}) {
+        for (const fact_name_t& name : parameter_sets) {
             if (!parameters.sees(asn_tag_t::OBJECT_IDENTIFIER)) break;
             const der_element_t set = parameters.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER");
-            lines.emplace_back(label, oid_label(describe_oid(set.contents, {})));
+            lines.push_back({name, oid_label(describe_oid(set.contents, {}))});
         }
     } catch (const der_fault_t& fault) {
-        lines.emplace_back("parameters", "malformed: expected " + fault.expected);
+        lines.push_back({malformed_parameters, "malformed: expected " + fault.expected});
     }
     if (!key.gost)
-        lines.emplace_back("form", "without the inner OCTET STRING; 'pkider key wrap' puts it around the key");
+        lines.push_back({odd_form, "without the inner OCTET STRING; 'pkider key wrap' puts it around the key"});
     return lines;
 }
 

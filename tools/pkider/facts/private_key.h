@@ -1,6 +1,7 @@
 // What a private key is (PrivateKeyInfo, RFC 5208 5): algorithm, size, parameter sets, and the form of its octets.
 #pragma once
 
+#include "tools/pkider/facts/facts.h"
 #include "tools/pkider/facts/oid_names.h"
 #include "tools/pkider/formats/der_cursor.h"
 
@@ -8,8 +9,6 @@
 
 #include <optional>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace tool {
 
@@ -27,7 +26,7 @@ private_key_t read_private_key(bytes_t info);
 /// "GOST R 34.10-2001, 32 bytes"
 std::string private_key_line(const private_key_t& key);
 
-/// Parameter sets, by name, and what is odd about the form. Label and text. No byte of the key.
-std::vector<std::pair<std::string, std::string>> private_key_details(const private_key_t& key);
+/// Parameter sets, by name, and what is odd about the form. No byte of the key.
+facts_t private_key_details(const private_key_t& key);
 
 } // namespace tool

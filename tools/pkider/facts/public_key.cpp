@@ -2,6 +2,7 @@
 
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/facts/alg_names.h"
+#include "tools/pkider/facts/fact_names.h"
 #include "tools/pkider/formats/der_integer.h"
 #include "tools/pkider/formats/encodings.h"
 
@@ -108,12 +109,12 @@ std::string public_key_line(const public_key_t& key) {
     return line;
 }
 
-std::vector<std::pair<std::string, std::string>> public_key_details(const public_key_t& key) {
-    std::vector<std::pair<std::string, std::string>> lines;
+facts_t public_key_details(const public_key_t& key) {
+    facts_t lines;
     if (!key.gost) return lines;
-    lines.emplace_back("parameters", oid_label(key.gost->public_key_set));
-    if (key.gost->digest_set) lines.emplace_back("digest set", oid_label(*key.gost->digest_set));
-    if (key.gost->encryption_set) lines.emplace_back("cipher set", oid_label(*key.gost->encryption_set));
+    lines.push_back({fact::parameters, oid_label(key.gost->public_key_set)});
+    if (key.gost->digest_set) lines.push_back({fact::digest_set, oid_label(*key.gost->digest_set)});
+    if (key.gost->encryption_set) lines.push_back({fact::cipher_set, oid_label(*key.gost->encryption_set)});
     return lines;
 }
 

@@ -1,13 +1,13 @@
 // What a public key is: algorithm, size, exponent, curve, parameter sets.
 #pragma once
 
+#include "tools/pkider/facts/facts.h"
 #include "tools/pkider/facts/oid_names.h"
 
 #include <pkider/alg.h>
 
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace tool {
 
@@ -40,8 +40,8 @@ std::optional<public_key_t> read_public_key(bytes_t spki, oid_map_handle_t map);
 /// "RSA, 2048 bits, exponent 65537"
 std::string public_key_line(const public_key_t& key);
 
-/// The lines behind the first: parameter sets by name. Label and text.
-std::vector<std::pair<std::string, std::string>> public_key_details(const public_key_t& key);
+/// The lines behind the first: parameter sets by name.
+facts_t public_key_details(const public_key_t& key);
 
 /// {"algorithm": {...}, "bits": 2048, "exponent": "65537", ...}; the fields are told in docs/certificate_json.md.
 json_t public_key_json(const public_key_t& key);
