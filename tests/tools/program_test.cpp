@@ -312,6 +312,28 @@ TEST(Program, PrintedNamesWithControlCharactersEncodeToTheSameBytes) {
     EXPECT_EQ(run_pkider({"dn", "encode"}, {.input = printed}).out, std::string(hostile_name) + "\n");
 }
 
+// U+034F, U+3164 and U+E0001, which no font draws: the name would look like CN=ab.
+TEST(Program, ShowsCharactersWithoutAPicture) {
+    const std::string name = run_pkider({"dn", "encode", "CN=a\u034F\u3164\U000E0001b"}).out;
+    const run_result_t result = run_pkider({"dn", "decode", "-"}, {.input = name});
+    EXPECT_EQ(result.out, "CN=a\\CD\\8F\\E3\\85\\A4\\F3\\A0\\80\\81b\n");
+    EXPECT_EQ(run_pkider({"dn", "encode"}, {.input = result.out}).out, name);
+}
+
+TEST(Program, TellsABackslashFromAnEscape) {
+    EXPECT_EQ(run_pkider({"der"}, {.input = "0C035C3142"}).out, "   0  2+3     UTF8String \"\\5C1B\"\n");
+    EXPECT_EQ(run_pkider({"what", "/nonexistent/\\1B"}).err,
+              "pkider: /nonexistent/\\5C1B: No such file or directory\n");
+}
+
+TEST(Program, LeavesTheEscapesOfANameAlone) {
+    const std::string hex = "3010310E300C06035504030C05612C5C3142"; // UTF8String a,\1B
+    EXPECT_EQ(run_pkider({"dn", "decode", hex}).out, "CN=a\\,\\\\1B\n");
+    EXPECT_THAT(run_pkider({"what"}, {.input = hex}).out, HasSubstr("  name         CN=a\\,\\\\1B\n"));
+    EXPECT_EQ(run_pkider({"dn", "normalize", "CN=a\\,\\\\1B"}).out, "CN=a\\,\\\\1B\n");
+    EXPECT_EQ(run_pkider({"dn", "get", "CN", "CN=a\\,b"}).out, "a\\,b\n");
+}
+
 TEST(Program, JsonIsAsciiForAnyBytes) {
     const run_result_t result = run_pkider({"dn", "decode", "--json", hostile_name});
     EXPECT_EQ(result.exit_code, 0) << result;

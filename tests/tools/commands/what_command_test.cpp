@@ -175,7 +175,7 @@ TEST(WhatCommand, QuotesAFileNameForTheShell) {
     const temp_dir_t dir;
     dir.write(u8"a b'c", "\x06\x03\x55\x04\x03");
     EXPECT_THAT(run_pkider({"what", "a b'c"}, {.directory = dir.path().string()}).out,
-                HasSubstr("look closer  pkider der 'a b'\\''c'\n"));
+                HasSubstr("look closer  pkider der 'a b'\"'\"'c'\n"));
 }
 
 TEST(WhatCommand, NamesAFileThatLooksLikeAnOption) {

@@ -1,61 +1,132 @@
 #include "tools/pkider/text/terminal_text.h"
 
+#include "tests/support/utf8_by_the_rule.h"
 #include "tools/pkider/formats/encodings.h"
-#include "tools/pkider/text/character_width.h"
 
 #include <gtest/gtest.h>
+
+#include <vector>
 
 namespace pkider_test {
 namespace {
 
-TEST(CharacterWidth, IsThatOfATerminal) {
-    for (const char32_t narrow : std::u32string_view(U"a~\u00E9Ж\u05D0\u2190")) {
-        EXPECT_EQ(tool::character_width(narrow), 1) << static_cast<unsigned>(narrow);
-    }
-    for (const char32_t wide : {0x1100u, 0x3042u, 0x6F22u, 0xAC00u, 0xFF01u, 0x1F600u, 0x20000u}) {
-        EXPECT_EQ(tool::character_width(wide), 2) << static_cast<unsigned>(wide);
-    }
-    for (const char32_t mark :
-         {0x300u, 0x36Fu, 0x483u, 0x5BFu, 0x1160u, 0x200Du, 0x20D0u, 0x302Au, 0xFE0Fu, 0xE0100u}) {
-        EXPECT_EQ(tool::character_width(mark), 0) << static_cast<unsigned>(mark);
-    }
+struct range_t {
+    char32_t first, last;
+};
+
+// Default_Ignorable_Code_Point, DerivedCoreProperties.txt of Unicode 15.0.0, unassigned code points included.
+constexpr range_t default_ignorable[] = {
+    {0x00AD, 0x00AD}, {0x034F, 0x034F}, {0x061C, 0x061C},   {0x115F, 0x1160},   {0x17B4, 0x17B5},   {0x180B, 0x180F},
+    {0x200B, 0x200F}, {0x202A, 0x202E}, {0x2060, 0x206F},   {0x3164, 0x3164},   {0xFE00, 0xFE0F},   {0xFEFF, 0xFEFF},
+    {0xFFA0, 0xFFA0}, {0xFFF0, 0xFFF8}, {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF},
+};
+
+std::string escapes_of(const std::string& bytes) {
+    std::string escapes;
+    for (const char byte : bytes) escapes += "\\" + tool::to_hex({&byte, 1});
+    return escapes;
 }
 
 TEST(TerminalText, ShowsWhatIsHarmless) {
-    for (const char* text : {"", "CN=a b", "Ж漢字", "e\xCC\x81", "\xF0\x9F\x98\x80", "\\"}) {
+    for (const char* text : {"", "CN=a b", "Ж漢字", "e\xCC\x81", "\xF0\x9F\x98\x80", "\u0915\u093F", "\u0600"}) {
         EXPECT_EQ(tool::printable(text), text);
+        EXPECT_EQ(tool::printable_name(text), text);
         EXPECT_EQ(tool::valid_utf8(text), text);
     }
+}
+
+// A name brings its own escapes; anywhere else `\1B` would not be told from the escape of the character U+001B.
+TEST(TerminalText, EscapesABackslashThatIsNoNames) {
+    EXPECT_EQ(tool::printable("a\\1B"), "a\\5C1B");
+    EXPECT_EQ(tool::printable_name("CN=a\\1B\x1B"), "CN=a\\1B\\1B");
+    EXPECT_EQ(tool::valid_utf8("a\\1B"), "a\\1B");
 }
 
 TEST(TerminalText, EscapesEveryControlCharacter) {
-    for (int c = 0; c < 0xA0; ++c) {
+    for (char32_t c = 0; c < 0xA0; ++c) {
         if (c >= 0x20 && c < 0x7F) continue;
-        std::string text;
-        if (c >= 0x80) text += '\xC2';
-        text += static_cast<char>(c);
-        EXPECT_EQ(tool::printable(text),
-                  c >= 0x80 ? "\\C2\\" + tool::to_hex(text.substr(1)) : "\\" + tool::to_hex(text));
+        const std::string text = utf8_by_the_rule(c);
+        EXPECT_EQ(tool::printable(text), escapes_of(text));
+        EXPECT_EQ(tool::printable_name(text), escapes_of(text));
         EXPECT_EQ(tool::valid_utf8(text), text);
     }
 }
 
-TEST(TerminalText, EscapesWhatMisleads) {
-    EXPECT_EQ(tool::printable("a\u202Eb"), "a\\E2\\80\\AEb");
-    EXPECT_EQ(tool::printable("\u2066\u2069\u200F\u061C"), "\\E2\\81\\A6\\E2\\81\\A9\\E2\\80\\8F\\D8\\9C");
-    EXPECT_EQ(tool::printable("\u200B\uFEFF\u2028"), "\\E2\\80\\8B\\EF\\BB\\BF\\E2\\80\\A8");
+TEST(TerminalText, EscapesEveryDefaultIgnorableCodePoint) {
+    for (const range_t& range : default_ignorable) {
+        for (char32_t c = range.first; c <= range.last; ++c) {
+            const std::string text = utf8_by_the_rule(c);
+            EXPECT_EQ(tool::printable(text), escapes_of(text)) << std::hex << static_cast<unsigned>(c);
+            EXPECT_EQ(tool::printable_name(text), escapes_of(text)) << std::hex << static_cast<unsigned>(c);
+        }
+    }
+}
+
+TEST(TerminalText, ShowsTheNeighboursOfIgnorableCodePoints) {
+    for (const char32_t c : {0xACu, 0xAEu, 0x34Eu, 0x350u, 0x115Eu, 0x1161u, 0x17B3u, 0x17B6u, 0x180Au, 0x1810u,
+                             0x3163u, 0x3165u, 0xFE10u, 0xFF9Fu, 0xFFFCu, 0x1BC9Fu, 0x1D172u, 0x1D17Bu}) {
+        const std::string text = utf8_by_the_rule(c);
+        EXPECT_EQ(tool::printable(text), text) << std::hex << static_cast<unsigned>(c);
+    }
+}
+
+TEST(TerminalText, EscapesWhatElseIsNotSeen) {
+    EXPECT_EQ(tool::printable("a\u2028\u2029b"), "a\\E2\\80\\A8\\E2\\80\\A9b") << "separators of lines";
+    EXPECT_EQ(tool::printable("\uFFF9\uFFFB"), "\\EF\\BF\\B9\\EF\\BF\\BB") << "marks around annotations";
+    EXPECT_EQ(tool::printable("\u0378\uFFFF"), "\\CD\\B8\\EF\\BF\\BF") << "not assigned";
 }
 
 TEST(TerminalText, EscapesBytesThatAreNoUtf) {
     EXPECT_EQ(tool::printable("a\xFF\xC3"), "a\\FF\\C3");
+    EXPECT_EQ(tool::printable_name("a\xFF\xC3"), "a\\FF\\C3");
     EXPECT_EQ(tool::valid_utf8("a\xFF\xC3"), "a\\FF\\C3");
 }
+
+TEST(TerminalText, ShowsEveryCodePointWholeOrEscaped) {
+    for (char32_t c = 0; c <= 0x10FFFF; ++c) {
+        if (c >= 0xD800 && c <= 0xDFFF) continue;
+        const std::string text = utf8_by_the_rule(c);
+        const std::string shown = tool::printable(text);
+        const bool escaped = shown != text;
+        ASSERT_TRUE(!escaped || shown == escapes_of(text)) << std::hex << static_cast<unsigned>(c);
+        const std::size_t width = tool::printable_width(text);
+        ASSERT_TRUE(escaped ? width == shown.size() : width <= 2) << std::hex << static_cast<unsigned>(c);
+    }
+}
+
+struct width_row_t {
+    const char* name;
+    std::size_t width;
+    std::vector<char32_t> characters;
+};
+
+class TerminalTextWidth : public testing::TestWithParam<width_row_t> {};
+
+TEST_P(TerminalTextWidth, IsThatOfATerminal) {
+    for (const char32_t c : GetParam().characters) {
+        EXPECT_EQ(tool::printable_width(utf8_by_the_rule(c)), GetParam().width) << std::hex << static_cast<unsigned>(c);
+    }
+}
+
+const width_row_t width_rows[] = {
+    {"Narrow", 1, {U'a', U'~', 0xE9, 0x416, 0x5D0, 0x2190}},
+    {"Wide", 2, {0x1100, 0x3042, 0x6F22, 0xAC00, 0xFF01, 0x1F600, 0x20000}},
+    {"Marks", 0, {0x300, 0x36E, 0x483, 0x5BF, 0x20D0, 0x302A}},
+    {"SpacingMarks", 1, {0x903, 0x93F, 0xBBE, 0x17B6}},
+    {"EnclosingSigns", 1, {0x600, 0x6DD, 0x70F, 0x110BD}},
+    {"VowelsAndFinalsOfHangul", 0, {0x1161, 0x11A7, 0x11A8, 0x11FF}},
+};
+INSTANTIATE_TEST_SUITE_P(Characters, TerminalTextWidth, testing::ValuesIn(width_rows),
+                         [](const auto& row) { return row.param.name; });
 
 TEST(TerminalText, CountsColumnsOfWhatIsShown) {
     EXPECT_EQ(tool::printable_width("ab"), 2u);
     EXPECT_EQ(tool::printable_width("Ж漢e\xCC\x81"), 4u);
     EXPECT_EQ(tool::printable_width("\x1B"), 3u);
     EXPECT_EQ(tool::printable_width("\xC2\x9B\xFF"), 9u);
+    EXPECT_EQ(tool::printable_width("\u034F"), 6u);
+    EXPECT_EQ(tool::printable_width("a\\b"), 5u);
+    EXPECT_EQ(tool::printable_name_width("a\\b"), 3u);
 }
 
 } // namespace

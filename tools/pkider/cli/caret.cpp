@@ -31,7 +31,7 @@ struct excerpt_t {
 excerpt_t excerpt_around(std::string_view line, std::size_t offset) {
     const std::vector<std::size_t> offsets = character_offsets(line);
     const auto width = [&](std::size_t from, std::size_t to) {
-        return printable_width(line.substr(offsets[from], offsets[to] - offsets[from]));
+        return printable_name_width(line.substr(offsets[from], offsets[to] - offsets[from]));
     };
     std::size_t at = 0;
     while (at + 1 < offsets.size() && offsets[at + 1] <= offset) ++at;
@@ -46,7 +46,7 @@ excerpt_t excerpt_around(std::string_view line, std::size_t offset) {
 } // namespace
 
 std::size_t column_of(std::string_view line, std::size_t offset) {
-    return printable_width(line.substr(0, offset)) + 1;
+    return printable_name_width(line.substr(0, offset)) + 1;
 }
 
 std::string show_caret(std::string_view line, std::size_t offset) {
@@ -55,16 +55,17 @@ std::string show_caret(std::string_view line, std::size_t offset) {
     const std::string behind = part.end == line.size() ? "" : std::string(cut);
 
     std::string text;
-    text.append(indent).append(before).append(printable(line.substr(part.begin, part.end - part.begin)));
+    text.append(indent).append(before).append(printable_name(line.substr(part.begin, part.end - part.begin)));
     text.append(behind).append("\n").append(indent);
-    text.append(before.size() + printable_width(line.substr(part.begin, offset - part.begin)), ' ');
+    text.append(before.size() + printable_name_width(line.substr(part.begin, offset - part.begin)), ' ');
     return text + "^\n";
 }
 
 std::string show_line_fault(const std::string& source, std::string_view line, const line_fault_t& fault) {
     const std::string place = source + ":" + std::to_string(column_of(line, fault.offset));
-    return format_error(place + ": " + fault.words + " [code " + std::to_string(fault.code) + "]") +
-           show_caret(line, fault.offset) + std::string(indent) + printable(fault.advice) + "\n";
+    return format_shown_error(printable(place) + ": " + printable_name(fault.words) + " [code " +
+                              std::to_string(fault.code) + "]") +
+           show_caret(line, fault.offset) + std::string(indent) + printable_name(fault.advice) + "\n";
 }
 
 json_t json_line_fault(std::string_view line, const line_fault_t& fault) {

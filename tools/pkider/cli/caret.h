@@ -15,7 +15,7 @@
 
 namespace tool {
 
-/// Column on a terminal, from 1, of the character at a byte offset of a line that is shown with printable().
+/// Column on a terminal, from 1, of the character at a byte offset of a line that is shown with printable_name().
 std::size_t column_of(std::string_view line, std::size_t offset);
 
 /// The two lines with text and caret. Of a long line only the surroundings of the caret are shown.

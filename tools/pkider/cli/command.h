@@ -17,8 +17,8 @@
 //
 // Results go to standard output (output.h), faults to standard error. A command answers with an exit code, or throws a
 // failure_t (failure.h). Of several inputs (input.h, for_each_input) every one is worked on; the worst code is
-// answered. Everything that comes out of the input is printed through printable() (terminal_text.h) or as JSON
-// (output.h): no control character of a hostile name reaches a terminal.
+// answered. Everything that comes out of the input is printed through printable() or printable_name()
+// (terminal_text.h) or as JSON (output.h): no control character of a hostile name reaches a terminal.
 #pragma once
 
 #include "tools/pkider/base/exit_codes.h"

@@ -104,7 +104,7 @@ class lister_t {
     }
 
     void print_facts(const certificate_facts_t& facts) const {
-        for (const fact_t& fact : certificate_lines(facts)) print_line(fact.name, printable(fact.text));
+        for (const fact_t& fact : certificate_lines(facts)) print_line(fact.name, printable(fact));
     }
 
     static void print_line(const fact_name_t& name, const std::string& shown) {
@@ -118,7 +118,7 @@ class lister_t {
     void add_name(json_t& result, const fact_name_t& role, const std::string& name) {
         const std::string member = role.member;
         result[member] = json_text(name);
-        if (m_options.form == output_form_t::text) print_line(role, printable(name));
+        if (m_options.form == output_form_t::text) print_line(role, printable_name(name));
         if (!m_options.round_trip) return;
 
         const std::string again = read_and_print_again(name);
@@ -126,7 +126,7 @@ class lister_t {
         if (again == name) ++m_counts.num_equal;
         result[member + "_again"] = json_text(again);
         if (m_options.form == output_form_t::text && again != name)
-            print("    printed again: " + printable(again) + "\n");
+            print("    printed again: " + printable_name(again) + "\n");
     }
 
     std::string read_and_print_again(const std::string& name) const {

@@ -44,7 +44,7 @@ exit_code_t decode(const options_t& options) {
             result["der"] = to_hex(der);
             json.add(result);
         } else if (options.form == output_form_t::text) {
-            print(printable(name) + "\n");
+            print(printable_name(name) + "\n");
         } else {
             print_bytes(der, options.form);
         }

@@ -36,7 +36,7 @@ exit_code_t normalize(const line_options_t& options) {
         if (options.form == output_form_t::json) {
             json.add({{"line", json_text(line)}, {"name", json_text(name)}, {"der", to_hex(der)}});
         } else if (options.form == output_form_t::text) {
-            print(printable(name) + "\n");
+            print(printable_name(name) + "\n");
         } else {
             print_bytes(der, options.form);
         }

@@ -37,7 +37,7 @@ exit_code_t reverse(const text_options_t& options) {
         check_splits(line, no_map);
         std::string reversed = line;
         printable_dn_reverse(reversed.data());
-        print_result(options, json, line, "name", json_text(reversed), printable(reversed) + "\n");
+        print_result(options, json, line, "name", json_text(reversed), printable_name(reversed) + "\n");
         return exit_code_t::done;
     });
 }
@@ -50,7 +50,7 @@ exit_code_t get(const text_options_t& options) {
         const PrintableDnGetAttr mode = options.pair ? DN_GET_ATTR_PAIR : DN_GET_ATTR_VALUE;
         const bool found = printable_dn_get_attr(line.c_str(), options.subject.c_str(), value, mode);
         print_result(options, json, line, options.pair ? "pair" : "value", found ? json_text(value) : json_t(),
-                     found ? printable(value) + "\n" : "");
+                     found ? printable_name(value) + "\n" : "");
         return found ? exit_code_t::done : exit_code_t::answer_is_no;
     });
 }

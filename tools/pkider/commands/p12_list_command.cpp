@@ -25,9 +25,10 @@ struct options_t {
     map_options_t map;
 };
 
-void print_field(const char* label, const std::string& text) {
+/// `shown`: ready to be shown.
+void print_field(const char* label, const std::string& shown) {
     constexpr std::size_t label_width = 16;
-    if (!text.empty()) print("       " + padded(label, label_width) + printable(text) + "\n");
+    if (!shown.empty()) print("       " + padded(label, label_width) + shown + "\n");
 }
 
 void print_bag(const p12_bag_t& bag, oid_map_handle_t map) {
@@ -41,10 +42,10 @@ void print_bag(const p12_bag_t& bag, oid_map_handle_t map) {
     }
     print(line + ", " + count_text(bag.item->data_len, "byte") + "\n");
     const p12_item_text_t text = describe_item(*bag.item, map);
-    print_field(text.is_key ? "key" : "subject", text.what);
-    print_field("friendly name", text.friendly_name);
+    print_field(text.is_key ? "key" : "subject", text.is_key ? printable(text.what) : printable_name(text.what));
+    print_field("friendly name", printable(text.friendly_name));
     print_field("local key id", text.local_key_id);
-    print_field("encrypted by", bag.protection);
+    print_field("encrypted by", printable(bag.protection));
 }
 
 void print_outline(const p12_outline_t& outline, oid_map_handle_t map) {

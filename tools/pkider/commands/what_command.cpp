@@ -39,13 +39,14 @@ const char* form_name(input_form_t form) {
     }
 }
 
-/// The name of a file as one word of a command line: quoted where the shell needs it, and no option.
+/// The name of a file as one word of a command line: quoted where the shell needs it, without a backslash of its own,
+/// and no option.
 std::string shell_word(std::string word) {
     if (word.size() > 1 && word.front() == '-') word.insert(0, "./");
     constexpr const char* plain = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_@%+=:,./-";
     if (!word.empty() && word.find_first_not_of(plain) == std::string::npos) return word;
     std::string quoted = "'";
-    for (const char c : word) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    for (const char c : word) quoted += c == '\'' ? std::string("'\"'\"'") : std::string(1, c);
     return quoted + "'";
 }
 
@@ -88,7 +89,7 @@ void print_finding(const finding_t& finding) {
         constexpr std::size_t label_width = 13;
         text += "  " + padded(label + " ", label_width) + value + "\n";
     };
-    for (const fact_t& fact : finding.facts) add(fact.name.label, printable(fact.text));
+    for (const fact_t& fact : finding.facts) add(fact.name.label, printable(fact));
     if (!finding.command().empty()) add("look closer", printable(finding.command()));
     print(text);
 }

@@ -6,10 +6,12 @@
 
 namespace tool::fact {
 
+inline constexpr bool is_name = true;
+
 // clang-format off
 //                                      member in JSON    label on the screen
-inline constexpr fact_name_t subject     {"subject",      "subject"};
-inline constexpr fact_name_t issuer      {"issuer",       "issuer"};
+inline constexpr fact_name_t subject     {"subject",      "subject", is_name};
+inline constexpr fact_name_t issuer      {"issuer",       "issuer", is_name};
 inline constexpr fact_name_t serial      {"serial",       "serial"};
 inline constexpr fact_name_t valid       {"valid",        "valid"};
 inline constexpr fact_name_t key         {"key",          "key"};
@@ -36,7 +38,7 @@ inline constexpr fact_name_t version     {"version",      "version"};
 inline constexpr fact_name_t content     {"content",      "content"};
 inline constexpr fact_name_t mac         {"MAC",          "MAC"};
 inline constexpr fact_name_t outermost   {"outermost",    "outermost"};
-inline constexpr fact_name_t name        {"name",         "name"};
+inline constexpr fact_name_t name        {"name",         "name", is_name};
 inline constexpr fact_name_t oid         {"OID",          "OID"};
 inline constexpr fact_name_t trailing    {"behind it",    "behind it"};
 // clang-format on

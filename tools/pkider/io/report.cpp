@@ -14,14 +14,14 @@ bool is_set(const char* variable) {
     return value != nullptr && *value != '\0';
 }
 
-std::string line(const char* colour, std::string_view head, std::string_view words) {
+std::string line(const char* colour, std::string_view head, std::string_view shown) {
     std::string text;
     if (has_colour(stderr)) {
         text.append(colour).append(head).append("\x1B[0m");
     } else {
         text.append(head);
     }
-    return text + " " + printable(words) + "\n";
+    return text.append(" ").append(shown).append("\n");
 }
 
 } // namespace
@@ -33,7 +33,11 @@ bool has_colour(std::FILE* stream) {
 }
 
 std::string format_error(std::string_view words) {
-    return line("\x1B[1;31m", "pkider:", words);
+    return format_shown_error(printable(words));
+}
+
+std::string format_shown_error(std::string_view shown) {
+    return line("\x1B[1;31m", "pkider:", shown);
 }
 
 void report_error(std::string_view words) {
@@ -41,7 +45,7 @@ void report_error(std::string_view words) {
 }
 
 void report_note(std::string_view words) {
-    write_to_stderr(line("\x1B[1;36m", "pkider: note:", words));
+    write_to_stderr(line("\x1B[1;36m", "pkider: note:", printable(words)));
 }
 
 void write_to_stderr(std::string_view text) {

@@ -14,6 +14,9 @@ bool has_colour(std::FILE* stream);
 std::string format_error(std::string_view words);
 void report_error(std::string_view words);
 
+/// The same of words that are ready to be shown.
+std::string format_shown_error(std::string_view shown);
+
 /// `pkider: note: words`. A note changes no exit code.
 void report_note(std::string_view words);
 

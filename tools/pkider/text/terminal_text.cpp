@@ -2,18 +2,53 @@
 
 #include "tools/pkider/formats/encodings.h"
 #include "tools/pkider/formats/utf8.h"
-#include "tools/pkider/text/character_width.h"
+
+#include <utf8proc.h>
 
 namespace tool {
 namespace {
 
-// What a reader cannot see, or what makes him see something else.
-constexpr bool is_safe(char32_t c) {
-    if (c < 0x20 || (c >= 0x7F && c < 0xA0)) return false; // C0, DEL, C1
-    if (c == 0xAD || c == 0x061C || c == 0xFEFF) return false;
-    if (c >= 0x200B && c <= 0x200F) return false; // no width, direction marks
-    if (c >= 0x2028 && c <= 0x202E) return false; // separators, embeddings, overrides
-    return c < 0x2060 || c > 0x206F;              // joiners, isolates
+const utf8proc_property_t& properties_of(char32_t c) {
+    return *utf8proc_get_property(static_cast<utf8proc_int32_t>(c));
+}
+
+/// Format characters that have a picture: signs that enclose the number after them (Prepended_Concatenation_Mark).
+bool encloses_what_follows(const utf8proc_property_t& properties) {
+    return properties.category == UTF8PROC_CATEGORY_CF && properties.boundclass == UTF8PROC_BOUNDCLASS_PREPEND;
+}
+
+// Unassigned code points can be ignorable too, which utf8proc does not know of them.
+bool is_seen(char32_t c) {
+    const utf8proc_property_t& properties = properties_of(c);
+    switch (properties.category) {
+    case UTF8PROC_CATEGORY_CC:
+    case UTF8PROC_CATEGORY_ZL:
+    case UTF8PROC_CATEGORY_ZP:
+    case UTF8PROC_CATEGORY_CN:
+        return false;
+    case UTF8PROC_CATEGORY_CF:
+        return encloses_what_follows(properties);
+    default:
+        return !properties.ignorable;
+    }
+}
+
+bool is_seen_in_name(const utf8_step_t& step) {
+    return step.valid && is_seen(step.character);
+}
+
+bool is_seen_in_text(const utf8_step_t& step) {
+    return is_seen_in_name(step) && step.character != U'\\';
+}
+
+/// Columns of a character that is seen. As on terminals (wcwidth), spacing marks and enclosing signs take a column,
+/// which utf8proc_charwidth does not count, and the vowels and finals of Hangul join the syllable, which it counts.
+std::size_t character_width(char32_t c) {
+    const utf8proc_property_t& properties = properties_of(c);
+    if (properties.category == UTF8PROC_CATEGORY_MC || encloses_what_follows(properties)) return 1;
+    const bool joins_syllable =
+        properties.boundclass == UTF8PROC_BOUNDCLASS_V || properties.boundclass == UTF8PROC_BOUNDCLASS_T;
+    return joins_syllable ? 0 : properties.charwidth;
 }
 
 void append_escaped(std::string& out, std::string_view bytes) {
@@ -40,29 +75,38 @@ std::string escape_unless(std::string_view text, Keep keep) {
     return out;
 }
 
-constexpr bool is_shown_as_it_stands(const utf8_step_t& step) {
-    return step.valid && is_safe(step.character);
+template <typename Keep>
+std::size_t width_unless(std::string_view text, Keep keep) {
+    constexpr std::size_t escape_width = 3; // of one byte
+    std::size_t width = 0;
+    while (!text.empty()) {
+        const utf8_step_t step = next_utf8(text);
+        width += keep(step) ? character_width(step.character) : escape_width * step.size;
+        text.remove_prefix(step.size);
+    }
+    return width;
 }
 
 } // namespace
 
 std::string printable(std::string_view text) {
-    return escape_unless(text, is_shown_as_it_stands);
+    return escape_unless(text, is_seen_in_text);
+}
+
+std::string printable_name(std::string_view line) {
+    return escape_unless(line, is_seen_in_name);
+}
+
+std::size_t printable_width(std::string_view text) {
+    return width_unless(text, is_seen_in_text);
+}
+
+std::size_t printable_name_width(std::string_view line) {
+    return width_unless(line, is_seen_in_name);
 }
 
 std::string valid_utf8(std::string_view text) {
     return escape_unless(text, [](const utf8_step_t& step) { return step.valid; });
-}
-
-std::size_t printable_width(std::string_view text) {
-    std::size_t width = 0;
-    while (!text.empty()) {
-        const utf8_step_t step = next_utf8(text);
-        width +=
-            is_shown_as_it_stands(step) ? static_cast<std::size_t>(character_width(step.character)) : 3 * step.size;
-        text.remove_prefix(step.size);
-    }
-    return width;
 }
 
 } // namespace tool
