@@ -3,12 +3,14 @@
 #include "tests/support/hex.h"
 #include "tests/support/temp_dir.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
 namespace pkider_test {
 namespace {
 
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
@@ -52,6 +54,42 @@ TEST(DerCommand, OpensStringsWhenAsked) {
     EXPECT_EQ(der(bytes).out, "   0  2+3     OCTET STRING 02 01 05  |...|\n");
     EXPECT_EQ(der(bytes, {"--open"}).out, "   0  2+3     OCTET STRING, holds DER\n"
                                           "   2  2+1       INTEGER 5\n");
+}
+
+/// SEQUENCEs of definite length, one in the other, until the outermost has `size` bytes or a few more.
+std::string nested_sequences(std::size_t size) {
+    std::vector<std::string> headers; // the innermost first
+    for (std::size_t len = 0; len < size; len += headers.back().size()) {
+        std::string octets;
+        for (std::size_t rest = len; rest != 0; rest >>= 8) octets.insert(octets.begin(), static_cast<char>(rest));
+        if (len < 0x80) {
+            octets = std::string(1, static_cast<char>(len));
+        } else {
+            octets.insert(octets.begin(), static_cast<char>(0x80 | octets.size()));
+        }
+        headers.push_back("0" + octets); // 0x30
+    }
+    std::string der;
+    for (auto header = headers.rbegin(); header != headers.rend(); ++header) der += *header;
+    return der;
+}
+
+TEST(DerCommand, GivesADepthBeyondTheBlanksAsANumber) {
+    const run_result_t result = run_pkider({"der", "--max-depth", "66"}, {.input = nested_sequences(132)});
+    EXPECT_EQ(result.exit_code, 0) << result;
+    const std::string blanks(2 * 63, ' ');
+    EXPECT_THAT(result.out, EndsWith(" 128  2+4     " + blanks +
+                                     "SEQUENCE\n"
+                                     " 130  2+2     depth 64: SEQUENCE\n"
+                                     " 132  2+0     depth 65: SEQUENCE\n"));
+}
+
+TEST(DerCommand, PrintsOutputInProportionToDeepNesting) {
+    const std::string der = nested_sequences(1'000'000);
+    const run_result_t result = run_pkider({"der", "--max-depth", "4294967295"}, {.input = der});
+    EXPECT_EQ(result.exit_code, 0);
+    EXPECT_EQ(std::ranges::count(result.out, '\n'), 203'320);
+    EXPECT_LT(result.out.size(), 12 * der.size());
 }
 
 TEST(DerCommand, SaysThatItStoppedAtTheDepthLimit) {

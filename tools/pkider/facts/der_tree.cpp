@@ -42,6 +42,13 @@ std::string dump_lines(bytes_t bytes, std::uint64_t num_hidden, std::size_t inde
     return out;
 }
 
+/// Two blanks a level. From the depth on that is shown on request only, the depth is a number: the output grows with
+/// the input, not with the square of its nesting.
+std::string nesting(std::uint32_t depth) {
+    return depth < der_walk_options_t().max_depth ? std::string(2 * std::size_t{depth}, ' ')
+                                                  : "depth " + std::to_string(depth) + ": ";
+}
+
 } // namespace
 
 der_tree_t::der_tree_t(std::uint64_t size) : m_width(std::max<std::size_t>(4, std::to_string(size).size())) {}
@@ -54,7 +61,7 @@ std::string der_tree_t::margin(std::uint64_t offset, const std::string& sizes) c
 }
 
 std::string der_tree_t::lines(const der_node_t& node, const der_value_t& value) const {
-    const std::string indent(2 * std::size_t{node.depth}, ' ');
+    const std::string indent = nesting(node.depth);
     const std::string sizes = std::to_string(node.header_len) + "+" + std::to_string(node.contents.size());
     std::string out = margin(node.offset, sizes) + indent + tag_name(node);
     if (node.opened) out += ", holds DER";

@@ -6,6 +6,8 @@
 //       10  2+1           INTEGER 2
 //       13  2+16          INTEGER
 //                           04 00 00 00 00 01 15 4B  5A C3 94 FF FE 00 41 42  |.......KZ.....AB|
+//
+// Elements at a depth of 64 and more have the number instead of the blanks: "depth 64: SEQUENCE".
 #pragma once
 
 #include "tools/pkider/facts/der_value.h"
