@@ -144,7 +144,7 @@ INSTANTIATE_TEST_SUITE_P(Inputs, CertCommandForm, testing::ValuesIn(inputs_rows)
 TEST(CertCommand, NotesBytesBehindACertificateInPem) {
     const run_result_t result = cert(pem("CERTIFICATE", first + "ab"));
     EXPECT_EQ(result.exit_code, 0) << result;
-    EXPECT_EQ(result.err, "pkider: note: standard input:1: 2 bytes behind the certificate\n");
+    EXPECT_EQ(result.err, "pkider: note: standard input:1: 2 bytes after the certificate\n");
 }
 
 TEST(CertCommand, GoesOnBehindABrokenBlock) {

@@ -36,7 +36,7 @@ TEST(DnEncode, PrintsJson) {
     EXPECT_EQ(answers(result).at(1)["line"], "C N=a");
     EXPECT_EQ(answers(result).at(1)["fault"]["code"], 1);
     EXPECT_EQ(answers(result).at(1)["fault"]["column"], 3);
-    EXPECT_EQ(answers(result).at(1)["fault"]["message"], "expected '=' behind the attribute type 'C'");
+    EXPECT_EQ(answers(result).at(1)["fault"]["message"], "expected '=' after the attribute type 'C'");
     EXPECT_EQ(answers(result).at(1)["fault"]["advice"], "write an attribute as TYPE=value, for example CN=Server");
 }
 
@@ -268,7 +268,7 @@ TEST(DnDecode, NotesBytesBehindTheName) {
     const run_result_t result = run_pkider({"dn", "decode", abc_hex + "0500"});
     EXPECT_EQ(result.exit_code, 0) << result;
     EXPECT_EQ(result.out, "CN=abc\n");
-    EXPECT_EQ(result.err, "pkider: note: argument: 2 bytes behind the name\n");
+    EXPECT_EQ(result.err, "pkider: note: argument: 2 bytes after the name\n");
     EXPECT_EQ(run_pkider({"dn", "decode", "--hex", abc_hex + "0500"}).out, abc_hex + "\n");
 }
 

@@ -132,7 +132,7 @@ const check_row_t lines_rows[] = {
     {"EqualsOnTheNextLine", "1.2.3\n= B\n", 1,
      "standard input:1: no entry: 1.2.3\n"
      "standard input:2: dropped: = B\n"
-     "  no OID stands before the '='\n"
+     "  there is no OID before the '='\n"
      "lines: 2, kept: 0, shadowed: 0, dropped: 1, no entry: 1\n"},
     {"NoOid", "1 = A\n3.1 = B\n1.2.x = C\nname = D\n1..2 = E\n", 1,
      "standard input:1: dropped: 1 = A\n"
@@ -140,9 +140,9 @@ const check_row_t lines_rows[] = {
      "standard input:2: dropped: 3.1 = B\n"
      "  the first arc is above 2\n"
      "standard input:3: dropped: 1.2.x = C\n"
-     "  more than an OID stands before the '='\n"
+     "  there is more than an OID before the '='\n"
      "standard input:4: dropped: name = D\n"
-     "  no OID stands before the '='\n"
+     "  there is no OID before the '='\n"
      "standard input:5: dropped: 1..2 = E\n"
      "  an arc is missing between two dots\n"
      "lines: 5, kept: 0, shadowed: 0, dropped: 5, no entry: 0\n"},
@@ -151,7 +151,7 @@ const check_row_t lines_rows[] = {
      "1.2.3=A\n1.2.4=B\n",
      1,
      "standard input:1: dropped: \\EF\\BB\\BF1.2.3=A\n"
-     "  a byte order mark (EF BB BF) stands before it; save the file without one\n"
+     "  a byte order mark (EF BB BF) is before it; save the file without one\n"
      "standard input:2: kept: 1.2.4=B\n"
      "lines: 2, kept: 1, shadowed: 0, dropped: 1, no entry: 0\n"},
     {"ByteOrderMarkBeforeAComment", "\xEF\xBB\xBF# names\n", 0,
@@ -183,7 +183,7 @@ const check_row_t lines_rows[] = {
      "lines: 1, kept: 0, shadowed: 1, dropped: 0, no entry: 0\n"},
     {"WordsBehindTheShortName", "1.2.3 = A b\n", 0,
      "standard input:1: kept: 1.2.3 = A b\n"
-     "  'b' is ignored: a long name stands behind a ','\n"
+     "  'b' is ignored: a long name follows a ','\n"
      "lines: 1, kept: 1, shadowed: 0, dropped: 0, no entry: 0\n"},
     {"BlanksBehindTheLongName", "1.2.3 = A, b \n", 0,
      "standard input:1: kept: 1.2.3 = A, b \n"

@@ -49,8 +49,8 @@ const oid_row_t values_rows[] = {
     {"Contents", "550403", "hex", "2.5.4.3", "550403", true, ""},
     {"ContentsWithBlanks", "2a 86 48", "hex", "1.2.840", "2A8648", true, ""},
     {"ContentsWithColons", "2a:86:48", "hex", "1.2.840", "2A8648", true, ""},
-    {"SecondArcAboveThousand", "2.999", "dotted", "26.39", "8837", false, "stand for 2.999"},
-    {"ContentsOfAnArcAboveThousand", "8837", "hex", "26.39", "8837", false, "stand for 2.999"},
+    {"SecondArcAboveThousand", "2.999", "dotted", "26.39", "8837", false, "mean 2.999"},
+    {"ContentsOfAnArcAboveThousand", "8837", "hex", "26.39", "8837", false, "mean 2.999"},
     {"SecondArcAboveThirtyNine", "1.50", "dotted", "2.10", "5A", false, "those of 2.10, not of 1.50"},
     {"SumThatWraps", "2.4294967295", "dotted", "1.39", "4F", false, "those of 1.39"},
     {"ArcThatWraps", "2A 90 80 80 80 00", "hex", "1.2.0", "2A9080808000", false, "1.2.4294967296"},
@@ -92,7 +92,7 @@ TEST(OidCommand, PrintsWhatIsNotExact) {
                           "  contents:   8837\n"
                           "  DER:        06028837\n"
                           "  exact:      no\n"
-                          "    the contents stand for 2.999, which is printed as 26.39\n"
+                          "    the contents mean 2.999, which is printed as 26.39\n"
                           "    26.39 cannot be read back: the first arc is above 2\n");
 }
 
@@ -181,7 +181,7 @@ const refusal_t oid_command_refusal_values_rows[] = {
     {"UnknownName", "nobody", "neither dotted text nor a known short name nor hex digits"},
     {"OddHexDigits", "550", "neither dotted text nor a known short name nor hex digits"},
     {"FirstArc", "3.1", "not an OID in dotted form: the first arc is above 2"},
-    {"SingleArc", "1.", "not an OID in dotted form: an arc is missing behind the last dot"},
+    {"SingleArc", "1.", "not an OID in dotted form: an arc is missing after the last dot"},
     {"EmptyArc", "1..2", "not an OID in dotted form: an arc is missing between two dots"},
     {"NoFirstArc", ".1", "not an OID in dotted form: the first arc is missing"},
     {"LargeArc", "1.2.4294967296", "not an OID in dotted form: the arc 4294967296 is above 4294967295"},

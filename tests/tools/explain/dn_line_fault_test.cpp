@@ -41,22 +41,22 @@ TEST_P(DnLineFault, KeepsTheRawPositionInJson) {
 
 const fault_row_t lines_rows[] = {
     {"EqualsBeforeType", "=a", 1, 0, 0,
-     "pkider: argument:1:1: no attribute type stands before the '=' [code 1]\n"
+     "pkider: argument:1:1: no attribute type before the '=' [code 1]\n"
      "  =a\n"
      "  ^\n"
      "  write an attribute as TYPE=value, for example CN=Server\n"},
     {"EqualsAfterSeparator", "CN=a, =b", 1, 6, 6,
-     "pkider: argument:1:7: no attribute type stands before the '=' [code 1]\n"
+     "pkider: argument:1:7: no attribute type before the '=' [code 1]\n"
      "  CN=a, =b\n"
      "        ^\n"
      "  write an attribute as TYPE=value, for example CN=Server\n"},
     {"OnlyAType", "CN", 1, 2, 2,
-     "pkider: argument:1:3: expected '=' behind the attribute type 'CN' [code 1]\n"
+     "pkider: argument:1:3: expected '=' after the attribute type 'CN' [code 1]\n"
      "  CN\n"
      "    ^\n"
      "  write an attribute as TYPE=value, for example CN=Server\n"},
     {"TwoWords", "C N=a", 1, 2, 2,
-     "pkider: argument:1:3: expected '=' behind the attribute type 'C' [code 1]\n"
+     "pkider: argument:1:3: expected '=' after the attribute type 'C' [code 1]\n"
      "  C N=a\n"
      "    ^\n"
      "  write an attribute as TYPE=value, for example CN=Server\n"},
@@ -71,7 +71,7 @@ const fault_row_t lines_rows[] = {
      "       ^\n"
      "  remove it, or write '\\+' if it belongs to the value\n"},
     {"CommaOfAValue", "CN=Smith, John", 1, 14, 14,
-     "pkider: argument:1:15: expected '=' behind the attribute type 'John' [code 1]\n"
+     "pkider: argument:1:15: expected '=' after the attribute type 'John' [code 1]\n"
      "  CN=Smith, John\n"
      "                ^\n"
      "  if the ',' before it belongs to the value, write '\\,' or put the value in double quotes\n"},
@@ -101,34 +101,34 @@ const fault_row_t lines_rows[] = {
      "     ^\n"
      "  close it, or write '\\\"' for a double quote that belongs to the value\n"},
     {"FewHexDigits", "CN=#0C0", 4, 3, 3,
-     "pkider: argument:1:4: fewer than four hex digits behind '#' [code 4]\n"
+     "pkider: argument:1:4: fewer than four hex digits after '#' [code 4]\n"
      "  CN=#0C0\n"
      "     ^\n"
-     "  behind '#' stands a whole DER element in hex digits; write '\\#' for a value that begins with "
+     "  a whole DER element in hex digits must follow '#'; write '\\#' for a value that begins with "
      "'#'\n"},
     {"OddHexDigits", "CN=#0C0161 ", 4, 3, 3,
-     "pkider: argument:1:4: an odd number of hex digits behind '#' [code 4]\n"
+     "pkider: argument:1:4: an odd number of hex digits after '#' [code 4]\n"
      "  CN=#0C0161 \n"
      "     ^\n"
-     "  behind '#' stands a whole DER element in hex digits; write '\\#' for a value that begins with "
+     "  a whole DER element in hex digits must follow '#'; write '\\#' for a value that begins with "
      "'#'\n"},
     {"NoHexDigit", "CN=#0C0G", 5, 6, 7, // the library counts from behind the '#'
      "pkider: argument:1:8: 'G' is no hex digit [code 5]\n"
      "  CN=#0C0G\n"
      "         ^\n"
-     "  behind '#' stands a whole DER element in hex digits; write '\\#' for a value that begins with "
+     "  a whole DER element in hex digits must follow '#'; write '\\#' for a value that begins with "
      "'#'\n"},
     {"BlanksBehindHex", "CN=#0C0161  ", 5, 9, 10,
      "pkider: argument:1:11: ' ' is no hex digit [code 5]\n"
      "  CN=#0C0161  \n"
      "            ^\n"
-     "  behind '#' stands a whole DER element in hex digits; write '\\#' for a value that begins with "
+     "  a whole DER element in hex digits must follow '#'; write '\\#' for a value that begins with "
      "'#'\n"},
     {"HexIsNoElement", "CN=#0C05616263", 6, 3, 3,
-     "pkider: argument:1:4: the bytes behind '#' are no whole DER element [code 6]\n"
+     "pkider: argument:1:4: the bytes after '#' are not a whole DER element [code 6]\n"
      "  CN=#0C05616263\n"
      "     ^\n"
-     "  behind '#' stands a whole DER element in hex digits; write '\\#' for a value that begins with "
+     "  a whole DER element in hex digits must follow '#'; write '\\#' for a value that begins with "
      "'#'\n"},
     {"BackslashAtTheEnd", "CN=a\\", 7, 5, 4,
      "pkider: argument:1:5: a backslash ends the value [code 7]\n"
@@ -141,62 +141,62 @@ const fault_row_t lines_rows[] = {
      "        ^\n"
      "  the closing double quote needs an even number of backslashes before it\n"},
     {"OneHexDigitAtTheEnd", "CN=a\\4", 8, 6, 6,
-     "pkider: argument:1:7: a second hex digit is missing behind '\\4' [code 8]\n"
+     "pkider: argument:1:7: a second hex digit is missing after '\\4' [code 8]\n"
      "  CN=a\\4\n"
      "        ^\n"
      "  write two hex digits for a byte, or '\\\\' for a backslash\n"},
     {"OneHexDigit", "CN=a\\4g,O=x", 8, 6, 6,
-     "pkider: argument:1:7: a second hex digit is missing behind '\\4' [code 8]\n"
+     "pkider: argument:1:7: a second hex digit is missing after '\\4' [code 8]\n"
      "  CN=a\\4g,O=x\n"
      "        ^\n"
      "  write two hex digits for a byte, or '\\\\' for a backslash\n"},
     {"UnknownEscape", "CN=a\\xb", 9, 5, 5,
-     "pkider: argument:1:6: '\\x' stands for nothing [code 9]\n"
+     "pkider: argument:1:6: '\\x' is not an escape [code 9]\n"
      "  CN=a\\xb\n"
      "       ^\n"
-     "  write '\\\\' for a backslash; behind one stand two hex digits or one of \" # + , ; < = > \\\n"},
+     "  write '\\\\' for a backslash; two hex digits or one of \" # + , ; < = > \\ may follow '\\'\n"},
     {"UnknownEscapeOfALetterInUtf8", "CN=\\Ж", 9, 4, 4,
-     "pkider: argument:1:5: '\\Ж' stands for nothing [code 9]\n"
+     "pkider: argument:1:5: '\\Ж' is not an escape [code 9]\n"
      "  CN=\\Ж\n"
      "      ^\n"
-     "  write '\\\\' for a backslash; behind one stand two hex digits or one of \" # + , ; < = > \\\n"},
+     "  write '\\\\' for a backslash; two hex digits or one of \" # + , ; < = > \\ may follow '\\'\n"},
     {"Semicolon", "O=x,CN=a;b", 10, 8, 8,
-     "pkider: argument:1:9: ';' stands unescaped in an unquoted value [code 10]\n"
+     "pkider: argument:1:9: ';' is not escaped in an unquoted value [code 10]\n"
      "  O=x,CN=a;b\n"
      "          ^\n"
      "  write '\\;' or put the value in double quotes\n"},
     {"BlankBeforeTheQuotes", "CN= \"a,b\"", 10, 4, 4,
-     "pkider: argument:1:5: '\"' stands unescaped in an unquoted value [code 10]\n"
+     "pkider: argument:1:5: '\"' is not escaped in an unquoted value [code 10]\n"
      "  CN= \"a,b\"\n"
      "      ^\n"
      "  write '\\\"', or let the quotes enclose the whole value, blanks included\n"},
     {"LoneHash", "CN=#", 10, 3, 3,
-     "pkider: argument:1:4: '#' stands unescaped in an unquoted value [code 10]\n"
+     "pkider: argument:1:4: '#' is not escaped in an unquoted value [code 10]\n"
      "  CN=#\n"
      "     ^\n"
      "  write '\\#' or put the value in double quotes\n"},
     {"BehindCyrillic", "CN=Жук;b", 10, 9, 9,
-     "pkider: argument:1:7: ';' stands unescaped in an unquoted value [code 10]\n"
+     "pkider: argument:1:7: ';' is not escaped in an unquoted value [code 10]\n"
      "  CN=Жук;b\n"
      "        ^\n"
      "  write '\\;' or put the value in double quotes\n"},
     {"BehindWideCharacters", "CN=漢字;b", 10, 9, 9,
-     "pkider: argument:1:8: ';' stands unescaped in an unquoted value [code 10]\n"
+     "pkider: argument:1:8: ';' is not escaped in an unquoted value [code 10]\n"
      "  CN=漢字;b\n"
      "         ^\n"
      "  write '\\;' or put the value in double quotes\n"},
     {"BehindACombiningMark", "CN=e\xCC\x81;b", 10, 6, 6,
-     "pkider: argument:1:5: ';' stands unescaped in an unquoted value [code 10]\n"
+     "pkider: argument:1:5: ';' is not escaped in an unquoted value [code 10]\n"
      "  CN=e\xCC\x81;b\n"
      "      ^\n"
      "  write '\\;' or put the value in double quotes\n"},
     {"BehindAControlCharacter", "CN=\x1B[31m;b", 10, 8, 8,
-     "pkider: argument:1:11: ';' stands unescaped in an unquoted value [code 10]\n"
+     "pkider: argument:1:11: ';' is not escaped in an unquoted value [code 10]\n"
      "  CN=\\1B[31m;b\n"
      "            ^\n"
      "  write '\\;' or put the value in double quotes\n"},
     {"BehindBytesThatAreNoUtf", "CN=\xFF\xC3;b", 10, 5, 5,
-     "pkider: argument:1:10: ';' stands unescaped in an unquoted value [code 10]\n"
+     "pkider: argument:1:10: ';' is not escaped in an unquoted value [code 10]\n"
      "  CN=\\FF\\C3;b\n"
      "           ^\n"
      "  write '\\;' or put the value in double quotes\n"},
@@ -217,7 +217,7 @@ TEST(DnLineFaultInALongLine, IsFoundBehindThePositionsOfTheLibrary) {
 TEST(DnLineFaultInALongLine, ShowsTheSurroundingsOfTheCaret) {
     const std::string line = "CN=" + std::string(200, 'a') + ";" + std::string(200, 'b');
     const run_result_t result = run_pkider({"dn", "encode", line});
-    EXPECT_EQ(result.err, "pkider: argument:1:204: ';' stands unescaped in an unquoted value [code 10]\n"
+    EXPECT_EQ(result.err, "pkider: argument:1:204: ';' is not escaped in an unquoted value [code 10]\n"
                           "  ..." +
                               std::string(60, 'a') + ";" + std::string(39, 'b') + "...\n" + std::string(65, ' ') +
                               "^\n"
@@ -229,7 +229,7 @@ TEST(DnLineFaultOnStandardInput, NamesTheLine) {
     EXPECT_EQ(result.exit_code, 2);
     EXPECT_EQ(result.out, "300C310A300806035504031301"
                           "61\n3000\n");
-    EXPECT_EQ(result.err, "pkider: standard input:3:5: ';' stands unescaped in an unquoted value [code 10]\n"
+    EXPECT_EQ(result.err, "pkider: standard input:3:5: ';' is not escaped in an unquoted value [code 10]\n"
                           "  CN=a;b\n"
                           "      ^\n"
                           "  write '\\;' or put the value in double quotes\n");

@@ -156,7 +156,7 @@ TEST(OidText, SaysWhyATextIsRefused) {
         {"3.1", "the first arc is above 2"},
         {"0010.1", "the first arc is above 2"},
         {"02", "a single arc is no OID"},
-        {"1.", "an arc is missing behind the last dot"},
+        {"1.", "an arc is missing after the last dot"},
         {"1..2", "an arc is missing between two dots"},
         {"1.2.4294967296", "the arc 4294967296 is above 4294967295"},
         {"1.00042949672960", "the arc 00042949672960 is above 4294967295"},

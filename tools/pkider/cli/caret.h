@@ -1,6 +1,6 @@
 // Shows a fault in a line of text in the manner of a compiler:
 //
-//     pkider: argument:1:5: ';' stands unescaped in an unquoted value [code 10]
+//     pkider: argument:1:5: ';' is not escaped in an unquoted value [code 10]
 //       CN=a;b
 //           ^
 //       write '\;' or put the value in double quotes

@@ -67,7 +67,7 @@ const char* variant_name(pki_alg_t alg) {
 std::vector<std::string> notes_on(const algorithm_t& algorithm) {
     std::vector<std::string> notes;
     const PKI_OID& oid = algorithm.oid();
-    if (oid.len == 0) notes.emplace_back("no object identifier stands for it");
+    if (oid.len == 0) notes.emplace_back("it has no object identifier");
     const pki_alg_t read_back = PKI_OID_TO_ALG(oid.data, oid.len);
     if (oid.len != 0 && read_back != algorithm.alg) {
         notes.push_back("the object identifier alone is read as " + std::string(alg_name(read_back)) + " (" +

@@ -85,7 +85,7 @@ class lister_t {
     // In a "TRUSTED CERTIFICATE" the bytes behind are what OpenSSL trusts it for.
     static void note_what_follows(const std::string& name, const block_t& block, const der_cursor_t& der) {
         if (der.at_end() || block.label == trusted_certificate) return;
-        report_note(name + ": " + count_text(der.remaining().size(), "byte") + " behind the certificate");
+        report_note(name + ": " + count_text(der.remaining().size(), "byte") + " after the certificate");
     }
 
     void list_certificate(const certificate_t& certificate, json_t result) {

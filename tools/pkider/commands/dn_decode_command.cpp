@@ -27,7 +27,7 @@ bytes_t cut_to_name(const input_t& input) {
     der_cursor_t cursor(input.der);
     const bytes_t name = cursor.next(asn_tag_t::SEQUENCE, "a Name (a SEQUENCE)").whole;
     if (!cursor.at_end())
-        report_note(input.name + ": " + count_text(cursor.remaining().size(), "byte") + " behind the name");
+        report_note(input.name + ": " + count_text(cursor.remaining().size(), "byte") + " after the name");
     return name;
 }
 

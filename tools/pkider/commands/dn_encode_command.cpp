@@ -53,7 +53,7 @@ void add_options(CLI::App& command, line_options_t& options) {
 } // namespace
 
 void register_dn_encode(CLI::App& dn, chosen_command_t& chosen) {
-    CLI::App& command = add_command(dn, "encode", "Encodes names: prints their DER, in hex unless told otherwise",
+    CLI::App& command = add_command(dn, "encode", "Encodes names: prints their DER, in hex by default",
                                     "  pkider dn encode 'CN=Server 1,O=Example,C=RU'\n"
                                     "  pkider dn encode --der 'CN=\"Smith, John\"' > name.der\n"
                                     "  pkider dn encode --base64 < names.txt\n");

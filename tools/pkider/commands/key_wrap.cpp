@@ -47,7 +47,7 @@ std::string wrap_info(bytes_t info) {
     if (!key.is_gost) throw data_fault_t("no GOST key: " + private_key_line(key));
     if (key.gost) throw data_fault_t("the key has its inner OCTET STRING already");
     if (key.octets.size() != 32 && key.octets.size() != 64)
-        throw data_fault_t("the key does not stand in it as 32 or 64 bare bytes");
+        throw data_fault_t("it does not contain the key as 32 or 64 bare bytes");
 
     der_cursor_t cursor(der_cursor_t(info).next(asn_tag_t::SEQUENCE, "SEQUENCE"));
     const der_element_t version = cursor.next(asn_tag_t::INTEGER, "INTEGER");

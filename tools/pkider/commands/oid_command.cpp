@@ -127,7 +127,7 @@ void compare(const std::string& value, const reading_t& reading, oid_t& oid) {
     if (!oid.x660) {
         oid.losses.push_back("an arc of more than 64 octets is cut to 32 bits in the dotted text");
     } else if (*oid.dotted != *oid.x660) {
-        oid.losses.push_back("the contents stand for " + *oid.x660 + ", which is printed as " + *oid.dotted);
+        oid.losses.push_back("the contents mean " + *oid.x660 + ", which is printed as " + *oid.dotted);
     }
     const auto again = oid_contents(*oid.dotted);
     if (!again) {

@@ -149,7 +149,7 @@ exit_code_t run(const options_t& options) {
 
 source_t& latest(options_t& options, const char* option) {
     if (options.sources.empty())
-        throw CLI::ValidationError(option, "stands behind the --key or --cert that it belongs to");
+        throw CLI::ValidationError(option, "must follow the --key or --cert that it belongs to");
     return options.sources.back();
 }
 

@@ -53,14 +53,14 @@ class split_fault_t {
         }
         if (m_line[m_type_begin] == '=') {
             out.offset = m_type_begin;
-            out.words = "no attribute type stands before the '='";
+            out.words = "no attribute type before the '='";
             out.advice = how_to_write;
             return;
         }
         const std::size_t type_end = std::min(m_line.find_first_of(" \t=", m_type_begin), m_line.size());
         const std::string type = in_quotes(std::string_view(m_line).substr(m_type_begin, type_end - m_type_begin));
         out.offset = std::min(m_line.find_first_not_of(blanks, type_end), m_line.size());
-        out.words = "expected '=' behind the attribute type " + type;
+        out.words = "expected '=' after the attribute type " + type;
         out.advice = m_first ? how_to_write
                              : "if the " + separator_text() + " before it belongs to the value, write '\\" +
                                    m_line.substr(m_separator, 1) + "' or put the value in double quotes";
@@ -88,7 +88,7 @@ void explain_plain_value(std::string_view value, line_fault_t& out) {
         if (special_characters.find(value[i]) == std::string_view::npos) continue;
         if (value[i] != '\\') {
             out.offset += i;
-            out.words = in_quotes(value.substr(i, 1)) + " stands unescaped in an unquoted value";
+            out.words = in_quotes(value.substr(i, 1)) + " is not escaped in an unquoted value";
             out.advice = value[i] == '"'
                              ? "write '\\\"', or let the quotes enclose the whole value, blanks included"
                              : "write '\\" + std::string(value.substr(i, 1)) + "' or put the value in double quotes";
@@ -105,15 +105,15 @@ void explain_plain_value(std::string_view value, line_fault_t& out) {
             const std::size_t second = escaped + 1;
             if (second == value.size() || !is_hex_digit(value[second])) {
                 out.offset += second;
-                out.words = "a second hex digit is missing behind " + in_quotes(value.substr(i, 2));
+                out.words = "a second hex digit is missing after " + in_quotes(value.substr(i, 2));
                 out.advice = "write two hex digits for a byte, or '\\\\' for a backslash";
                 return;
             }
             ++i;
         } else if (special_characters.find(value[escaped]) == std::string_view::npos) {
             out.offset += escaped;
-            out.words = in_quotes("\\" + std::string(character_at(value, escaped))) + " stands for nothing";
-            out.advice = "write '\\\\' for a backslash; behind one stand two hex digits or one of \" # + , ; < = > \\";
+            out.words = in_quotes("\\" + std::string(character_at(value, escaped))) + " is not an escape";
+            out.advice = "write '\\\\' for a backslash; two hex digits or one of \" # + , ; < = > \\ may follow '\\'";
             return;
         }
         ++i;
@@ -121,11 +121,11 @@ void explain_plain_value(std::string_view value, line_fault_t& out) {
 }
 
 void explain_hex_value(std::string_view digits, line_fault_t& out) {
-    out.advice = "behind '#' stands a whole DER element in hex digits; write '\\#' for a value that begins with '#'";
+    out.advice = "a whole DER element in hex digits must follow '#'; write '\\#' for a value that begins with '#'";
     switch (out.code) {
     case DN_FAULT_HEX_COUNT:
         out.words =
-            digits.size() < 4 ? "fewer than four hex digits behind '#'" : "an odd number of hex digits behind '#'";
+            digits.size() < 4 ? "fewer than four hex digits after '#'" : "an odd number of hex digits after '#'";
         return;
     case DN_FAULT_HEX_DIGIT: {
         const auto bad = std::ranges::find_if_not(digits, is_hex_digit);
@@ -135,7 +135,7 @@ void explain_hex_value(std::string_view digits, line_fault_t& out) {
         return;
     }
     default:
-        out.words = "the bytes behind '#' are no whole DER element";
+        out.words = "the bytes after '#' are not a whole DER element";
         return;
     }
 }

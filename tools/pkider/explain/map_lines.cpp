@@ -55,7 +55,7 @@ void read_names(std::string_view rest, map_line_t& line) {
         line.notes.push_back("without a short name it prints as '=value', which cannot be read");
     if (rest.empty()) return;
     if (rest.front() != ',') {
-        line.notes.push_back("'" + std::string(rest) + "' is ignored: a long name stands behind a ','");
+        line.notes.push_back("'" + std::string(rest) + "' is ignored: a long name follows a ','");
         return;
     }
     rest.remove_prefix(1);
@@ -74,8 +74,8 @@ void read_line(map_line_t& line) {
 
     line.oid = take_all_of(rest, oid_characters);
     take_all_of(rest, blanks);
-    if (line.oid.empty()) return drop(line, "no OID stands before the '='");
-    if (rest.front() != '=') return drop(line, "more than an OID stands before the '='");
+    if (line.oid.empty()) return drop(line, "there is no OID before the '='");
+    if (rest.front() != '=') return drop(line, "there is more than an OID before the '='");
     rest.remove_prefix(1);
     const std::optional<std::string> contents = oid_contents(line.oid);
     if (!contents) return drop(line, why_no_oid(line.oid));
@@ -94,7 +94,7 @@ void read_line_with_mark(map_line_t& line) {
     if (without_mark.kind == map_line_kind_t::other) {
         line.notes.push_back("a byte order mark (EF BB BF); it would hide an entry on this line");
     } else {
-        drop(line, "a byte order mark (EF BB BF) stands before it; save the file without one");
+        drop(line, "a byte order mark (EF BB BF) is before it; save the file without one");
     }
 }
 

@@ -193,7 +193,7 @@ class p12_walk_t {
     void take_item(p12_bag_t& bag) {
         auto& next = bag.is_protected ? m_next_protected : m_next_plain;
         const auto& items = bag.is_protected ? m_reading.content.protected_items : m_reading.content.plain_items;
-        if (next == items.end()) throw data_fault_t("the library took less than stands here");
+        if (next == items.end()) throw data_fault_t("the library took less than is here");
         bag.item = &*next++;
         bag.number = ++m_num_items;
     }

@@ -109,7 +109,7 @@ std::string why_no_oid(std::string_view dotted) {
     const std::string_view value = without_leading_zeros(first);
     if (value.size() > 1 || value > "2") return "the first arc is above 2";
     if (first.size() == dotted.size()) return "a single arc is no OID";
-    if (dotted.back() == '.') return "an arc is missing behind the last dot";
+    if (dotted.back() == '.') return "an arc is missing after the last dot";
     while (!rest.empty()) {
         const std::string_view arc = take_arc(rest);
         if (arc.empty()) return "an arc is missing between two dots";
