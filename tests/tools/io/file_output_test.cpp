@@ -2,6 +2,7 @@
 
 #include "tests/support/temp_dir.h"
 #include "tools/pkider/base/failure.h"
+#include "tools/pkider/io/temporary_file.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,10 +16,16 @@
 namespace {
 
 using tool::file_mode_t;
-using tool::write_file;
+using tool::output_file_t;
+using tool::temporary_place_t;
 
-class FileOutput : public testing::Test {
+/// All that is said of one place holds for both.
+class FileOutput : public testing::TestWithParam<temporary_place_t> {
   protected:
+    static void write_file(const output_file_t& file, std::string_view bytes, const tool::read_back_t& read_back) {
+        tool::write_file(file, bytes, read_back, GetParam());
+    }
+
     std::string path(const std::string& name) const { return dir.path() / name; }
 
     static std::string contents(const std::string& file) {
@@ -46,19 +53,19 @@ class FileOutput : public testing::Test {
     pkider_test::temp_dir_t dir;
 };
 
-TEST_F(FileOutput, WritesTheWholeFile) {
+TEST_P(FileOutput, WritesTheWholeFile) {
     const std::string bytes = std::string(100'000, 'x') + '\0' + "end";
     write_file({path("new"), file_mode_t::ordinary, false}, bytes, accept);
     EXPECT_EQ(contents(path("new")), bytes);
     EXPECT_THAT(names(), testing::ElementsAre("new"));
 }
 
-TEST_F(FileOutput, WritesAnEmptyFile) {
+TEST_P(FileOutput, WritesAnEmptyFile) {
     write_file({path("new"), file_mode_t::ordinary, false}, "", accept);
     EXPECT_EQ(contents(path("new")), "");
 }
 
-TEST_F(FileOutput, KeepsSecretsToTheOwner) {
+TEST_P(FileOutput, KeepsSecretsToTheOwner) {
     const mode_t old = umask(0);
     write_file({path("secret"), file_mode_t::secret, false}, "x", accept);
     write_file({path("ordinary"), file_mode_t::ordinary, false}, "x", accept);
@@ -71,7 +78,7 @@ TEST_F(FileOutput, KeepsSecretsToTheOwner) {
 }
 
 // The mode of the file that is replaced does not come back.
-TEST_F(FileOutput, KeepsSecretsToTheOwnerWhenItReplaces) {
+TEST_P(FileOutput, KeepsSecretsToTheOwnerWhenItReplaces) {
     dir.write(u8"key", "old");
     ASSERT_EQ(chmod(path("key").c_str(), 0644), 0);
     write_file({path("key"), file_mode_t::secret, true}, "new", accept);
@@ -79,15 +86,21 @@ TEST_F(FileOutput, KeepsSecretsToTheOwnerWhenItReplaces) {
     EXPECT_EQ(contents(path("key")), "new");
 }
 
-TEST_F(FileOutput, IsSecretBeforeItHasItsName) {
+TEST_P(FileOutput, IsSecretBeforeItHasItsName) {
     write_file({path("key"), file_mode_t::secret, false}, "x", [&](std::span<const uint8_t>) {
+        if (GetParam() == temporary_place_t::nameless) {
+            EXPECT_THAT(names(), testing::IsEmpty());
+            return;
+        }
         ASSERT_EQ(names().size(), 1U);
-        EXPECT_EQ(mode(path(names()[0])), 0600U);
-        EXPECT_NE(names()[0], "key");
+        const std::string folder = names()[0];
+        EXPECT_THAT(folder, testing::MatchesRegex("\\.pkider-[0-9A-F]{16}"));
+        EXPECT_EQ(mode(path(folder)), 0700U);
+        EXPECT_EQ(mode(path(folder + "/file")), 0600U);
     });
 }
 
-TEST_F(FileOutput, ReplacesOnlyWhenItIsForced) {
+TEST_P(FileOutput, ReplacesOnlyWhenItIsForced) {
     dir.write(u8"file", "old");
     EXPECT_THROW(write_file({path("file"), file_mode_t::ordinary, false}, "new", accept), tool::file_trouble_t);
     EXPECT_EQ(contents(path("file")), "old");
@@ -97,7 +110,7 @@ TEST_F(FileOutput, ReplacesOnlyWhenItIsForced) {
 }
 
 // Somebody else makes the file while ours is checked.
-TEST_F(FileOutput, DoesNotReplaceAFileThatCameMeanwhile) {
+TEST_P(FileOutput, DoesNotReplaceAFileThatCameMeanwhile) {
     EXPECT_THROW(write_file({path("file"), file_mode_t::ordinary, false}, "new",
                             [&](std::span<const uint8_t>) { dir.write(u8"file", "theirs"); }),
                  tool::file_trouble_t);
@@ -105,7 +118,7 @@ TEST_F(FileOutput, DoesNotReplaceAFileThatCameMeanwhile) {
     EXPECT_THAT(names(), testing::ElementsAre("file"));
 }
 
-TEST_F(FileOutput, ShowsWhatIsOnTheDiskAndKeepsTheOldFileWhenItIsRefused) {
+TEST_P(FileOutput, ShowsWhatIsOnTheDiskAndKeepsTheOldFileWhenItIsRefused) {
     dir.write(u8"file", "old");
     const auto refuse = [](std::span<const uint8_t> on_disk) {
         EXPECT_EQ(std::string(on_disk.begin(), on_disk.end()), "new");
@@ -117,7 +130,7 @@ TEST_F(FileOutput, ShowsWhatIsOnTheDiskAndKeepsTheOldFileWhenItIsRefused) {
     EXPECT_THAT(names(), testing::ElementsAre("file"));
 }
 
-TEST_F(FileOutput, DoesNotReplaceWhatIsNoFile) {
+TEST_P(FileOutput, DoesNotReplaceWhatIsNoFile) {
     dir.write(u8"folder/inside", "x");
     dir.write(u8"target", "old");
     std::filesystem::create_symlink("target", path("link"));
@@ -130,7 +143,7 @@ TEST_F(FileOutput, DoesNotReplaceWhatIsNoFile) {
     EXPECT_EQ(contents(path("target")), "old");
 }
 
-TEST_F(FileOutput, NamesTheFileAndTheReason) {
+TEST_P(FileOutput, NamesTheFileAndTheReason) {
     try {
         write_file({path("none/file"), file_mode_t::ordinary, false}, "new", accept);
         FAIL() << "wrote into a folder that is not there";
@@ -139,7 +152,7 @@ TEST_F(FileOutput, NamesTheFileAndTheReason) {
     }
 }
 
-TEST_F(FileOutput, IsCheckedBeforeTheWork) {
+TEST_P(FileOutput, IsCheckedBeforeTheWork) {
     dir.write(u8"file", "old");
     tool::check_output_file(path("new"), false);
     tool::check_output_file(path("file"), true);
@@ -147,12 +160,17 @@ TEST_F(FileOutput, IsCheckedBeforeTheWork) {
     EXPECT_THAT(names(), testing::ElementsAre("file"));
 }
 
-TEST_F(FileOutput, WritesIntoTheFolderItRunsIn) {
+TEST_P(FileOutput, WritesIntoTheFolderItRunsIn) {
     const auto before = std::filesystem::current_path();
     std::filesystem::current_path(dir.path());
     write_file({"plain", file_mode_t::ordinary, false}, "x", accept);
     std::filesystem::current_path(before);
     EXPECT_THAT(names(), testing::ElementsAre("plain"));
 }
+
+INSTANTIATE_TEST_SUITE_P(Places, FileOutput, testing::Values(temporary_place_t::nameless, temporary_place_t::folder),
+                         [](const auto& row) {
+                             return row.param == temporary_place_t::nameless ? "Nameless" : "Folder";
+                         });
 
 } // namespace

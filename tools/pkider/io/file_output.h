@@ -1,5 +1,5 @@
-// Files that are written whole or not at all: into a temporary file in the same folder, which takes the name only when
-// all of it is on the disk, has been read again, and says what it should say.
+// Files that are written whole or not at all: into a temporary file, which takes the name only when all of it is on the
+// disk, has been read again, and says what it should say. temporary_file.h says what an interrupt leaves.
 //
 //     check_output_file(path, force);                            // before a long computation
 //     write_file({path, file_mode_t::secret, force}, bytes, [&](std::span<const uint8_t> on_disk) { ... });
@@ -18,6 +18,8 @@ enum class file_mode_t {
     secret,   ///< 0600 from its first moment, for private keys.
 };
 
+enum class temporary_place_t : std::uint8_t; // temporary_file.h
+
 struct output_file_t {
     std::string path;
     file_mode_t mode = file_mode_t::ordinary;
@@ -33,5 +35,9 @@ void check_output_file(const std::string& path, bool force);
 /// Writes the file, reads it back, has it looked at, and gives it its name.
 /// @throws file_trouble_t, and what `read_back` throws. There is no new file then, and an old one is as it was.
 void write_file(const output_file_t& file, std::string_view bytes, const read_back_t& read_back);
+
+/// The same by way of the place that is chosen, for tests.
+void write_file(const output_file_t& file, std::string_view bytes, const read_back_t& read_back,
+                temporary_place_t place);
 
 } // namespace tool

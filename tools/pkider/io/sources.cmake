@@ -6,4 +6,5 @@ set(tool_io_sources
   password.cpp
   progress_note.cpp
   report.cpp
+  temporary_file.cpp
   terminal_prompt.cpp)
