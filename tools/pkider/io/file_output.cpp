@@ -2,6 +2,7 @@
 
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/base/secret.h"
+#include "tools/pkider/io/file_view.h"
 #include "tools/pkider/io/temporary_file.h"
 
 #include <sys/stat.h>
@@ -76,6 +77,7 @@ void write_file(const output_file_t& file, std::string_view bytes, const read_ba
     const secret_t on_disk = read_again(descriptor, file.path);
     if (on_disk.text() != bytes) throw file_trouble_t(file.path, "does not hold what was written to it");
     read_back(on_disk.view());
+    check_file_views(view_check_t::thorough); // the bytes may come from one
     if (!temporary.take_name(file.force)) throw file_trouble_t(file.path, already_there);
 }
 

@@ -2,6 +2,7 @@
 
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/formats/encodings.h"
+#include "tools/pkider/io/file_view.h"
 
 #include <unistd.h>
 
@@ -19,6 +20,7 @@ namespace {
 } // namespace
 
 void print(std::string_view text) {
+    check_file_views(view_check_t::quick); // what was made of a page that is gone is not given out
     if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) fail_to_write();
 }
 
@@ -37,6 +39,7 @@ void print_bytes(std::string_view bytes, output_form_t form) {
 
 void flush_output() {
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) fail_to_write();
+    check_file_views(view_check_t::thorough);
 }
 
 void json_array_t::add(const json_t& element) {

@@ -9,13 +9,14 @@ namespace tool {
 
 enum class output_form_t { text, der, hex, base64, json };
 
-/// Prints text that is ready to be shown. Throws file_trouble_t when standard output cannot be written.
+/// Prints text that is ready to be shown. Throws file_trouble_t when standard output cannot be written, or a file that
+/// the text may come from became shorter under its view (file_view.h). The same holds for all that follow.
 void print(std::string_view text);
 
 /// Prints bytes as DER, or as one line of hex or base64. DER is refused on a terminal (usage_fault_t).
 void print_bytes(std::string_view bytes, output_form_t form);
 
-/// Ends the output; throws file_trouble_t when not all of it could be written.
+/// Ends the output; throws file_trouble_t when not all of it could be written or read.
 void flush_output();
 
 /// Every command's --json prints one array, an element a line, also when there are none. Only ASCII is written. Made
