@@ -1,6 +1,9 @@
 #include "tests/tools/keys.h"
+#include "tools/pkider/formats/encodings.h"
 
 #include <nlohmann/json.hpp>
+
+#include <algorithm>
 
 namespace pkider_test {
 namespace {
@@ -106,6 +109,16 @@ TEST_F(P12Commands, VerifyChecksTheMacAlone) {
     EXPECT_EQ(wrong.out, "");
 }
 
+/// The file of `create`, its MacData with another INTEGER, of at most 7 octets, as its count.
+std::string asking_for(std::string file, const std::string& count) {
+    constexpr std::size_t old_size = 4;
+    EXPECT_EQ(file.substr(file.size() - old_size), std::string("\x02\x02\x03\xE8", old_size));
+    const std::size_t mac_data = file.size() - old_size - (2 + 8) - (2 + 46) - 2;
+    for (const std::size_t length : {std::size_t{3}, mac_data + 1}) // of the PFX, and of MacData
+        file[length] = static_cast<char>(file[length] + static_cast<int>(count.size() - old_size));
+    return file.replace(file.size() - old_size, old_size, count);
+}
+
 TEST_F(P12Commands, AHostileIterationCountIsRefusedUnlessAllowed) {
     create();
     const run_result_t refused = run({"p12", "list", "--max-iterations", "999", "out.p12"});
@@ -120,16 +133,10 @@ TEST_F(P12Commands, AHostileIterationCountIsRefusedUnlessAllowed) {
     EXPECT_EQ(run({"p12", "list", "--max-iterations", "2000", "out.p12"}).exit_code, 0);
 
     // The same file, its MacData asking for 4294967295 iterations: no time is spent on it.
-    std::string hostile = contents("out.p12");
-    ASSERT_EQ(hostile.substr(hostile.size() - 4), std::string("\x02\x02\x03\xE8", 4));
-    hostile.replace(hostile.size() - 4, 4, std::string("\x02\x05\x00\xFF\xFF\xFF\xFF", 7));
-    hostile[3] = static_cast<char>(hostile[3] + 3); // the PFX
-    const std::size_t mac_data = hostile.size() - 7 - (2 + 8) - (2 + 46) - 2;
-    hostile[mac_data + 1] = static_cast<char>(hostile[mac_data + 1] + 3); // MacData
-    folder.write(u8"hostile", hostile);
+    folder.write(u8"hostile", asking_for(contents("out.p12"), std::string("\x02\x05\x00\xFF\xFF\xFF\xFF", 7)));
     const run_result_t result = run({"p12", "verify", "hostile"});
     EXPECT_EQ(result.exit_code, 2) << result;
-    EXPECT_THAT(result.err, HasSubstr("4294967295 iterations of key derivation; the limit is 10000000"));
+    EXPECT_THAT(result.err, HasSubstr("4294967295 iterations of key derivation; the limit is 3000000"));
 }
 
 // ---- create ------------------------------------------------------------------------------------------------------
@@ -230,14 +237,41 @@ TEST_F(P12Commands, CreateTellsWhatIsWrongWithASubject) {
               "pkider: bad: offset 15: expected a RelativeDistinguishedName (a SET), found 05 00 [code 12]\n");
 }
 
+// Of the digests that a MAC can have, this one takes longest.
+TEST_F(P12Commands, ASmallFileCannotAskForMinutes) {
+    create();
+    const std::string count("\x02\x04\x00\x98\x96\x7F", 6);
+    folder.write(u8"hostile.p12", asking_for(contents("out.p12"), count));
+    const run_result_t result = run({"p12", "list", "hostile.p12"});
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_EQ(result.err, "pkider: hostile.p12: the MAC asks for 9999999 iterations of key derivation; the limit is "
+                          "3000000 for all keys of a file (--max-iterations)\n");
+}
+
+TEST_F(P12Commands, TheLimitIsThatOfAllContainersOfAFile) {
+    create();
+    const std::string block =
+        "-----BEGIN PKCS12-----\n" + tool::to_base64(contents("out.p12"), 64) + "\n-----END PKCS12-----\n";
+    folder.write(u8"two.pem", block + block);
+    folder.write(u8"one.pem", block);
+    const run_result_t two = run({"p12", "verify", "--max-iterations", "1999", "two.pem"});
+    EXPECT_EQ(two.exit_code, 2);
+    EXPECT_EQ(std::ranges::count(two.out, '\n'), 1);
+    EXPECT_THAT(two.err,
+                HasSubstr("the MAC asks for 1000 iterations of key derivation; of the 1999 that are allowed for "
+                          "all keys of a file, 999 are left (--max-iterations)"));
+    EXPECT_EQ(run({"p12", "verify", "--max-iterations", "2000", "two.pem"}).exit_code, 0);
+    EXPECT_EQ(run({"p12", "verify", "--max-iterations", "1000", "one.pem", "one.pem", "out.p12"}).exit_code, 0);
+}
+
 TEST_F(P12Commands, CreateNamesTheNearestCountsThatCanBeStored) {
     const run_result_t result = run({"p12", "create", "-o", "out.p12", "--cert", cert, "--iterations", "65536"});
     EXPECT_EQ(result.exit_code, 64);
     EXPECT_THAT(result.err, HasSubstr("an iteration count of 65536 cannot be stored, take 65535 or 65793"));
     EXPECT_EQ(run({"p12", "create", "-o", "out.p12", "--cert", cert, "--iterations", "0"}).exit_code, 64);
-    const run_result_t limited = run({"p12", "create", "-o", "out.p12", "--cert", cert, "--iterations", "5000001"});
+    const run_result_t limited = run({"p12", "create", "-o", "out.p12", "--cert", cert, "--iterations", "1500001"});
     EXPECT_EQ(limited.exit_code, 64) << "nobody could open it without --max-iterations";
-    EXPECT_THAT(limited.err, HasSubstr("10000002 iterations of key derivation; the limit is 10000000"));
+    EXPECT_THAT(limited.err, HasSubstr("3000002 iterations of key derivation; the limit is 3000000"));
     EXPECT_FALSE(exists("out.p12"));
 }
 

@@ -224,19 +224,92 @@ TEST_F(GostPbeMac, RefusesAnotherPassword) {
     EXPECT_EQ(reader->fault(), pbe_fault_t::wrong_mac);
 }
 
-// Two forms of the key are tried, and count once: the limit must not hide that the password is wrong.
-TEST_F(GostPbeMac, RefusesAnotherPasswordAtTheLimitToo) {
-    gost_pbe_t limited(password("Secret"), {.iterations = 1, .max_iterations = few_iterations, .on_progress = {}});
-    EXPECT_FALSE(limited.check_mac(mac, element.data(), element.size()));
-    EXPECT_EQ(limited.fault(), pbe_fault_t::wrong_mac);
+gost_pbe_t limited_pbe(uint64_t max_iterations, std::string_view text = "secret") {
+    return gost_pbe_t(password(text), {.iterations = 1, .max_iterations = max_iterations, .on_progress = {}});
 }
 
-TEST(GostPbeOlderMac, CountsItsIterationsOnce) {
-    const bytes_t file = fixture("older_mac.p12");
-    gost_pbe_t limited(password(), {.iterations = 1, .max_iterations = 2048, .on_progress = {}});
+// The second form of the key costs half as much as the first. Where it cannot be tried, nobody knows whether the
+// password is wrong.
+TEST_F(GostPbeMac, CountsBothFormsOfTheKey) {
+    constexpr uint64_t both = few_iterations + (few_iterations + 1) / 2;
+    gost_pbe_t enough = limited_pbe(both, "Secret");
+    EXPECT_FALSE(enough.check_mac(mac, element.data(), element.size()));
+    EXPECT_EQ(enough.fault(), pbe_fault_t::wrong_mac);
+
+    gost_pbe_t limited = limited_pbe(both - 1, "Secret");
+    EXPECT_FALSE(limited.check_mac(mac, element.data(), element.size()));
+    EXPECT_EQ(limited.fault(), pbe_fault_t::too_many_iterations);
+    EXPECT_EQ(
+        limited.too_many_iterations(),
+        "3 iterations of key derivation, which count as 2; of the 4 that are allowed for all keys of a file, 1 are "
+        "left (--max-iterations)");
+
+    gost_pbe_t right = limited_pbe(few_iterations);
+    EXPECT_TRUE(right.check_mac(mac, element.data(), element.size()));
+}
+
+TEST(GostPbeOlderMac, IsCountedWithTheFormThatIsTriedFirst) {
+    const bytes_t file = fixture("older_mac.p12"); // 2048 iterations
     pkcs12_easy_t content;
-    EXPECT_TRUE(asn_read_pkcs12_easy(file.data(), file.size(), &limited, content));
-    EXPECT_EQ(limited.mac_form(), tool::mac_form_t::pkcs12);
+    gost_pbe_t enough = limited_pbe(2048 + 1024);
+    EXPECT_TRUE(asn_read_pkcs12_easy(file.data(), file.size(), &enough, content));
+    EXPECT_EQ(enough.mac_form(), tool::mac_form_t::pkcs12);
+    gost_pbe_t limited = limited_pbe(2048 + 1023);
+    EXPECT_FALSE(asn_read_pkcs12_easy(file.data(), file.size(), &limited, content));
+    EXPECT_EQ(limited.fault(), pbe_fault_t::too_many_iterations);
+}
+
+struct counted_row_t {
+    const char* name;
+    bytes_t digest;
+    uint32_t iterations; // as many as a limit of 1000 allows
+};
+
+class GostPbeCountedMac : public testing::TestWithParam<counted_row_t> {};
+
+// A file that is refused costs nothing, one at the limit as much with any digest.
+TEST_P(GostPbeCountedMac, CountsWhatAnIterationCosts) {
+    const bytes_t element = "04 02 30 00"_hex, digest = "00"_hex;
+    pkcs12_mac_t mac;
+    mac.digest_alg = GetParam().digest.data();
+    mac.digest_alg_len = GetParam().digest.size();
+    mac.digest = digest.data();
+    mac.digest_len = digest.size();
+
+    mac.iterations = GetParam().iterations;
+    gost_pbe_t enough = limited_pbe(1000);
+    EXPECT_FALSE(enough.check_mac(mac, element.data(), element.size()));
+    EXPECT_EQ(enough.fault(), pbe_fault_t::wrong_mac);
+
+    mac.iterations = GetParam().iterations + 1;
+    gost_pbe_t limited = limited_pbe(1000);
+    EXPECT_FALSE(limited.check_mac(mac, element.data(), element.size()));
+    EXPECT_EQ(limited.fault(), pbe_fault_t::too_many_iterations);
+}
+
+INSTANTIATE_TEST_SUITE_P(Digests, GostPbeCountedMac,
+                         testing::Values(counted_row_t{"Gost94", "06 06 2A 85 03 02 02 09"_hex, 666},
+                                         counted_row_t{"Gost2012With256Bits", "06 08 2A 85 03 07 01 01 02 02"_hex, 888},
+                                         counted_row_t{"Gost2012With512Bits", "06 08 2A 85 03 07 01 01 02 03"_hex, 666},
+                                         counted_row_t{"Sha1", "06 05 2B 0E 03 02 1A"_hex, 16'000},
+                                         counted_row_t{"Sha256", "06 09 60 86 48 01 65 03 04 02 01"_hex, 16'000},
+                                         counted_row_t{"Sha512", "06 09 60 86 48 01 65 03 04 02 03"_hex, 16'000}),
+                         [](const auto& row) { return row.param.name; });
+
+TEST(GostPbeLimit, AllowsFiveKeysOfTheDefaultCount) {
+    tool::iteration_budget_t budget(tool::default_max_iterations);
+    const tool::asked_iterations_t asked{tool::default_iterations};
+    for (int key = 0; key < 5; ++key) EXPECT_TRUE(budget.take(asked)) << key;
+    EXPECT_FALSE(budget.take(asked));
+}
+
+TEST(GostPbeLimit, MayBeAnyNumber) {
+    const tool::asked_iterations_t most{UINT32_MAX};
+    EXPECT_TRUE(tool::iteration_budget_t(UINT64_MAX).take(most));
+    EXPECT_FALSE(tool::iteration_budget_t(0).take({1, 1}));
+    EXPECT_EQ(tool::iteration_budget_t(3'000'000).refusal({60'000'000, 1}),
+              "60000000 iterations of key derivation, which count as 3750000; the limit is 3000000 for all keys of a "
+              "file (--max-iterations)");
 }
 
 TEST_F(GostPbeMac, RefusesWhatItDoesNotKnow) {

@@ -19,7 +19,7 @@ void add_password_options(CLI::App& command, password_options_t& options) {
         ->excludes(file);
     command
         .add_option("--max-iterations", options.max_iterations,
-                    "Iterations of key derivation, of all keys together, up to which a file is worked on")
+                    "Iterations of key derivation that a file may ask for, all keys together; cheap ones count less")
         ->check(not_negative())
         ->type_name("N")
         ->capture_default_str();
@@ -32,8 +32,9 @@ void add_iterations_option(CLI::App& command, uint32_t& iterations) {
 }
 
 void check_iteration_count(const password_options_t& options, uint32_t iterations, uint32_t num_keys) {
-    const uint64_t all = uint64_t{iterations} * num_keys;
-    if (all > options.max_iterations) throw usage_fault_t(too_many_iterations_text(all, options.max_iterations));
+    const asked_iterations_t all{uint64_t{iterations} * num_keys};
+    iteration_budget_t budget(options.max_iterations);
+    if (!budget.take(all)) throw usage_fault_t(budget.refusal(all));
     if (is_storable_count(iterations)) return;
     const storable_neighbours_t near = storable_neighbours(iterations);
     std::string words = "an iteration count of " + std::to_string(iterations) + " cannot be stored, take ";
@@ -42,10 +43,12 @@ void check_iteration_count(const password_options_t& options, uint32_t iteration
                         ": zero bytes inside the number would be lost");
 }
 
-gost_pbe_t make_pbe(const password_options_t& options, secret_t password, uint32_t iterations) {
-    return gost_pbe_t(
-        std::move(password),
-        {.iterations = iterations, .max_iterations = options.max_iterations, .on_progress = progress_note()});
+gost_pbe_t make_pbe(const password_options_t& options, secret_t password, uint32_t iterations,
+                    iteration_budget_t* shared_budget) {
+    return gost_pbe_t(std::move(password), {.iterations = iterations,
+                                            .max_iterations = options.max_iterations,
+                                            .shared_budget = shared_budget,
+                                            .on_progress = progress_note()});
 }
 
 } // namespace tool

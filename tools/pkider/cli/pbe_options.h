@@ -27,6 +27,7 @@ void add_iterations_option(CLI::App& command, uint32_t& iterations);
 ///                        as `num_keys`, would take more than the limit: nobody could open it without raising that.
 void check_iteration_count(const password_options_t& options, uint32_t iterations, uint32_t num_keys);
 
-gost_pbe_t make_pbe(const password_options_t& options, secret_t password, uint32_t iterations = default_iterations);
+gost_pbe_t make_pbe(const password_options_t& options, secret_t password, uint32_t iterations = default_iterations,
+                    iteration_budget_t* shared_budget = nullptr);
 
 } // namespace tool

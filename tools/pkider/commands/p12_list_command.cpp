@@ -95,11 +95,12 @@ json_t outline_json(const p12_outline_t& outline, oid_map_handle_t map) {
 exit_code_t run(const options_t& options) {
     const map_in_force_t map(options.map);
     password_once_t password(options.password);
+    file_budget_t budget(options.password);
     json_array_t results(options.output);
     const exit_code_t code = for_each_input(options.files, {.form = options.form}, results, [&](const input_t& input) {
         const std::string name = input_name(input.file);
         const pfx_t pfx = read_pfx(input.der);
-        gost_pbe_t crypto = make_pbe(options.password, password.get(name));
+        gost_pbe_t crypto = make_pbe(options.password, password.get(name), default_iterations, &budget.of(input));
         const p12_reading_t reading = read_p12(input.der, crypto);
         const p12_outline_t outline = outline_p12(input.der, reading);
         const std::string mac = mac_text(pfx.mac, crypto.mac_form());

@@ -18,11 +18,12 @@ struct options_t {
 
 exit_code_t run(const options_t& options) {
     password_once_t password(options.password);
+    file_budget_t budget(options.password);
     json_array_t no_json(output_form_t::text);
     return for_each_input(options.files, {.form = options.form}, no_json, [&](const input_t& input) {
         const std::string name = input_name(input.file);
         const pfx_t pfx = read_pfx(input.der);
-        gost_pbe_t crypto = make_pbe(options.password, password.get(name));
+        gost_pbe_t crypto = make_pbe(options.password, password.get(name), default_iterations, &budget.of(input));
         check_mac(pfx, crypto);
         print(printable(name) + ": the MAC is right: " + mac_text(pfx.mac, crypto.mac_form()) + "\n");
         return exit_code_t::done;

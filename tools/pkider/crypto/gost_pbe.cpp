@@ -77,22 +77,24 @@ const param_set_t param_sets[] = {
     {oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x02, 0x05, 0x01, 0x01>, "1.2.643.7.1.2.5.1.1"},
 };
 
-/// Digests that a MAC is made with. GOST files derive its key with PBKDF2, or as all others do.
+/// Digests that a MAC is made with. GOST files derive its key with PBKDF2, or as all others do. The work was measured
+/// with libgcrypt and rounded up; for the SHA family it is that of a processor without instructions for it.
 struct mac_digest_t {
     bytes_view_t oid;
     int hash;
     std::size_t block_size;
     bool has_pbkdf2_form;
+    iteration_work_t work;
 };
 const mac_digest_t mac_digests[] = {
-    {oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x09>, GCRY_MD_GOSTR3411_CP, 32, true},              // 1.2.643.2.2.9
-    {oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x02, 0x02>, GCRY_MD_STRIBOG256, 64, true},    // 1.2.643.7.1.1.2.2
-    {oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x02, 0x03>, GCRY_MD_STRIBOG512, 64, true},    // 1.2.643.7.1.1.2.3
-    {oid<0x2B, 0x0E, 0x03, 0x02, 0x1A>, GCRY_MD_SHA1, 64, false},                           // 1.3.14.3.2.26
-    {oid<0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x04>, GCRY_MD_SHA224, 64, false}, // SHA-2: 2.16.840.1.
-    {oid<0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x01>, GCRY_MD_SHA256, 64, false}, //   101.3.4.2.x
-    {oid<0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x02>, GCRY_MD_SHA384, 128, false},
-    {oid<0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x03>, GCRY_MD_SHA512, 128, false},
+    {oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x09>, GCRY_MD_GOSTR3411_CP, 32, true, {16, 8}},             // 1.2.643.2.2.9
+    {oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x02, 0x02>, GCRY_MD_STRIBOG256, 64, true, {12, 6}},   // 1.2.643.7.1.1.2.2
+    {oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x02, 0x03>, GCRY_MD_STRIBOG512, 64, true, {16, 8}},   // 1.2.643.7.1.1.2.3
+    {oid<0x2B, 0x0E, 0x03, 0x02, 0x1A>, GCRY_MD_SHA1, 64, false, {2, 1}},                           // 1.3.14.3.2.26
+    {oid<0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x04>, GCRY_MD_SHA224, 64, false, {2, 1}}, // SHA-2: 2.16.840.
+    {oid<0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x01>, GCRY_MD_SHA256, 64, false, {2, 1}}, //   1.101.3.4.2.x
+    {oid<0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x02>, GCRY_MD_SHA384, 128, false, {2, 1}},
+    {oid<0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x03>, GCRY_MD_SHA512, 128, false, {2, 1}},
 };
 
 template <typename Row, std::size_t Size>
@@ -169,7 +171,7 @@ const char* pbe_fault_text(pbe_fault_t fault) {
 }
 
 gost_pbe_t::gost_pbe_t(secret_t password, gost_pbe_options_t options)
-    : m_password(std::move(password)), m_options(std::move(options)), m_iterations_left(m_options.max_iterations) {
+    : m_password(std::move(password)), m_options(std::move(options)), m_budget(m_options.max_iterations) {
     if (!is_storable_count(m_options.iterations)) throw std::invalid_argument("iteration count with a zero byte");
     if (!gcrypt_ready()) throw pbe_error_t(pbe_fault_t::no_cipher);
 }
@@ -185,22 +187,21 @@ bool gost_pbe_t::fail(pbe_fault_t fault) {
 
 // ---- Keys --------------------------------------------------------------------------------------------------------
 
-bool gost_pbe_t::may_iterate(uint32_t iterations) {
-    m_asked_iterations = iterations;
-    if (iterations == 0) return fail(pbe_fault_t::bad_parameters);
-    if (iterations > m_iterations_left) return fail(pbe_fault_t::too_many_iterations);
-    m_iterations_left -= iterations;
-    return true;
+bool gost_pbe_t::may_iterate(const asked_iterations_t& asked) {
+    m_asked = asked;
+    if (asked.iterations == 0) return fail(pbe_fault_t::bad_parameters);
+    return budget().take(asked) || fail(pbe_fault_t::too_many_iterations);
 }
 
 /// One block of PBKDF2. Empty, with the fault set, when that is not allowed or not possible. Valid until the next call.
-bytes_view_t gost_pbe_t::pbkdf2(int hash, bytes_view_t salt, uint32_t iterations, uint32_t block) {
+bytes_view_t gost_pbe_t::pbkdf2(int hash, bytes_view_t salt, const asked_iterations_t& asked, uint32_t block) {
+    const auto iterations = static_cast<uint32_t>(asked.iterations);
     for (const derived_key_t& known : m_derived) {
         if (known.hash == hash && known.iterations == iterations && known.block == block &&
             std::ranges::equal(known.salt, salt) && !known.key.empty())
             return known.key.view();
     }
-    if (!may_iterate(iterations)) return {};
+    if (!may_iterate(asked)) return {};
     secret_t key = pbkdf2_block(hash, m_password.view(), salt, iterations, block, m_options.on_progress);
     if (key.empty()) {
         fail(pbe_fault_t::no_cipher);
@@ -212,9 +213,9 @@ bytes_view_t gost_pbe_t::pbkdf2(int hash, bytes_view_t salt, uint32_t iterations
 }
 
 /// The last 32 of 96 derived bytes. No hash has a block of which they would be cut: 32 and 64 bytes both divide 64.
-bytes_view_t gost_pbe_t::pbkdf2_mac_key(int hash, bytes_view_t salt, uint32_t iterations) {
+bytes_view_t gost_pbe_t::pbkdf2_mac_key(int hash, bytes_view_t salt, const asked_iterations_t& asked) {
     const auto hash_size = static_cast<uint32_t>(gcry_md_get_algo_dlen(hash));
-    const bytes_view_t block = pbkdf2(hash, salt, iterations, mac_key_offset / hash_size + 1);
+    const bytes_view_t block = pbkdf2(hash, salt, asked, mac_key_offset / hash_size + 1);
     return block.empty() ? block : block.first(key_size);
 }
 
@@ -234,15 +235,14 @@ bool gost_pbe_t::check_mac(const pkcs12_mac_t& mac, const uint8_t* data, uint64_
     const bytes_view_t stored(mac.digest, mac.digest_len);
     const bytes_view_t salt(mac.salt, mac.salt_len);
     if (digest->has_pbkdf2_form) {
-        const bytes_view_t key = pbkdf2_mac_key(digest->hash, salt, mac.iterations);
+        const bytes_view_t key = pbkdf2_mac_key(digest->hash, salt, {mac.iterations, digest->work.pbkdf2});
         if (key.empty()) return false;
         m_mac_form = mac_form_t::pbkdf2;
         if (is_mac(stored, digest->hash, key, authenticated.contents)) return true;
-    } else if (!may_iterate(mac.iterations)) {
-        return false;
     }
 
-    // Not counted as well where PBKDF2 was: a wrong password is to be called that, and not too many iterations.
+    // Where this is more than allowed and PBKDF2 was not, the password may be wrong or right: too many iterations.
+    if (!may_iterate({mac.iterations, digest->work.pkcs12})) return false;
     const secret_t key = pkcs12_mac_key(digest->hash, digest->block_size, m_password.text(), salt, mac.iterations,
                                         m_options.on_progress);
     m_mac_form = mac_form_t::pkcs12;
@@ -257,7 +257,7 @@ bool gost_pbe_t::make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac)
     // The writer names GOST R 34.11-94, whatever stands in `mac`.
     const mac_digest_t& digest = mac_digests[0];
     gcry_randomize(m_mac_salt.data(), m_mac_salt.size(), GCRY_STRONG_RANDOM);
-    const bytes_view_t key = pbkdf2_mac_key(digest.hash, m_mac_salt, m_options.iterations);
+    const bytes_view_t key = pbkdf2_mac_key(digest.hash, m_mac_salt, {m_options.iterations, digest.work.pbkdf2});
     if (key.empty()) throw pbe_error_t(m_fault);
     m_digest = hmac(digest.hash, key, authenticated.contents);
     if (m_digest.empty()) throw pbe_error_t(pbe_fault_t::no_cipher);
@@ -292,7 +292,7 @@ bool gost_pbe_t::decrypt(const pkcs8_encrypted_pki_gost_t& params, const uint8_t
     if (params.iv_len != iv_size) return fail(pbe_fault_t::bad_parameters);
     const char* const sbox = sbox_behind_iv(params, data);
     if (sbox == nullptr) return fail(pbe_fault_t::unknown_param_set);
-    const bytes_view_t key = pbkdf2(GCRY_MD_GOSTR3411_CP, {params.salt, params.salt_len}, params.iterations, 1);
+    const bytes_view_t key = pbkdf2(GCRY_MD_GOSTR3411_CP, {params.salt, params.salt_len}, {params.iterations}, 1);
     if (key.empty()) return false;
 
     // The reader fills `encrypted` for a shrouded key and leaves it null for an encryptedData.
@@ -346,7 +346,7 @@ void gost_pbe_t::encrypt_key(bytes_view_t info, pkcs8_encrypted_pki_gost_t& para
 void gost_pbe_t::encrypt_bytes(bytes_view_t plain, pkcs8_encrypted_pki_gost_t& params, std::string& storage) {
     gcry_randomize(m_salt.data(), m_salt.size(), GCRY_STRONG_RANDOM);
     gcry_randomize(m_iv.data(), m_iv.size(), GCRY_STRONG_RANDOM);
-    const bytes_view_t key = pbkdf2(GCRY_MD_GOSTR3411_CP, m_salt, m_options.iterations, 1);
+    const bytes_view_t key = pbkdf2(GCRY_MD_GOSTR3411_CP, m_salt, {m_options.iterations}, 1);
     if (key.empty()) throw pbe_error_t(m_fault);
 
     storage.assign(reinterpret_cast<const char*>(plain.data()), plain.size());

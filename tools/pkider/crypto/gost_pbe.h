@@ -60,9 +60,11 @@ struct pbe_error_t : std::runtime_error {
 
 struct gost_pbe_options_t {
     uint32_t iterations = default_iterations; ///< For what is written, MAC and cipher alike. See is_storable_count.
-    /// For all keys that are derived in the life of the object together; a MAC's counts once, although two forms of it
-    /// are tried.
+    /// For all keys that are derived in the life of the object together, each form of a MAC that is tried among them.
+    /// Iterations that cost less than those of the cipher's key count for less.
     uint64_t max_iterations = default_max_iterations;
+    /// Instead of `max_iterations`, where several objects work on one file. It outlives them.
+    iteration_budget_t* shared_budget = nullptr;
     progress_t on_progress; ///< Called during a derivation.
 };
 
@@ -97,11 +99,9 @@ class gost_pbe_t final : public pbe_crypto_t {
     const gost_pbe_options_t& options() const { return m_options; }
     pbe_fault_t fault() const { return m_fault; }
     /// Count of the derivation that was asked for last.
-    uint32_t asked_iterations() const { return m_asked_iterations; }
+    uint64_t asked_iterations() const { return m_asked.iterations; }
     /// What was asked for last, and the limit, in words: for pbe_fault_t::too_many_iterations.
-    std::string too_many_iterations() const {
-        return too_many_iterations_text(m_asked_iterations, m_options.max_iterations);
-    }
+    std::string too_many_iterations() const { return budget().refusal(m_asked); }
     /// After check_mac said true.
     mac_form_t mac_form() const { return m_mac_form; }
 
@@ -115,16 +115,19 @@ class gost_pbe_t final : public pbe_crypto_t {
     using salt_t = std::array<uint8_t, 8>;
 
     bool fail(pbe_fault_t fault);
-    bool may_iterate(uint32_t iterations);
-    std::span<const uint8_t> pbkdf2(int hash, std::span<const uint8_t> salt, uint32_t iterations, uint32_t block);
-    std::span<const uint8_t> pbkdf2_mac_key(int hash, std::span<const uint8_t> salt, uint32_t iterations);
+    iteration_budget_t& budget() { return m_options.shared_budget != nullptr ? *m_options.shared_budget : m_budget; }
+    const iteration_budget_t& budget() const { return const_cast<gost_pbe_t*>(this)->budget(); }
+    bool may_iterate(const asked_iterations_t& asked);
+    std::span<const uint8_t> pbkdf2(int hash, std::span<const uint8_t> salt, const asked_iterations_t& asked,
+                                    uint32_t block);
+    std::span<const uint8_t> pbkdf2_mac_key(int hash, std::span<const uint8_t> salt, const asked_iterations_t& asked);
     const char* sbox_behind_iv(const pkcs8_encrypted_pki_gost_t& params, const uint8_t* data) const;
     bool take_plaintext(bool is_key, std::size_t room, std::string& plain);
     void encrypt_bytes(std::span<const uint8_t> plain, pkcs8_encrypted_pki_gost_t& params, std::string& storage);
 
     secret_t m_password;
     gost_pbe_options_t m_options;
-    uint64_t m_iterations_left;
+    iteration_budget_t m_budget;
 
     std::vector<std::span<const uint8_t>> m_readable; // the input, and the plaintexts that were handed out from it
     std::array<derived_key_t, 4> m_derived;           // the latest: what was written is read back without a second wait
@@ -134,7 +137,7 @@ class gost_pbe_t final : public pbe_crypto_t {
     std::vector<uint8_t> m_digest;
 
     pbe_fault_t m_fault = pbe_fault_t::none;
-    uint32_t m_asked_iterations = 0;
+    asked_iterations_t m_asked;
     mac_form_t m_mac_form = mac_form_t::pbkdf2;
 };
 
