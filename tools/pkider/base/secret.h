@@ -1,8 +1,11 @@
-// Passwords and keys: bytes that are overwritten when they are dropped, on every path out of a function.
+// Passwords and keys: bytes that are overwritten when they are dropped, on every path out of a function, and that are
+// in locked memory as far as there is any (secret_memory.h).
 //
 //     secret_t key(32);
 //     derive(key.data(), key.size());   // an exception from here on leaves no key behind
 #pragma once
+
+#include "tools/pkider/base/secret_memory.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -11,16 +14,8 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 namespace tool {
-
-/// Overwrites `size` bytes, in a way that the optimiser keeps although nobody reads them again.
-inline void wipe(void* data, std::size_t size) noexcept {
-    if (size == 0) return;
-    std::memset(data, 0, size);
-    asm volatile("" : : "r"(data) : "memory"); // the memory counts as read here, so the stores above must happen
-}
 
 /// Overwrites all that `text` has room for, because what was erased from it still stands there, and leaves it empty.
 inline void wipe(std::string& text) noexcept {
@@ -33,42 +28,59 @@ inline void wipe(std::string& text) noexcept {
 class secret_t {
   public:
     secret_t() = default;
-    explicit secret_t(std::size_t size) : m_bytes(size) {}
-    explicit secret_t(std::string_view text) : m_bytes(text.begin(), text.end()) {}
-    explicit secret_t(std::span<const uint8_t> bytes) : m_bytes(bytes.begin(), bytes.end()) {}
+    explicit secret_t(std::size_t size) { resize(size); }
+    explicit secret_t(std::string_view text) { assign(text.data(), text.size()); }
+    explicit secret_t(std::span<const uint8_t> bytes) { assign(bytes.data(), bytes.size()); }
 
-    secret_t(secret_t&& other) noexcept : m_bytes(std::exchange(other.m_bytes, {})) {}
+    secret_t(secret_t&& other) noexcept { swap(other); }
     secret_t& operator=(secret_t&& other) noexcept {
-        m_bytes.swap(other.m_bytes); // the old bytes are wiped with `other`
+        secret_t(std::move(other)).swap(*this); // the old bytes are wiped with the temporary
         return *this;
     }
     secret_t(const secret_t&) = delete;
     secret_t& operator=(const secret_t&) = delete;
-    ~secret_t() { wipe(m_bytes.data(), m_bytes.size()); }
+    ~secret_t() { release_secret(m_data, m_capacity); }
 
-    /// Cuts the end off, or puts zeros behind it. What is cut off, or left at the old place when all move, is wiped.
+    /// Cuts the end off, or appends zeros. What is cut off, or left at the old place when all move, is wiped.
     void resize(std::size_t size) {
-        if (size > m_bytes.capacity()) {
-            secret_t larger;
-            larger.m_bytes.reserve(std::max(size, 2 * m_bytes.size()));
-            larger.m_bytes.assign(m_bytes.begin(), m_bytes.end());
-            m_bytes.swap(larger.m_bytes);
-        } else if (size < m_bytes.size()) {
-            wipe(m_bytes.data() + size, m_bytes.size() - size);
-        }
-        m_bytes.resize(size);
+        if (size > m_capacity) move_to(std::max(size, 2 * m_size));
+        if (size > m_size) std::memset(m_data + m_size, 0, size - m_size);
+        if (size < m_size) wipe(m_data + size, m_size - size);
+        m_size = size;
     }
 
-    uint8_t* data() { return m_bytes.data(); }
-    const uint8_t* data() const { return m_bytes.data(); }
-    std::size_t size() const { return m_bytes.size(); }
-    bool empty() const { return m_bytes.empty(); }
+    uint8_t* data() { return m_data; }
+    const uint8_t* data() const { return m_data; }
+    std::size_t size() const { return m_size; }
+    bool empty() const { return m_size == 0; }
 
-    std::span<const uint8_t> view() const { return m_bytes; }
-    std::string_view text() const { return {reinterpret_cast<const char*>(m_bytes.data()), m_bytes.size()}; }
+    std::span<const uint8_t> view() const { return {m_data, m_size}; }
+    std::string_view text() const { return {reinterpret_cast<const char*>(m_data), m_size}; }
 
   private:
-    std::vector<uint8_t> m_bytes;
+    void swap(secret_t& other) noexcept {
+        std::swap(m_data, other.m_data);
+        std::swap(m_size, other.m_size);
+        std::swap(m_capacity, other.m_capacity);
+    }
+
+    void assign(const void* bytes, std::size_t size) {
+        if (size == 0) return;
+        move_to(size);
+        std::memcpy(m_data, bytes, size);
+        m_size = size;
+    }
+
+    void move_to(std::size_t capacity) {
+        auto* const larger = static_cast<uint8_t*>(allocate_secret(capacity));
+        if (m_size != 0) std::memcpy(larger, m_data, m_size);
+        release_secret(m_data, m_capacity);
+        m_data = larger;
+        m_capacity = capacity;
+    }
+
+    uint8_t* m_data = nullptr;
+    std::size_t m_size = 0, m_capacity = 0;
 };
 
 /// Wipes a string that somebody else fills (a plaintext handed out in a std::string) when the scope is left.

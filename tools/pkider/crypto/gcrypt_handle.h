@@ -1,4 +1,4 @@
-// libgcrypt, set up once, its handles closed on every path.
+// libgcrypt, set up once, its handles closed on every path. What a handle holds is in libgcrypt's secure memory.
 #pragma once
 
 #include <gcrypt.h>

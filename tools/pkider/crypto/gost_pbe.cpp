@@ -109,7 +109,8 @@ bool run_cipher(bool decrypting, const char* sbox, bytes_view_t key, bytes_view_
     // gets a handle of its own, because meshing changes the key in it. Without an S-box libgcrypt takes the test
     // parameters.
     gcry_cipher_hd_t opened = nullptr;
-    if (gcry_cipher_open(&opened, GCRY_CIPHER_GOST28147_MESH, GCRY_CIPHER_MODE_CFB, 0) != 0) return false;
+    if (gcry_cipher_open(&opened, GCRY_CIPHER_GOST28147_MESH, GCRY_CIPHER_MODE_CFB, GCRY_CIPHER_SECURE) != 0)
+        return false;
     const cipher_handle_t cipher(opened);
     if (gcry_cipher_ctl(opened, GCRYCTL_SET_SBOX, const_cast<char*>(sbox), 0) != 0) return false;
     if (gcry_cipher_setkey(opened, key.data(), key.size()) != 0) return false;
