@@ -116,7 +116,7 @@ const what_row_t kinds_rows[] = {
     {"SomethingBehindIt", "06 03 55 04 03 05 00"_hex,
      "object identifier, DER\n"
      "  OID          CN (2.5.4.3)\n"
-     "  behind it    2 bytes more\n"
+     "  after it     2 bytes more\n"
      "  look closer  pkider der -\n"},
 };
 INSTANTIATE_TEST_SUITE_P(Kinds, WhatCommand, testing::ValuesIn(kinds_rows),

@@ -13,7 +13,7 @@ namespace tool {
 
 struct certificate_facts_t {
     std::uint32_t version = 1; ///< 1 to 3.
-    std::string serial;        ///< Upper-case hex of the number, "-" in front of a negative one.
+    std::string serial;        ///< Upper-case hex of the number, "-" before a negative one.
     signature_algorithm_t signature;
     std::string not_before; ///< ISO 8601; what the certificate says, in quotes, when that is not a time.
     std::string not_after;
@@ -28,7 +28,7 @@ certificate_facts_t read_certificate_facts(const certificate_t& certificate, oid
 /// The same in a few lines for people.
 facts_t certificate_lines(const certificate_facts_t& facts);
 
-/// Adds the fields to the object that holds the names; docs/certificate_json.md tells what they are.
+/// Adds the fields to the object that holds the names; docs/certificate_json.md describes them.
 void add_certificate_json(const certificate_facts_t& facts, json_t& json);
 
 } // namespace tool

@@ -31,7 +31,7 @@ std::string hidden_text(std::uint64_t num_hidden) {
     return "... " + count_text(num_hidden, "more byte");
 }
 
-/// The bytes in lines behind `indent` blanks, and how many more there are.
+/// The bytes in lines after `indent` blanks, and how many more there are.
 std::string dump_lines(bytes_t bytes, std::uint64_t num_hidden, std::size_t indent) {
     const std::string margin(indent, ' ');
     std::string out;
@@ -53,7 +53,7 @@ std::string nesting(std::uint32_t depth) {
 
 der_tree_t::der_tree_t(std::uint64_t size) : m_width(std::max<std::size_t>(4, std::to_string(size).size())) {}
 
-/// The two columns in front of the tree: the offset to the right, the sizes to the left.
+/// The two columns before the tree: the offset to the right, the sizes to the left.
 std::string der_tree_t::margin(std::uint64_t offset, const std::string& sizes) const {
     const std::string number = std::to_string(offset);
     return std::string(m_width - std::min(m_width, number.size()), ' ') + number + "  " + padded(sizes, m_width + 2) +

@@ -24,7 +24,7 @@ class der_tree_t {
     /// @param size  Size of the whole encoding in bytes: the columns are as wide as its offsets.
     explicit der_tree_t(std::uint64_t size);
 
-    /// The lines of one element, line ends included. Safe for a terminal, whatever the bytes are.
+    /// The lines of one element, line ends included. Safe for a terminal, for any bytes.
     std::string lines(const der_node_t& node, const der_value_t& value) const;
 
     /// The place where the walk ended, and the bytes there.
@@ -36,7 +36,7 @@ class der_tree_t {
     std::size_t m_width;
 };
 
-/// One element as a JSON object; the fields are told in docs/der_json.md.
+/// One element as a JSON object; docs/der_json.md describes the fields.
 json_t der_json(const der_node_t& node, const der_value_t& value);
 
 } // namespace tool

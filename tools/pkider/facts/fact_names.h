@@ -40,7 +40,7 @@ inline constexpr fact_name_t mac         {"MAC",          "MAC"};
 inline constexpr fact_name_t outermost   {"outermost",    "outermost"};
 inline constexpr fact_name_t name        {"name",         "name", is_name};
 inline constexpr fact_name_t oid         {"OID",          "OID"};
-inline constexpr fact_name_t trailing    {"behind it",    "behind it"};
+inline constexpr fact_name_t trailing    {"behind it",    "after it"};
 // clang-format on
 
 } // namespace tool::fact

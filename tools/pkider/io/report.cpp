@@ -49,7 +49,7 @@ void report_note(std::string_view words) {
 }
 
 void write_to_stderr(std::string_view text) {
-    std::fflush(stdout); // so that on one terminal the results before the fault stand above it
+    std::fflush(stdout); // so that on one terminal the results before the fault are above it
     std::fwrite(text.data(), 1, text.size(), stderr);
 }
 
