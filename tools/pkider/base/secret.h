@@ -2,7 +2,7 @@
 // in locked memory as far as there is any (secret_memory.h).
 //
 //     secret_t key(32);
-//     derive(key.data(), key.size());   // an exception from here on leaves no key behind
+//     derive(key.data(), key.size());   // an exception from here on leaves no copy of the key
 #pragma once
 
 #include "tools/pkider/base/secret_memory.h"
@@ -17,7 +17,7 @@
 
 namespace tool {
 
-/// Overwrites all that `text` has room for, because what was erased from it still stands there, and leaves it empty.
+/// Overwrites the whole capacity of `text`, because erased text is still there, and leaves it empty.
 inline void wipe(std::string& text) noexcept {
     text.resize(text.capacity());
     wipe(text.data(), text.size());

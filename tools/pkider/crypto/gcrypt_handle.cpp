@@ -21,7 +21,7 @@ bool gcrypt_ready() {
 
 md_handle_t open_md(int hash, unsigned flags) {
     gcry_md_hd_t handle = nullptr;
-    if (!gcrypt_ready() || gcry_md_test_algo(hash) != 0) return nullptr; // opening an unknown one is told on stderr
+    if (!gcrypt_ready() || gcry_md_test_algo(hash) != 0) return nullptr; // opening an unknown one prints to stderr
     if (gcry_md_open(&handle, hash, flags | GCRY_MD_FLAG_SECURE) != 0) return nullptr;
     return md_handle_t(handle);
 }

@@ -105,7 +105,7 @@ const Row* find_row(const Row (&rows)[Size], bytes_view_t wanted) {
 
 /// GOST 28147-89, CFB of 8 octets, with the key meshing of RFC 4357 2.3.2. Works in place.
 bool run_cipher(bool decrypting, const char* sbox, bytes_view_t key, bytes_view_t iv, std::span<uint8_t> bytes) {
-    // MESH: the plain GCRY_CIPHER_GOST28147 gives the same up to 1024 octets, and garbage behind them. Each message
+    // MESH: the plain GCRY_CIPHER_GOST28147 gives the same up to 1024 octets, and garbage after them. Each message
     // gets a handle of its own, because meshing changes the key in it. Without an S-box libgcrypt takes the test
     // parameters.
     gcry_cipher_hd_t opened = nullptr;
@@ -224,11 +224,11 @@ bytes_view_t gost_pbe_t::pbkdf2_mac_key(int hash, bytes_view_t salt, const asked
 
 bool gost_pbe_t::check_mac(const pkcs12_mac_t& mac, const uint8_t* data, uint64_t size) {
     m_fault = pbe_fault_t::none;
-    // The MAC covers the contents alone (RFC 7292 4), and the element may have bytes behind it.
+    // The MAC covers the contents alone (RFC 7292 4), and bytes may follow the element.
     const element_t authenticated = read_element(asn_tag_t::OCTET_STRING, {data, size});
     if (!authenticated.found) return fail(pbe_fault_t::malformed);
 
-    // What follows the OID, a NULL or nothing, tells nothing.
+    // What follows the OID, a NULL or nothing, has no meaning.
     const element_t digest_oid = read_element(asn_tag_t::OBJECT_IDENTIFIER, {mac.digest_alg, mac.digest_alg_len});
     const mac_digest_t* const digest = find_row(mac_digests, digest_oid.contents);
     if (!digest_oid.found || digest == nullptr) return fail(pbe_fault_t::unknown_digest);
@@ -255,7 +255,7 @@ bool gost_pbe_t::make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac)
     const element_t authenticated = read_element(asn_tag_t::OCTET_STRING, {data, size});
     if (!authenticated.found) throw pbe_error_t(pbe_fault_t::malformed);
 
-    // The writer names GOST R 34.11-94, whatever stands in `mac`.
+    // The writer always names GOST R 34.11-94; `mac` cannot change it.
     const mac_digest_t& digest = mac_digests[0];
     gcry_randomize(m_mac_salt.data(), m_mac_salt.size(), GCRY_STRONG_RANDOM);
     const bytes_view_t key = pbkdf2_mac_key(digest.hash, m_mac_salt, {m_options.iterations, digest.work.pbkdf2});
@@ -272,7 +272,7 @@ bool gost_pbe_t::make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac)
 // ---- Decryption --------------------------------------------------------------------------------------------------
 
 /// The record does not name the cipher's parameter set, but the reader has passed it: its OID is the element right
-/// behind the IV. It is looked for only where memory is known: IV and ciphertext must lie, in this order, in the input
+/// after the IV. It is searched only where memory is known: IV and ciphertext must lie, in this order, in the input
 /// or in one plaintext, and nothing beyond the start of the ciphertext is read. Null for a set that is not known.
 const char* gost_pbe_t::sbox_behind_iv(const pkcs8_encrypted_pki_gost_t& params, const uint8_t* data) const {
     const std::less_equal<const uint8_t*> not_behind; // a total order, also of pointers into different objects
@@ -312,12 +312,12 @@ bool gost_pbe_t::decrypt(const pkcs8_encrypted_pki_gost_t& params, const uint8_t
     return fail(pbe_fault_t::wrong_plaintext);
 }
 
-/// `plain` has `room` bytes of header in front of what was decrypted. True when that is what the reader expects.
+/// `plain` has `room` bytes of header before the decrypted bytes. True when that is what the reader expects.
 bool gost_pbe_t::take_plaintext(bool is_key, std::size_t room, std::string& plain) {
     const bytes_view_t text = writable(plain, room);
     if (is_key) return is_private_key_info(text);
 
-    // Other programs encrypt the bare SafeContents; the header in front makes it the element that the reader expects.
+    // Other programs encrypt the bare SafeContents; with the header it is the element that the reader expects.
     // Files of hosts without this bridge hold the element itself.
     const element_t wrapped = read_element(asn_tag_t::OCTET_STRING, text);
     if (is_whole(wrapped) && read_element(asn_tag_t::SEQUENCE, wrapped.contents).found) {

@@ -4,7 +4,7 @@
 // be read before you write your own: docs/crypto_object.md goes through it. Two bridges are in it, because the
 // interface hands over whole OCTET STRING elements where other programs encrypt and authenticate the contents alone:
 //
-//   decrypt    puts an OCTET STRING header in front of the bare SafeContents of an encryptedData
+//   decrypt    puts an OCTET STRING header before the bare SafeContents of an encryptedData
 //   encrypt    leaves that header out of the ciphertext
 //   check_mac, make_mac    leave it out of the MAC
 //
@@ -42,10 +42,10 @@ enum class pbe_fault_t {
     no_cipher,           ///< libgcrypt refuses the algorithm (as in its FIPS mode).
 };
 
-/// In words, to stand behind "cannot be decrypted: ".
+/// In words, to follow "cannot be decrypted: ".
 const char* pbe_fault_text(pbe_fault_t fault);
 
-/// Ways to make the MAC key that are in use, told apart only by trying.
+/// Ways to make the MAC key that are in use; only a trial distinguishes them.
 enum class mac_form_t {
     pbkdf2, ///< The last 32 of 96 bytes of PBKDF2.
     pkcs12, ///< The key derivation of RFC 7292 B.2.
@@ -79,7 +79,7 @@ class gost_pbe_t final : public pbe_crypto_t {
     /// @throws pbe_error_t            libgcrypt is older than its header.
     explicit gost_pbe_t(secret_t password, gost_pbe_options_t options = {});
 
-    /// Tells where the bytes that a reader walks lie, so that `decrypt` may look for the cipher's parameter set behind
+    /// Gives the place of the bytes that a reader walks, so that `decrypt` may search the cipher's parameter set after
     /// the IV. Without it, or for records that point elsewhere, 1.2.643.2.2.31.1 is taken. The bytes stay the caller's;
     /// call it again before another input is read, and with an empty span before `input` dies.
     void set_input(std::span<const uint8_t> input);

@@ -1,6 +1,6 @@
 // How much key derivation the program asks for, and how much a file may ask of it.
 //
-// An iteration of one digest takes many times as long as that of another, so what a file may ask for is counted as
+// An iteration of one digest costs far more than that of another, so the work that a file may ask for is counted as
 // work. Its unit for the user is the most expensive iteration: that of PBKDF2 with HMAC GOST R 34.11-94, which is also
 // what the program writes.
 #pragma once

@@ -32,8 +32,8 @@ using read_back_t = std::function<void(std::span<const uint8_t> on_disk)>;
 /// @throws file_trouble_t  `path` is there and may not be replaced, or is no regular file.
 void check_output_file(const std::string& path, bool force);
 
-/// Writes the file, reads it back, has it looked at, and gives it its name.
-/// @throws file_trouble_t, and what `read_back` throws. There is no new file then, and an old one is as it was.
+/// Writes the file, reads it back, lets the caller check it, and gives it its name.
+/// @throws file_trouble_t, and what `read_back` throws. There is no new file then, and an old one is unchanged.
 void write_file(const output_file_t& file, std::string_view bytes, const read_back_t& read_back);
 
 /// The same by way of the place that is chosen, for tests.
