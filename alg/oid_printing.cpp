@@ -32,7 +32,7 @@ bool asn_oid_to_printable(const uint8_t* der, uint32_t length, std::string& out,
 
     if (const OIDdescr_t* const entry = oid_map_find_asn(map, oid, len)) {
         // Even an empty one. Required: OidToPrintable.RequiredAnEmptyShortNameIsPrintedUnchanged.
-        out.assign(entry->sn, entry->sn_len);
+        out.assign(entry->sn, static_cast<std::size_t>(entry->sn_len));
         return true;
     }
     const pki_alg_t alg = PKI_OID_TO_ALG(oid, len);

@@ -10,6 +10,7 @@
 #pragma once
 
 #include "der/asn_header.h"
+#include "der/checked_size.h"
 
 #include <algorithm>
 #include <array>
@@ -55,16 +56,16 @@ uint8_t* asn_put_constant(uint8_t* at, const std::array<uint8_t, Size>& bytes) {
 /// For a string whose room was reserved: what is between large spans is put there, the spans are appended. The zeros
 /// written first cost less than pieces gathered elsewhere and copied. Bench: pkcs12/write.
 inline uint8_t* asn_append_room(std::string& out, uint64_t size) {
-    out.append(static_cast<std::size_t>(size), '\0');
+    out.append(checked_size(size), '\0');
     return reinterpret_cast<uint8_t*>(out.data()) + out.size() - size;
 }
 
 /// Appends `count` bytes; a null `bytes` means zeros.
 inline void asn_append_bytes(std::string& out, const uint8_t* bytes, uint64_t count) {
     if (bytes == nullptr) {
-        out.append(static_cast<std::size_t>(count), '\0');
+        out.append(checked_size(count), '\0');
     } else {
-        out.append(reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count));
+        out.append(reinterpret_cast<const char*>(bytes), checked_size(count));
     }
 }
 
@@ -88,7 +89,7 @@ void asn_replace_by_block(std::string& out, uint64_t size, std::initializer_list
         fill(reinterpret_cast<uint8_t*>(out.data()));
         return;
     }
-    std::string block(static_cast<std::size_t>(size), '\0');
+    std::string block(checked_size(size), '\0');
     fill(reinterpret_cast<uint8_t*>(block.data()));
     out = std::move(block);
 }

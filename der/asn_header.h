@@ -8,14 +8,10 @@
 namespace pkider {
 
 /// Identifier, 0x84 and four length octets: the longest header that can occur.
-constexpr uint64_t asn_max_header_size = 6;
+constexpr std::size_t asn_max_header_size = 6;
 
 /// The largest contents that a header can precede.
 constexpr uint64_t asn_max_content_size = 0xFFFFFFFF;
-
-// Sizes are summed up as uint64_t and then asked of the memory as they are. With a narrower std::size_t the element of
-// the largest contents would get a block of a few bytes.
-static_assert(sizeof(std::size_t) >= sizeof(uint64_t), "pkider is for 64-bit targets");
 
 /// Number of octets after the first length octet: 0 for the short form, else 1 to 4.
 ///

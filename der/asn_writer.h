@@ -12,6 +12,7 @@
 #pragma once
 
 #include "der/asn_header.h"
+#include "der/checked_size.h"
 #include "der/uint32_content.h"
 
 #include <algorithm>
@@ -84,7 +85,7 @@ struct asn_writer_t {
         if (capacity >= needed) return;
 
         const uint64_t new_capacity = needed + growth_slack;
-        uint8_t* const grown = new uint8_t[static_cast<std::size_t>(new_capacity)];
+        uint8_t* const grown = new uint8_t[checked_size(new_capacity)];
         std::memcpy(grown, buffer, static_cast<std::size_t>(content_size + header_area));
         if (buffer != inline_storage) delete[] buffer;
         buffer = grown;

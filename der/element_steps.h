@@ -5,6 +5,7 @@
 
 #include "der/element_reader.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace pkider {
@@ -49,7 +50,8 @@ inline bool asn_is_next(asn_tag_t::Type tag, const asn_element_t& parent) {
 
 /// The input from the place to which a reader has walked inside it: bounded by the input, not by an element around it.
 inline asn_element_t asn_from_place(const asn_element_t& input, const uint8_t* place) {
-    return asn_contents(place, input.length - static_cast<uint64_t>(place - input.content));
+    // Not straight to uint64_t: with addresses of 32 bits a difference of 2 GiB and more is negative.
+    return asn_contents(place, input.length - static_cast<std::size_t>(place - input.content));
 }
 
 } // namespace pkider

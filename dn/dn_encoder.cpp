@@ -1,6 +1,7 @@
 #include "dn/dn_encoder.h"
 
 #include "der/asn_header.h"
+#include "der/checked_size.h"
 #include "der/oid_contents.h"
 #include "dn/line_splitter.h"
 #include "dn/text_sink.h"
@@ -111,7 +112,7 @@ class name_encoder_t {
   private:
     bool find_type(const RDNdescr_t& pair, attribute_t& out) const {
         if (m_map.map == nullptr) return false;
-        const auto type_length = static_cast<uint64_t>(pair.type_end - pair.type_begin);
+        const auto type_length = static_cast<std::size_t>(pair.type_end - pair.type_begin);
         const OIDdescr_t* const entry = m_map.map->find_sn(pair.type_begin, type_length);
         if (entry == nullptr) return false;
         out.oid = entry->asn;
@@ -154,7 +155,7 @@ class name_encoder_t {
     void put_member(const attribute_t& attribute) {
         const uint64_t content_size = attribute.content_size();
         if (content_size > asn_max_content_size) throw too_long();
-        const auto size = static_cast<std::size_t>(asn_element_size(content_size));
+        const std::size_t size = checked_size(asn_element_size(content_size));
         put_attribute(as_bytes(m_out.room(size)), attribute);
         m_out.take(size);
     }

@@ -21,7 +21,7 @@ class front_sink_t {
 
     /// A place for `size` more characters that ends where the text begins.
     ///
-    /// @throws std::bad_alloc; the text is then unchanged.
+    /// @throws std::bad_alloc, std::length_error; the text is then unchanged.
     char* room(std::size_t size) {
         if (size > static_cast<std::size_t>(m_begin - m_room)) grow(size);
         return m_begin - size;

@@ -1,5 +1,6 @@
 #include "dn/rdn_printer.h"
 
+#include "der/checked_size.h"
 #include "dn/dn_fault.h"
 #include "dn/string_tags.h"
 #include "dn/teletex.h"
@@ -46,7 +47,7 @@ bool print_wide(kodex_codepage_t source, const asn_element_t& value, text_sink_t
     const kodex_converter_t converter(source, kodex_codepage_t::UTF8);
     const uint64_t size = converter.get_outsize(value.content, value.length);
     if (size == 0) return false;
-    std::string text(static_cast<std::size_t>(size), '\0');
+    std::string text(checked_size(size), '\0');
     if (converter.convert_safe(value.content, value.length, text.data(), size) == 0) return false;
     put_escaped(text, out);
     return true;

@@ -1,5 +1,6 @@
 #include "dn/teletex.h"
 
+#include "der/checked_size.h"
 #include "dn/teletex_tables.h"
 #include "platform/utf8.h"
 
@@ -47,7 +48,7 @@ bool step_over(const uint8_t* in, int64_t length, int64_t at, step_t& out) {
 } // namespace
 
 bool teletex_to_utf8(const uint8_t* in, int32_t length, std::string& out) {
-    std::size_t num_bytes = 0;
+    uint64_t num_bytes = 0;
     step_t step;
     for (int64_t at = 0; at < length; at += step.num_bytes) {
         if (!step_over(in, length, at, step)) return false;
@@ -55,7 +56,7 @@ bool teletex_to_utf8(const uint8_t* in, int32_t length, std::string& out) {
     }
 
     const std::size_t old_size = out.size();
-    out.resize(old_size + num_bytes, '?');
+    out.resize(checked_size(old_size + num_bytes), '?');
     char* to = out.data() + old_size;
     for (int64_t at = 0; at < length; at += step.num_bytes) {
         step_over(in, length, at, step);

@@ -28,7 +28,7 @@ class text_sink_t {
 
     /// The place after the text, for `size` more characters.
     ///
-    /// @throws std::bad_alloc; the text is then unchanged.
+    /// @throws std::bad_alloc, std::length_error; the text is then unchanged.
     char* room(std::size_t size) {
         if (size > static_cast<std::size_t>(m_room_end - m_end)) grow(size);
         return m_end;

@@ -6,6 +6,7 @@
 
 #include <pkider/dn.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -29,7 +30,7 @@ constexpr uint8_t string_tag_for(uint8_t classes) {
 
 /// The value whose bytes are unchanged in [begin, end), text of the given classes.
 inline dn_value_t dn_text_value(const char* begin, const char* end, uint8_t classes) {
-    return {reinterpret_cast<const uint8_t*>(begin), static_cast<uint64_t>(end - begin), string_tag_for(classes)};
+    return {reinterpret_cast<const uint8_t*>(begin), static_cast<std::size_t>(end - begin), string_tag_for(classes)};
 }
 
 /// Decodes the raw value [begin, end) of a pair: plain with escapes, in quotes, or "#" and hexadecimal DER.

@@ -14,7 +14,6 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
-#include <string_view>
 
 namespace pkider {
 
@@ -42,7 +41,9 @@ class builtin_slots_t {
   private:
     static constexpr int slot_bits = 7;
 
-    constexpr std::size_t slot(uint64_t digest) const { return digest * m_multiplier >> (64 - slot_bits); }
+    constexpr std::size_t slot(uint64_t digest) const {
+        return static_cast<std::size_t>(digest * m_multiplier >> (64 - slot_bits));
+    }
 
     // False when two digests need one slot.
     constexpr bool fill(const builtin_digests_t& digests) {
@@ -75,7 +76,8 @@ class builtin_contents_index_t {
         const uint8_t row = m_slots.row(contents_digest(key, length));
         if (row == no_builtin_row) return nullptr;
         const OIDdescr_t& found = builtin_rows[row];
-        return found.asn_len == length && std::memcmp(found.asn, key, length) == 0 ? &found : nullptr;
+        return found.asn_len == length && std::memcmp(found.asn, key, static_cast<std::size_t>(length)) == 0 ? &found
+                                                                                                             : nullptr;
     }
 
   private:
@@ -83,9 +85,10 @@ class builtin_contents_index_t {
         builtin_digests([](const OIDdescr_t& row) { return contents_digest(row.asn, row.asn_len); })};
 };
 
-inline const OIDdescr_t* find_builtin_dotted_text(std::string_view text) {
-    const OIDdescr_t* const found = std::ranges::find_if(
-        builtin_rows, [text](const OIDdescr_t& row) { return std::string_view(row.str, row.str_len) == text; });
+inline const OIDdescr_t* find_builtin_dotted_text(const char* text, uint64_t length) {
+    const OIDdescr_t* const found = std::ranges::find_if(builtin_rows, [=](const OIDdescr_t& row) {
+        return row.str_len == length && std::memcmp(row.str, text, static_cast<std::size_t>(length)) == 0;
+    });
     return found != std::end(builtin_rows) ? found : nullptr;
 }
 

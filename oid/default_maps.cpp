@@ -28,5 +28,5 @@ void set_oid_default_file_dir(const char* dir) {
     file_map.clear();
     // No separator in between. Required: OidDefaultMaps.RequiredNoSeparatorIsAddedToTheDirectory.
     const pkider::file_bytes_t file = pkider::read_whole_file((std::string(dir) + file_name).c_str());
-    if (file.size != 0) file_map.assign({file.bytes.get(), file.size});
+    if (file.size != 0) file_map.assign({file.bytes.get(), static_cast<std::size_t>(file.size)});
 }

@@ -1,5 +1,7 @@
 #include "oid/map.h"
 
+#include "der/checked_size.h"
+
 #include <memory>
 
 namespace pkider {
@@ -30,7 +32,7 @@ const OIDdescr_t* oid_map_t::find_asn_anywhere(const uint8_t* asn, uint64_t leng
 
 oid_map_handle_t oid_map_parse(const char* text, uint64_t length) {
     auto map = std::make_unique<pkider::oid_map_t>(pkider::oid_map_start_t::EMPTY);
-    map->assign({text, length});
+    map->assign({text, pkider::checked_size(length)});
     return {map.release()};
 }
 

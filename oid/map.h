@@ -43,7 +43,7 @@ class oid_map_t {
         return row != nullptr ? row : find_asn_anywhere(asn, length);
     }
     const OIDdescr_t* find_str(const char* str, uint64_t length) const {
-        const OIDdescr_t* const row = m_has_builtin ? find_builtin_dotted_text({str, length}) : nullptr;
+        const OIDdescr_t* const row = m_has_builtin ? find_builtin_dotted_text(str, length) : nullptr;
         return row != nullptr || m_added == nullptr ? row : m_added->find_str(str, length);
     }
     const OIDdescr_t* find_sn(const char* sn, uint64_t length) const {

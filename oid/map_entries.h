@@ -8,6 +8,7 @@
 
 #include <pkider/oid.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>

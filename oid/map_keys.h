@@ -5,6 +5,7 @@
 
 #include <pkider/oid.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
@@ -38,20 +39,22 @@ inline int compare_bytes(std::string_view a, std::string_view b) {
 
 struct by_contents_t {
     static std::string_view key(const OIDdescr_t& entry) {
-        return {reinterpret_cast<const char*>(entry.asn), entry.asn_len};
+        return {reinterpret_cast<const char*>(entry.asn), static_cast<std::size_t>(entry.asn_len)};
     }
     static uint64_t hash(std::string_view key) { return hash_bytes(key); }
     static int compare(std::string_view a, std::string_view b) { return compare_bytes(a, b); }
 };
 
 struct by_dotted_text_t {
-    static std::string_view key(const OIDdescr_t& entry) { return {entry.str, entry.str_len}; }
+    static std::string_view key(const OIDdescr_t& entry) {
+        return {entry.str, static_cast<std::size_t>(entry.str_len)};
+    }
     static uint64_t hash(std::string_view key) { return hash_bytes(key); }
     static int compare(std::string_view a, std::string_view b) { return compare_bytes(a, b); }
 };
 
 struct by_short_name_t {
-    static std::string_view key(const OIDdescr_t& entry) { return {entry.sn, entry.sn_len}; }
+    static std::string_view key(const OIDdescr_t& entry) { return {entry.sn, static_cast<std::size_t>(entry.sn_len)}; }
     static uint64_t hash(std::string_view key) {
         uint64_t hash = key.size();
         for (const char c : key) hash = hash_step(hash, static_cast<uint8_t>(ascii_upper(c)));

@@ -101,8 +101,8 @@ uint8_t* put_pfx_head(uint8_t* at, uint64_t safe_size, uint64_t mac_data_size) {
 // A PFX up to its MacData.
 struct unfinished_pfx_t {
     std::string bytes;
-    std::size_t head_size = 0;
-    std::size_t safe_size = 0; // the OCTET STRING, header included
+    uint64_t head_size = 0;
+    uint64_t safe_size = 0; // the OCTET STRING, header included
 
     const uint8_t* safe() const { return reinterpret_cast<const uint8_t*>(bytes.data()) + head_size; }
 };
@@ -120,7 +120,7 @@ constexpr uint64_t usual_overhead = 1024;
 void reserve_room(std::string& empty, uint64_t size) {
     if (empty.capacity() >= size) return;
     std::string().swap(empty);
-    empty.reserve(static_cast<std::size_t>(size));
+    empty.reserve(checked_size(size));
 }
 
 unfinished_pfx_t begin_pfx(const pkcs12_easy_t& in, pbe_crypto_t& crypto) {
@@ -135,8 +135,8 @@ unfinished_pfx_t begin_pfx(const pkcs12_easy_t& in, pbe_crypto_t& crypto) {
         infos_size += content_info_size(encrypted.emplace(safe, crypto, pfx.bytes).size());
     }
     const uint64_t octets_size = asn_checked_element_size(infos_size);
-    pfx.safe_size = static_cast<std::size_t>(asn_checked_element_size(octets_size));
-    pfx.head_size = static_cast<std::size_t>(pfx_head_size(pfx.safe_size, usual_mac_data_size));
+    pfx.safe_size = asn_checked_element_size(octets_size);
+    pfx.head_size = pfx_head_size(pfx.safe_size, usual_mac_data_size);
     reserve_room(pfx.bytes, pfx.head_size + pfx.safe_size + mac_data_room);
 
     uint8_t* at = asn_append_room(pfx.bytes, pfx.head_size + pfx.safe_size - infos_size);
@@ -156,16 +156,16 @@ unfinished_pfx_t begin_pfx(const pkcs12_easy_t& in, pbe_crypto_t& crypto) {
 
 std::string finish_pfx(unfinished_pfx_t pfx, const pkcs12_mac_t& mac) {
     const mac_data_writer_t mac_data(mac);
-    const auto head_size = static_cast<std::size_t>(pfx_head_size(pfx.safe_size, mac_data.size()));
+    const uint64_t head_size = pfx_head_size(pfx.safe_size, mac_data.size());
     const uint64_t size = head_size + pfx.safe_size + mac_data.size();
 
     std::string bytes;
     if (head_size == pfx.head_size && size <= pfx.bytes.capacity()) { // as foreseen
         bytes.swap(pfx.bytes);
     } else {
-        bytes.reserve(static_cast<std::size_t>(size));
-        bytes.append(head_size, '\0');
-        bytes.append(pfx.bytes, pfx.head_size, pfx.safe_size);
+        bytes.reserve(checked_size(size));
+        bytes.append(checked_size(head_size), '\0');
+        bytes.append(pfx.bytes, checked_size(pfx.head_size), checked_size(pfx.safe_size));
     }
     put_pfx_head(reinterpret_cast<uint8_t*>(bytes.data()), pfx.safe_size, mac_data.size());
     mac_data.append_to(bytes);

@@ -1,3 +1,6 @@
+// A file's number may need 64 bits also where addresses have 32 (POSIX: fstat would fail otherwise).
+#define _FILE_OFFSET_BITS 64
+
 #include "platform/file.h"
 
 #include <cstdio>

@@ -168,6 +168,15 @@ TEST(AsnWriter, TooLongContentsAreRefusedBeforeAnythingChanges) {
     EXPECT_EQ(writer.capacity, 16u);
 }
 
+TEST(AsnWriter, ContentsThatMemoryCannotHoldAreRefusedBeforeAnythingChanges) {
+    if (fits_memory(0xFFFFFFFF)) GTEST_SKIP() << "takes 4 GiB where memory has them";
+    for (uint64_t count = 0xFFFFFFFF; count > 0xFFFFFFFF - 100; --count) {
+        asn_writer_t<16> writer(0x30);
+        EXPECT_THROW(writer.append(nullptr, count), std::length_error) << count;
+        EXPECT_EQ(encoded(writer), "30 00"_hex);
+    }
+}
+
 TEST(AsnWriter, AFailedAllocationLeavesTheWriterAsItWas) {
     const auto append = [] {
         asn_writer_t<16> writer(0x30);

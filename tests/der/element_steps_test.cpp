@@ -94,4 +94,11 @@ TEST(AsnFromPlace, GoesOnInTheInput) {
     EXPECT_EQ(rest.length, 3u);
 }
 
+// As far as a caller with addresses of 32 bits can get. The places are only compared, never read.
+TEST(AsnFromPlace, GoesOnFartherThanASignedDifferenceReaches) {
+    const auto* const begin = reinterpret_cast<const uint8_t*>(uintptr_t{0x1000});
+    const auto* const place = reinterpret_cast<const uint8_t*>(uintptr_t{0xC0001000});
+    EXPECT_EQ(asn_from_place(asn_contents(begin, 0xC0000010), place).length, 0x10u);
+}
+
 } // namespace

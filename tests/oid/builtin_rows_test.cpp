@@ -83,7 +83,7 @@ const OIDdescr_t* first_with_short_name(std::string_view key) {
 TEST(BuiltinIndex, FindsTheFirstRowOfEachKey) {
     for (const OIDdescr_t& row : builtin_rows) {
         EXPECT_EQ(builtin_by_contents.find(row.asn, row.asn_len), first_with_contents({row.asn, row.asn_len}));
-        EXPECT_EQ(find_builtin_dotted_text({row.str, row.str_len}), first_with_dotted_text(row.str));
+        EXPECT_EQ(find_builtin_dotted_text(row.str, row.str_len), first_with_dotted_text(row.str));
         EXPECT_EQ(builtin_by_short_name.find(row.sn, row.sn_len), first_with_short_name(row.sn));
     }
 }
@@ -123,7 +123,7 @@ TEST(BuiltinIndex, ComparesTheWholeKey) {
         for (uint64_t i = 0; i < row.str_len; ++i) {
             std::string key = row.str;
             key[i] = key[i] == '.' ? '0' : '.';
-            EXPECT_EQ(find_builtin_dotted_text(key), nullptr) << key;
+            EXPECT_EQ(find_builtin_dotted_text(key.data(), key.size()), nullptr) << key;
         }
         for (uint64_t i = 0; i < row.sn_len; ++i) {
             std::string key = row.sn;

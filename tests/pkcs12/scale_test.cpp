@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -89,7 +90,9 @@ TEST_P(Pkcs12Scale, ReaderTakesNothingButItemsAndPlaintexts) {
     std::size_t plaintexts = 0;
     for (const std::string& buffer : back.buffers) plaintexts += buffer.capacity() + 1;
     constexpr std::size_t links = 2 * sizeof(void*);
-    EXPECT_LE(peak, num_items * (sizeof(pkcs12_item_t) + links) + plaintexts + 4096);
+    // A node of 32-bit pointers is smaller than the block that holds it.
+    constexpr std::size_t rounding = sizeof(void*) < sizeof(uint64_t) ? alignof(std::max_align_t) : 0;
+    EXPECT_LE(peak, num_items * (sizeof(pkcs12_item_t) + links + rounding) + plaintexts + 4096);
 }
 
 const scale_row_t lists_rows[] = {

@@ -1,5 +1,6 @@
 #include <pkider/pkcs12.h>
 
+#include "der/checked_size.h"
 #include "tests/pkcs12/recording_crypto.h"
 #include "tests/support/alloc_failure.h"
 #include "tests/support/bottom_up_pfx.h"
@@ -395,6 +396,21 @@ TEST(Pkcs12Writer, TooLongASumIsALengthError) {
         std::string out = "as before";
         EXPECT_THROW(asn_write_pkcs12_easy(in, &crypto, out), std::length_error);
         EXPECT_EQ(out, "as before");
+    }
+}
+
+TEST(Pkcs12Writer, AFileThatMemoryCannotHoldIsALengthError) {
+    if (pkider::fits_memory(0xFFFFFFFF)) GTEST_SKIP() << "takes 4 GiB where memory has them";
+    for (auto list : {&pkcs12_easy_t::plain_items, &pkcs12_easy_t::protected_items}) {
+        for (uint64_t len = 0xFFFFFFFF; len > 0xFFFFFFFF - 300; --len) {
+            pkcs12_easy_t in;
+            (in.*list).emplace_back();
+            (in.*list).back().data_len = len;
+            recording_crypto_t crypto;
+            std::string out = "as before";
+            EXPECT_THROW(asn_write_pkcs12_easy(in, &crypto, out), std::length_error) << len;
+            EXPECT_EQ(out, "as before");
+        }
     }
 }
 

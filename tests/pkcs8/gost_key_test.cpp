@@ -1,5 +1,6 @@
 #include <pkider/pkcs8.h>
 
+#include "der/checked_size.h"
 #include "tests/support/alloc_failure.h"
 #include "tests/support/bottom_up_keys.h"
 #include "tests/support/der_builder.h"
@@ -174,6 +175,18 @@ TEST(GostKey, ReadAndWrittenIntoTheSameString) {
 TEST(GostKey, TooLongAKeyIsALengthError) {
     std::string out = "as before";
     for (const uint64_t len : {0xFFFFFFFFull, 0x100000000ull, 0xFFFFFFFFFFFFFFFFull}) {
+        pkcs8_pki_gost_t key;
+        key.key_len = len;
+        EXPECT_THROW(asn_write_pkcs8_pki_gost(key, out), std::length_error) << len;
+        EXPECT_EQ(out, "as before");
+    }
+}
+
+// The size of the element exceeds 32 bits where that of its contents does not.
+TEST(GostKey, AKeyThatMemoryCannotHoldIsALengthError) {
+    if (pkider::fits_memory(0xFFFFFFFF)) GTEST_SKIP() << "takes 4 GiB where memory has them";
+    std::string out = "as before";
+    for (uint64_t len = 0xFFFFFFFF; len > 0xFFFFFFFF - 100; --len) {
         pkcs8_pki_gost_t key;
         key.key_len = len;
         EXPECT_THROW(asn_write_pkcs8_pki_gost(key, out), std::length_error) << len;
