@@ -5,6 +5,10 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   # Optimising, it takes "text" + std::string for an overlapping copy: https://gcc.gnu.org/bugzilla/show_bug.cgi?id=105651
   target_compile_options(pkider_warnings INTERFACE -Wno-restrict)
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_SIZEOF_VOID_P EQUAL 4)
+  # Vectors are returned by functions that are inlined, and by no other.
+  target_compile_options(pkider_warnings INTERFACE -Wno-psabi)
+endif()
 if(PKIDER_WERROR)
   target_compile_options(pkider_warnings INTERFACE -Werror)
 endif()

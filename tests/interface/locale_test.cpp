@@ -123,6 +123,9 @@ TEST_F(Locale, OfUtf8ChangesNothing) {
 }
 
 TEST_F(Locale, OfTurkeyChangesNothing) {
+#if __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__
+    GTEST_SKIP() << "localedef may run on a machine with the other order of bytes, and then makes locales for that one";
+#endif
     const scratch_dir_t dir;
     const std::string make = "localedef -i tr_TR -f ISO-8859-9 " + (dir.path() / "tr_TR.ISO-8859-9").string();
     if (std::system((make + " 2> /dev/null").c_str()) != 0) GTEST_SKIP() << "localedef cannot make the locale";
