@@ -1,0 +1,51 @@
+# The C interface, in two forms: pkider_c (shared, with the library inside) and pkider_c_static (links pkider_static).
+include(${PROJECT_SOURCE_DIR}/c/sources.cmake)
+list(TRANSFORM c_sources PREPEND ${PROJECT_SOURCE_DIR}/c/)
+
+add_library(pkider_c SHARED ${c_sources})
+add_library(pkider_c_static STATIC ${c_sources})
+add_library(pkider::pkider_c ALIAS pkider_c)
+add_library(pkider::pkider_c_static ALIAS pkider_c_static)
+
+foreach(form IN ITEMS pkider_c pkider_c_static)
+  set_target_properties(${form} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
+                                           POSITION_INDEPENDENT_CODE ON)
+  target_include_directories(${form} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+                                            $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
+                                     PRIVATE ${PROJECT_SOURCE_DIR})
+  target_compile_definitions(${form} PRIVATE PKIDER_VERSION="${PROJECT_VERSION}")
+  target_link_libraries(${form} PRIVATE $<BUILD_INTERFACE:pkider_warnings>)
+endforeach()
+
+set_target_properties(pkider_c PROPERTIES VERSION ${PROJECT_VERSION}
+                                          SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+target_compile_definitions(pkider_c PRIVATE PKIDER_C_BUILDING)
+target_link_libraries(pkider_c PRIVATE $<BUILD_INTERFACE:pkider_static>)
+
+set_target_properties(pkider_c_static PROPERTIES OUTPUT_NAME pkider_c)
+target_compile_definitions(pkider_c_static PUBLIC PKIDER_C_STATIC)
+target_link_libraries(pkider_c_static PUBLIC pkider_static)
+target_compile_options(pkider_c_static PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+
+if(WIN32)
+  # Hosts of another compiler have no runtime of this one: the DLL brings it along. For link.exe there is a list of the
+  # exported names: lib /def:pkider_c.def /machine:x64 makes the import library.
+  set(pkider_c_def ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/pkider_c.def)
+  set_target_properties(pkider_c PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+  target_link_options(pkider_c PRIVATE -static -Wl,--output-def,${pkider_c_def})
+  install(FILES ${pkider_c_def} DESTINATION ${CMAKE_INSTALL_LIBDIR})
+else()
+  set(pkider_c_symbols ${PROJECT_SOURCE_DIR}/cmake/c_symbols.map)
+  target_link_options(pkider_c PRIVATE -Wl,--version-script=${pkider_c_symbols})
+  set_target_properties(pkider_c PROPERTIES LINK_DEPENDS ${pkider_c_symbols})
+  if(NOT PKIDER_SANITIZE)
+    target_link_options(pkider_c PRIVATE -Wl,--no-undefined)
+  endif()
+endif()
+
+install(TARGETS pkider_c pkider_c_static EXPORT pkider-targets
+        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
+        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
+configure_file(cmake/pkider_c.pc.in pkider_c.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/pkider_c.pc DESTINATION ${pkgconfig_dir})
