@@ -11,7 +11,8 @@
 namespace pkider_test {
 
 inline std::string text_of(const pkider_bytes_t& span) {
-    return span.size == 0 ? std::string() : std::string(reinterpret_cast<const char*>(span.data), span.size);
+    return span.size == 0 ? std::string()
+                          : std::string(reinterpret_cast<const char*>(span.data), static_cast<std::size_t>(span.size));
 }
 
 inline bytes_t bytes_of(const pkider_bytes_t& span) {
@@ -31,7 +32,8 @@ class collector_t {
 
   private:
     static int write(void* context, const uint8_t* bytes, uint64_t count) {
-        static_cast<collector_t*>(context)->text.append(reinterpret_cast<const char*>(bytes), count);
+        static_cast<collector_t*>(context)->text.append(reinterpret_cast<const char*>(bytes),
+                                                        static_cast<std::size_t>(count));
         return 0;
     }
 };
