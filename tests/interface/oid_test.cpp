@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -15,11 +16,14 @@ using namespace pkider_test;
 
 namespace {
 
-// The record as hosts were compiled with it: eight fields of eight bytes, and a handle is one pointer.
+// The record as hosts were compiled with it: eight fields of eight bytes where pointers have so many, and a handle is
+// one pointer.
+#if UINTPTR_MAX > 0xFFFFFFFF
 static_assert(offsetof(OIDdescr_t, asn) == 0 && offsetof(OIDdescr_t, asn_len) == 8);
 static_assert(offsetof(OIDdescr_t, str) == 16 && offsetof(OIDdescr_t, str_len) == 24);
 static_assert(offsetof(OIDdescr_t, sn) == 32 && offsetof(OIDdescr_t, sn_len) == 40);
 static_assert(offsetof(OIDdescr_t, ln) == 48 && offsetof(OIDdescr_t, ln_len) == 56);
+#endif
 static_assert(sizeof(oid_map_handle_t) == sizeof(void*));
 
 const OIDdescr_t* find_sn(oid_map_handle_t map, std::string_view sn) {
