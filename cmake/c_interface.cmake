@@ -33,7 +33,9 @@ if(WIN32)
   set(pkider_c_def ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/pkider_c.def)
   set_target_properties(pkider_c PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
   target_link_options(pkider_c PRIVATE -static -Wl,--output-def,${pkider_c_def})
-  install(FILES ${pkider_c_def} DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  if(PKIDER_INSTALL)
+    install(FILES ${pkider_c_def} DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+  endif()
 else()
   set(pkider_c_symbols ${PROJECT_SOURCE_DIR}/cmake/c_symbols.map)
   target_link_options(pkider_c PRIVATE -Wl,--version-script=${pkider_c_symbols})
@@ -43,9 +45,12 @@ else()
   endif()
 endif()
 
-install(TARGETS pkider_c pkider_c_static EXPORT pkider-targets
-        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
-        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-        ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
-configure_file(cmake/pkider_c.pc.in pkider_c.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/pkider_c.pc DESTINATION ${pkgconfig_dir})
+if(PKIDER_INSTALL)
+  install(TARGETS pkider_c pkider_c_static EXPORT pkider-targets
+          RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
+          LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+          ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+  configure_file(cmake/pkider_c.pc.in pkider_c.pc @ONLY)
+  install(FILES ${CMAKE_CURRENT_BINARY_DIR}/pkider_c.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+          COMPONENT development)
+endif()

@@ -1,14 +1,29 @@
-# Two forms of one library: pkider (shared) and pkider_static. The sources are listed by their rooms.
+# Two forms of one library: pkider (shared) and pkider_static, or one of them. The sources are listed by their rooms.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)
 
-add_library(pkider SHARED)
-add_library(pkider_static STATIC)
-add_library(pkider::pkider ALIAS pkider)
-add_library(pkider::pkider_static ALIAS pkider_static)
+set(pkider_forms)
+if(PKIDER_BUILD_SHARED)
+  add_library(pkider SHARED)
+  list(APPEND pkider_forms pkider)
+endif()
+if(PKIDER_BUILD_STATIC)
+  add_library(pkider_static STATIC)
+  list(APPEND pkider_forms pkider_static)
+endif()
+if(NOT pkider_forms)
+  message(FATAL_ERROR "No form of the library is built: set PKIDER_BUILD_SHARED or PKIDER_BUILD_STATIC to ON.")
+endif()
 
-foreach(form IN ITEMS pkider pkider_static)
+# RelWithDebInfo optimises like Release, and so does Debian's None, by flags of its own.
+set(optimised_configurations Release,RelWithDebInfo)
+if(CMAKE_CXX_FLAGS MATCHES "(^| )-O[23]( |$)")
+  string(APPEND optimised_configurations ,None)
+endif()
+
+foreach(form IN LISTS pkider_forms)
+  add_library(pkider::${form} ALIAS ${form})
   set_target_properties(${form} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
                                            POSITION_INDEPENDENT_CODE ON)
   target_compile_features(${form} INTERFACE cxx_std_17)
@@ -17,37 +32,24 @@ foreach(form IN ITEMS pkider pkider_static)
                                      PRIVATE ${PROJECT_SOURCE_DIR})
   target_link_libraries(${form} PRIVATE $<BUILD_INTERFACE:pkider_warnings>)
   # -O3 makes the library larger and few files quicker; those are the hot sources of their rooms.
-  target_compile_options(${form} PRIVATE $<$<CONFIG:Release>:-O2>)
+  target_compile_options(${form} PRIVATE $<$<CONFIG:${optimised_configurations}>:-O2>)
   if(PKIDER_SANITIZE)
     target_compile_options(${form} PRIVATE -O1) # tests that walk whole domains spend their time here
   endif()
+  if(NOT PROJECT_IS_TOP_LEVEL AND NOT PKIDER_INSTALL)
+    set_target_properties(${form} PROPERTIES EXCLUDE_FROM_ALL ON) # a host builds the form that it links
+  endif()
 endforeach()
 
-# Below version 1.0 a new minor version may break hosts, and so it has a name of its own.
-set_target_properties(pkider PROPERTIES VERSION ${PROJECT_VERSION}
-                                        SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
-target_compile_definitions(pkider PRIVATE PKIDER_BUILDING)
-
-set_target_properties(pkider_static PROPERTIES OUTPUT_NAME pkider)
-target_compile_definitions(pkider_static PUBLIC PKIDER_STATIC)
-# A module with one symbol that GCC makes unique in the process is never unloaded. In the shared library the version
-# script hides them all.
-target_compile_options(pkider_static PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
-
-if(WIN32)
-  set_target_properties(pkider PROPERTIES PREFIX "")
-  # A program finds its DLL beside itself.
-  set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
-  set_target_properties(pkider PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
-else()
-  # Headers of the standard library make their templates visible by attribute; what of them was instantiated here is
-  # no part of the interface. Everything else is hidden or shown by PKIDER_API. Never -Bsymbolic: the exported handles
-  # are data, and a host built without -fPIE has its own copy of them that the library must see.
-  target_link_options(pkider PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/symbols.map)
-  set_target_properties(pkider PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/symbols.map)
-  if(NOT PKIDER_SANITIZE)
-    target_link_options(pkider PRIVATE -Wl,--no-undefined)
-  endif()
+if(PKIDER_BUILD_SHARED)
+  include(${CMAKE_CURRENT_LIST_DIR}/shared_library.cmake)
+endif()
+if(PKIDER_BUILD_STATIC)
+  set_target_properties(pkider_static PROPERTIES OUTPUT_NAME pkider)
+  target_compile_definitions(pkider_static PUBLIC PKIDER_STATIC)
+  # A module with one symbol that GCC makes unique in the process is never unloaded. In the shared library the version
+  # script hides them all.
+  target_compile_options(pkider_static PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
 endif()
 
 # A room is a folder with a sources.cmake that names its files. Among them are the hot ones, which rows need with -O3.
@@ -55,8 +57,9 @@ endif()
 function(pkider_add_room room)
   include(${PROJECT_SOURCE_DIR}/${room}/sources.cmake)
   list(TRANSFORM ${room}_sources PREPEND ${PROJECT_SOURCE_DIR}/${room}/)
-  target_sources(pkider PRIVATE ${${room}_sources})
-  target_sources(pkider_static PRIVATE ${${room}_sources})
+  foreach(form IN LISTS pkider_forms)
+    target_sources(${form} PRIVATE ${${room}_sources})
+  endforeach()
   list(TRANSFORM ${room}_hot_sources PREPEND ${PROJECT_SOURCE_DIR}/${room}/)
-  set_source_files_properties(${${room}_hot_sources} PROPERTIES COMPILE_OPTIONS $<$<CONFIG:Release>:-O3>)
+  set_source_files_properties(${${room}_hot_sources} PROPERTIES COMPILE_OPTIONS $<$<CONFIG:${optimised_configurations}>:-O3>)
 endfunction()
