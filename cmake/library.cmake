@@ -22,12 +22,15 @@ if(CMAKE_CXX_FLAGS MATCHES "(^| )-O[23]( |$)")
   string(APPEND optimised_configurations ,None)
 endif()
 
+include(${CMAKE_CURRENT_LIST_DIR}/built_with.cmake)
+
 foreach(form IN LISTS pkider_forms)
   add_library(pkider::${form} ALIAS ${form})
   set_target_properties(${form} PROPERTIES CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON
                                            POSITION_INDEPENDENT_CODE ON)
   target_compile_features(${form} INTERFACE cxx_std_17)
   target_include_directories(${form} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+                                            $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/include>
                                             $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
                                      PRIVATE ${PROJECT_SOURCE_DIR})
   target_link_libraries(${form} PRIVATE $<BUILD_INTERFACE:pkider_warnings>)

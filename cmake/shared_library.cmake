@@ -14,8 +14,12 @@ else()
   # Headers of the standard library make their templates visible by attribute; what of them was instantiated here is
   # no part of the interface. Everything else is hidden or shown by PKIDER_API. Never -Bsymbolic: the exported handles
   # are data, and a host built without -fPIE has its own copy of them that the library must see.
-  target_link_options(pkider PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/symbols.map)
-  set_target_properties(pkider PROPERTIES LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/symbols.map)
+  #
+  # The symbols carry the version, so that two minor versions live in one process and none binds to the other.
+  set(symbols_map ${PROJECT_BINARY_DIR}/symbols.map)
+  configure_file(${PROJECT_SOURCE_DIR}/cmake/symbols.map.in ${symbols_map} @ONLY)
+  target_link_options(pkider PRIVATE -Wl,--version-script=${symbols_map})
+  set_target_properties(pkider PROPERTIES LINK_DEPENDS ${symbols_map})
   if(NOT PKIDER_SANITIZE)
     target_link_options(pkider PRIVATE -Wl,--no-undefined)
   endif()

@@ -2,6 +2,11 @@
 // CMake targets and the pkg-config module do it for their users.
 #pragma once
 
+// Written when the library is configured: compares this program's standard library with the one of the library.
+#if __has_include(<pkider/built_with.h>)
+#include <pkider/built_with.h>
+#endif
+
 #if defined(PKIDER_STATIC)
 #define PKIDER_API
 #elif defined(_WIN32) && defined(PKIDER_BUILDING)

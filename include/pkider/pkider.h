@@ -7,3 +7,4 @@
 #include <pkider/oid.h>
 #include <pkider/pkcs12.h>
 #include <pkider/pkcs8.h>
+#include <pkider/version.h>
