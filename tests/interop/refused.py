@@ -112,7 +112,7 @@ class Refused(InteroperationTest):
     # ---- MAC, password, iterations -------------------------------------------------------------------------------
 
     def test_no_mac(self):
-        reason = "expected SEQUENCE (MacData), found the end"
+        reason = "expected the MacData (a SEQUENCE), found the end"
         self.check_refused_p12("OpenSSL", "`pkcs12 -nomac`", self.write_p12("-nomac"), reason)
 
     def test_unknown_digest(self):

@@ -106,13 +106,13 @@ TEST_P(DigestinfoFault, IsToldWithItsOffset) {
 }
 
 const fault_row_t faults_rows[] = {
-    {"NoSequence", "0500", "offset 0: expected a SEQUENCE, the DigestInfo, found 05 00"},
-    {"Indefinite", "30800000", "offset 0: expected a SEQUENCE, the DigestInfo, found 30 80 00 00, whose length is bad"},
-    {"NoAlgorithm", "30020500", "offset 2: expected a SEQUENCE, the hash algorithm, found 05 00"},
-    {"NoOid", "300430020500", "offset 4: expected an OBJECT IDENTIFIER, the hash, found 05 00"},
+    {"NoSequence", "0500", "offset 0: expected a DigestInfo (a SEQUENCE), found 05 00"},
+    {"Indefinite", "30800000", "offset 0: expected a DigestInfo (a SEQUENCE), found 30 80 00 00, whose length is bad"},
+    {"NoAlgorithm", "30020500", "offset 2: expected the hash algorithm (a SEQUENCE), found 05 00"},
+    {"NoOid", "300430020500", "offset 4: expected the hash (an OBJECT IDENTIFIER), found 05 00"},
     {"NoParameters", "300930070605 2B0E03021A",
-     "offset 11: expected the parameters of the hash, a NULL, found the end"},
-    {"NoDigest", "300B300906052B0E03021A0500", "offset 13: expected an OCTET STRING, the digest, found the end"},
+     "offset 11: expected the parameters of the hash (a NULL), found the end"},
+    {"NoDigest", "300B300906052B0E03021A0500", "offset 13: expected the digest (an OCTET STRING), found the end"},
 };
 INSTANTIATE_TEST_SUITE_P(Faults, DigestinfoFault, testing::ValuesIn(faults_rows),
                          [](const auto& row) { return row.param.name; });

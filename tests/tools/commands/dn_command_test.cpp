@@ -210,7 +210,8 @@ const bad_input_row_t inputs_rows[] = {
     {"ChildBehindItsParent", "30043102300506032A0304",
      ": offset 4: expected an AttributeTypeAndValue (a SEQUENCE), found 30 05, whose length is bad "
      "[code 13]"},
-    {"EmptyAttribute", "300431023000", ": offset 6: expected an attribute type (an OID), found the end [code 14]"},
+    {"EmptyAttribute", "300431023000",
+     ": offset 6: expected an attribute type (an OBJECT IDENTIFIER), found the end [code 14]"},
     {"CutArc", "300B3109300706022A86130161", ": offset 8: expected an OID of whole arcs, found 2A 86 [code 15]"},
     {"NoValue",
      "300931073005060355040"

@@ -77,7 +77,7 @@ TEST_F(P12Commands, ListWorksOnTheOthersBehindAFaultyOne) {
     const run_result_t result = run({"p12", "list", "bad", three, "none"});
     EXPECT_EQ(result.exit_code, 74);
     EXPECT_THAT(result.out, HasSubstr("CN=Certificate Three"));
-    EXPECT_THAT(result.err, HasSubstr("pkider: bad: offset 5: expected SEQUENCE (authSafe), found the end\n"));
+    EXPECT_THAT(result.err, HasSubstr("pkider: bad: offset 5: expected authSafe (a SEQUENCE), found the end\n"));
     EXPECT_THAT(result.err, HasSubstr("pkider: none: No such file or directory\n"));
 }
 
@@ -91,7 +91,7 @@ TEST_F(P12Commands, FilesOfOtherKindsAreRefusedBeforeAPasswordIsAskedFor) {
     for (const std::string command : {"list", "verify", "extract"}) {
         const run_result_t result = run_shell("$PKIDER p12 " + command + " " + cert);
         EXPECT_EQ(result.exit_code, 2) << result;
-        EXPECT_THAT(result.err, HasSubstr("expected INTEGER (version)"));
+        EXPECT_THAT(result.err, HasSubstr("expected the version (an INTEGER)"));
     }
 }
 

@@ -82,13 +82,13 @@ TEST_P(SigFault, IsToldWithItsOffset) {
 }
 
 const fault_row_t faults_rows[] = {
-    {"NoValue", "dsa", "0500", "offset 0: expected a SEQUENCE, the signature value, found 05 00"},
-    {"NoR", "dsa", "30020500", "offset 2: expected an INTEGER, r, found 05 00"},
-    {"NoS", "dsa", "3003020105", "offset 5: expected an INTEGER, s, found the end"},
+    {"NoValue", "dsa", "0500", "offset 0: expected the signature value (a SEQUENCE), found 05 00"},
+    {"NoR", "dsa", "30020500", "offset 2: expected r (an INTEGER), found 05 00"},
+    {"NoS", "dsa", "3003020105", "offset 5: expected s (an INTEGER), found the end"},
     {"ValueCut", "dsa", "3006020105",
-     "offset 0: expected a SEQUENCE, the signature value, found 30 06 02 01 05, whose length is bad"},
-    {"NoIdentifier", "ike", "0500", "offset 0: expected a SEQUENCE, the algorithm identifier, found 05 00"},
-    {"NoOid", "ike", "30020500", "offset 2: expected an OBJECT IDENTIFIER, the algorithm, found 05 00"},
+     "offset 0: expected the signature value (a SEQUENCE), found 30 06 02 01 05, whose length is bad"},
+    {"NoIdentifier", "ike", "0500", "offset 0: expected the algorithm identifier (a SEQUENCE), found 05 00"},
+    {"NoOid", "ike", "30020500", "offset 2: expected the algorithm (an OBJECT IDENTIFIER), found 05 00"},
 };
 INSTANTIATE_TEST_SUITE_P(Faults, SigFault, testing::ValuesIn(faults_rows),
                          [](const auto& row) { return row.param.name; });

@@ -155,7 +155,7 @@ const skipped_row_t contents_rows[] = {
     {"WithoutParameterSet",
      encrypted_content(
          algorithm(pbkdf2_oid, salt_and_count + prf, gost_oid, "30 0A 04 08 01 02 03 04 05 06 07 08"_hex.str())),
-     "its algorithm is malformed: expected OBJECT IDENTIFIER (cipher's parameter set)"},
+     "its algorithm is malformed: expected the cipher's parameter set (an OBJECT IDENTIFIER)"},
     {"WithANegativeCount",
      encrypted_content(algorithm(pbkdf2_oid, "04 01 01 02 01 80"_hex.str() + prf, gost_oid, gost_parameters)),
      "the iteration count is out of range"},
@@ -200,7 +200,7 @@ const skipped_row_t bags_rows[] = {
     {"Secret", bag(5, "30 00"_hex.str()), "bags of this kind are not read"},
     {"NestedContents", bag(6, sequence(cert_bag)), "bags of this kind are not read"},
     {"OfNoKnownType", bag(7, "30 00"_hex.str()), "bags of type 1.2.840.113549.1.12.10.1.7 are not read"},
-    {"MalformedEncryptedKey", bag(2, "05 00"_hex.str()), "malformed: expected SEQUENCE (EncryptedPrivateKeyInfo)"},
+    {"MalformedEncryptedKey", bag(2, "05 00"_hex.str()), "malformed: expected an EncryptedPrivateKeyInfo (a SEQUENCE)"},
     {"EncryptedKeyOfAnotherCipher",
      shrouded(algorithm(pbkdf2_oid, salt_and_count + prf, "06 01 2A"_hex.str(), "04 00"_hex.str())),
      "the cipher is 1.2, not GOST 28147-89"},
@@ -232,29 +232,29 @@ const std::string name_with_wrong_tag = "31 12 30 10 06 09 2A 86 48 86 F7 0D 01 
 const std::string id_without_value = "31 0F 30 0D 06 09 2A 86 48 86 F7 0D 01 09 15 31 00"_hex.str();
 
 const fault_row_t faults_rows[] = {
-    {"NoContentInfo", "05 00"_hex.str(), "SEQUENCE (ContentInfo)"},
-    {"NoContentType", sequence("05 00"_hex.str()), "OBJECT IDENTIFIER (content type)"},
-    {"NoContent", sequence(data_oid), "[0] (content)"},
-    {"NoOctetString", content_info(data_oid, "30 00"_hex.str()), "OCTET STRING (SafeContents)"},
-    {"NoSafeContents", content_info(data_oid, "04 02 05 00"_hex.str()), "SEQUENCE (SafeContents)"},
-    {"NoEncryptedData", content_info(encrypted_oid, "05 00"_hex.str()), "SEQUENCE (EncryptedData)"},
+    {"NoContentInfo", "05 00"_hex.str(), "a ContentInfo (a SEQUENCE)"},
+    {"NoContentType", sequence("05 00"_hex.str()), "the content type (an OBJECT IDENTIFIER)"},
+    {"NoContent", sequence(data_oid), "the content ([0])"},
+    {"NoOctetString", content_info(data_oid, "30 00"_hex.str()), "the SafeContents (an OCTET STRING)"},
+    {"NoSafeContents", content_info(data_oid, "04 02 05 00"_hex.str()), "a SafeContents (a SEQUENCE)"},
+    {"NoEncryptedData", content_info(encrypted_oid, "05 00"_hex.str()), "an EncryptedData (a SEQUENCE)"},
     {"EncryptedDataOfAnotherVersion",
      content_info(encrypted_oid,
                   sequence("02 02 07 00"_hex.str() + sequence(data_oid + good_algorithm + element(0x80, "x")))),
      "version 0"},
     {"NoCiphertext", content_info(encrypted_oid, sequence("02 01 00"_hex.str() + sequence(data_oid + good_algorithm))),
-     "primitive [0] (encrypted content)"},
+     "the encrypted content ([0], primitive)"},
     {"MalformedUnprotectedAttributes",
      content_info(
          encrypted_oid,
          sequence("02 01 00"_hex.str() + sequence(data_oid + good_algorithm + element(0x80, "x")) + "A1 05"_hex.str())),
      "an element (attributes)"},
-    {"NoBag", plain_content("05 00"_hex.str()), "SEQUENCE (SafeBag)"},
-    {"NoBagValue", plain_content(sequence("06 01 2A"_hex.str())), "[0] (bag value)"},
+    {"NoBag", plain_content("05 00"_hex.str()), "a SafeBag (a SEQUENCE)"},
+    {"NoBagValue", plain_content(sequence("06 01 2A"_hex.str())), "the bag value ([0])"},
     {"MalformedAttributes", plain_content(bag(4, "", "31 05 30 00"_hex.str())), "SET"},
     {"NameWithWrongTag", plain_content(bag(1, key_info, name_with_wrong_tag)), "BMPString (friendly name)"},
-    {"IdWithoutValue", plain_content(bag(4, "", id_without_value)), "OCTET STRING (local key id)"},
-    {"MalformedCertBag", plain_content(bag(3, "30 03 06 01 2A"_hex.str())), "[0] (certificate)"},
+    {"IdWithoutValue", plain_content(bag(4, "", id_without_value)), "the local key id (an OCTET STRING)"},
+    {"MalformedCertBag", plain_content(bag(3, "30 03 06 01 2A"_hex.str())), "the certificate ([0])"},
 };
 INSTANTIATE_TEST_SUITE_P(Faults, P12Fault, testing::ValuesIn(faults_rows),
                          [](const auto& row) { return row.param.name; });
@@ -289,7 +289,7 @@ TEST(P12Outline, TellsAFaultInsideDecryptedContents) {
     const opened_t opened(encrypted_bags(sequence("05 00"_hex.str()))); // a bag without a type
     ASSERT_TRUE(opened.outline.fault);
     EXPECT_EQ(*opened.outline.fault,
-              "content 1, decrypted: offset 4: expected OBJECT IDENTIFIER (bag type), found 05 00");
+              "content 1, decrypted: offset 4: expected the bag type (an OBJECT IDENTIFIER), found 05 00");
 }
 
 TEST(P12Outline, TakesWhatIsEncrypted) {

@@ -227,4 +227,15 @@ const tag_row_t tags_rows[] = {
 INSTANTIATE_TEST_SUITE_P(Tags, DerTagName, testing::ValuesIn(tags_rows),
                          [](const auto& row) { return row.param.name; });
 
+TEST(DerTypeName, IsReadInASentence) {
+    EXPECT_EQ(tool::type_of(asn_tag_t::SEQUENCE), "a SEQUENCE");
+    EXPECT_EQ(tool::type_of(asn_tag_t::SET), "a SET");
+    EXPECT_EQ(tool::type_of(tool::integer_tag), "an INTEGER");
+    EXPECT_EQ(tool::type_of(tool::oid_tag), "an OBJECT IDENTIFIER");
+    EXPECT_EQ(tool::type_of(tool::octet_string_tag), "an OCTET STRING");
+    EXPECT_EQ(tool::type_of(tool::utc_time_tag), "a UTCTime");
+    EXPECT_EQ(tool::type_of(asn_tag_t::CONTEXT_0), "[0]");
+    EXPECT_EQ(tool::type_of(0x80), "[0], primitive");
+}
+
 } // namespace

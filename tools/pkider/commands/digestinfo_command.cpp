@@ -86,11 +86,11 @@ exit_code_t wrap(const wrap_options_t& options) {
 /// The digest, found by the same steps as the library's reader takes; throws where those fail.
 bytes_t find_digest(bytes_t der) {
     der_cursor_t top(der);
-    der_cursor_t info(top.next(asn_tag_t::SEQUENCE, "a SEQUENCE, the DigestInfo"));
-    der_cursor_t algorithm(info.next(asn_tag_t::SEQUENCE, "a SEQUENCE, the hash algorithm"));
-    algorithm.next(asn_tag_t::OBJECT_IDENTIFIER, "an OBJECT IDENTIFIER, the hash");
-    algorithm.next(asn_tag_t::ANY, "the parameters of the hash, a NULL");
-    return info.next(asn_tag_t::OCTET_STRING, "an OCTET STRING, the digest").contents;
+    der_cursor_t info(top.next(asn_tag_t::SEQUENCE, "a DigestInfo"));
+    der_cursor_t algorithm(info.next(asn_tag_t::SEQUENCE, "the hash algorithm"));
+    algorithm.next(asn_tag_t::OBJECT_IDENTIFIER, "the hash");
+    algorithm.next(asn_tag_t::ANY, "the parameters of the hash (a NULL)");
+    return info.next(asn_tag_t::OCTET_STRING, "the digest").contents;
 }
 
 exit_code_t read_one(const input_t& input, const read_options_t& options, json_array_t& results) {

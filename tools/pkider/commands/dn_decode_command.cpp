@@ -25,7 +25,7 @@ struct options_t {
 // The Name's own bytes; the library ignores what stands behind them.
 bytes_t cut_to_name(const input_t& input) {
     der_cursor_t cursor(input.der);
-    const bytes_t name = cursor.next(asn_tag_t::SEQUENCE, "a Name (a SEQUENCE)").whole;
+    const bytes_t name = cursor.next(asn_tag_t::SEQUENCE, "a Name").whole;
     if (!cursor.at_end())
         report_note(input.name + ": " + count_text(cursor.remaining().size(), "byte") + " after the name");
     return name;

@@ -10,6 +10,7 @@
 #include "tools/pkider/facts/certificate.h"
 #include "tools/pkider/facts/file_kind.h"
 #include "tools/pkider/facts/public_key.h"
+#include "tools/pkider/facts/request.h"
 #include "tools/pkider/formats/encodings.h"
 #include "tools/pkider/io/output.h"
 #include "tools/pkider/text/padded_text.h"
@@ -32,20 +33,17 @@ struct options_t {
 
 /// The public key in what was given; none when a private key or no key at all was.
 std::optional<public_key_t> find_public_key(bytes_t der, file_kind_t kind, oid_map_handle_t map) {
-    if (kind == file_kind_t::public_key) return read_public_key(der, map);
-    if (kind == file_kind_t::certificate) {
-        der_cursor_t bytes(der);
+    der_cursor_t bytes(der);
+    switch (kind) {
+    case file_kind_t::public_key:
+        return read_public_key(der, map);
+    case file_kind_t::certificate:
         return read_public_key(read_certificate(bytes).public_key.whole, map);
+    case file_kind_t::request:
+        return read_public_key(read_request(bytes).public_key.whole, map);
+    default:
+        return std::nullopt;
     }
-    if (kind != file_kind_t::request) return std::nullopt;
-
-    // CertificationRequest ::= SEQUENCE { SEQUENCE { version, subject, subjectPKInfo, ... }, ... }   (RFC 2986 4.2)
-    der_cursor_t top(der);
-    der_cursor_t parts(top.next(asn_tag_t::SEQUENCE, "a SEQUENCE, the request"));
-    der_cursor_t info(parts.next(asn_tag_t::SEQUENCE, "a SEQUENCE, the part that is signed"));
-    info.next(asn_tag_t::INTEGER, "an INTEGER, the version");
-    info.next(asn_tag_t::SEQUENCE, "a SEQUENCE, the subject");
-    return read_public_key(info.next(asn_tag_t::SEQUENCE, "a SEQUENCE, the public key").whole, map);
 }
 
 /// A long number or string in lines of hex, under its name.

@@ -5,10 +5,12 @@
 #include "tools/pkider/cli/file_options.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/commands/key_command.h"
+#include "tools/pkider/facts/gost_kinds.h"
 #include "tools/pkider/facts/private_key.h"
 #include "tools/pkider/formats/der_header.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <memory>
 
@@ -19,24 +21,24 @@ struct options_t {
     std::string file;
     input_form_t form = input_form_t::guess;
     file_options_t output;
-    std::optional<uint32_t> kind; // key_type of the library; without it the input is a PrivateKeyInfo
+    const gost_kind_t* kind = nullptr; // null: the input is a PrivateKeyInfo
 };
 
-const std::map<std::string, uint32_t> kinds = {{"2001", 0}, {"2012-256", 1}, {"2012-512", 2}};
-
-std::size_t key_size(uint32_t kind) {
-    return kind == 2 ? 64 : 32;
-}
+const std::map<std::string, const gost_kind_t*> kinds = [] {
+    std::map<std::string, const gost_kind_t*> rows;
+    for (const gost_kind_t& kind : gost_kinds) rows.emplace(kind.name, &kind);
+    return rows;
+}();
 
 /// A PrivateKeyInfo around bare key octets, lowest byte first as they are stored.
-std::string wrap_octets(bytes_t octets, uint32_t kind) {
-    if (octets.size() != key_size(kind)) {
-        throw data_fault_t("a key of this kind has " + std::to_string(key_size(kind)) + " bytes, this has " +
+std::string wrap_octets(bytes_t octets, const gost_kind_t& kind) {
+    if (octets.size() != kind.key_size) {
+        throw data_fault_t("a key of this kind has " + std::to_string(kind.key_size) + " bytes, this has " +
                            std::to_string(octets.size()));
     }
     std::string info;
     info.reserve(256); // more than any of them takes: no copy of the key stays behind in an outgrown buffer
-    asn_write_pkcs8_pki_gost({kind, octets.size(), octets.data()}, info);
+    asn_write_pkcs8_pki_gost({kind.key_type, octets.size(), octets.data()}, info);
     return info;
 }
 
@@ -46,17 +48,14 @@ std::string wrap_info(bytes_t info) {
     const private_key_t key = read_private_key(info);
     if (!key.is_gost) throw data_fault_t("no GOST key: " + private_key_line(key));
     if (key.gost) throw data_fault_t("the key has its inner OCTET STRING already");
-    if (key.octets.size() != 32 && key.octets.size() != 64)
+    if (std::ranges::find(gost_kinds, key.octets.size(), &gost_kind_t::key_size) == std::end(gost_kinds))
         throw data_fault_t("it does not contain the key as 32 or 64 bare bytes");
 
-    der_cursor_t cursor(der_cursor_t(info).next(asn_tag_t::SEQUENCE, "SEQUENCE"));
-    const der_element_t version = cursor.next(asn_tag_t::INTEGER, "INTEGER");
-    const der_element_t algorithm = cursor.next(asn_tag_t::SEQUENCE, "SEQUENCE");
-    cursor.next(asn_tag_t::OCTET_STRING, "OCTET STRING");
     const std::string inner = der_header(asn_tag_t::OCTET_STRING, key.octets.size());
     const std::string outer = der_header(asn_tag_t::OCTET_STRING, inner.size() + key.octets.size());
-    const std::string_view parts[] = {as_text(version.whole), as_text(algorithm.whole),   outer, inner,
-                                      as_text(key.octets),    as_text(cursor.remaining())};
+    const std::string_view parts[] = {
+        as_text(key.version),   as_text(key.algorithm_identifier), outer, inner, as_text(key.octets),
+        as_text(key.attributes)};
 
     std::size_t size = 0;
     for (const std::string_view part : parts) size += part.size();

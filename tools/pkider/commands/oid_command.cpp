@@ -66,7 +66,7 @@ std::string read_hex(const std::string& value) {
 std::string read_der(const std::string& value) {
     const std::string der = read_hex(value);
     der_cursor_t cursor(as_bytes(der));
-    const der_element_t element = cursor.next(asn_tag_t::OBJECT_IDENTIFIER, "an OBJECT IDENTIFIER");
+    const der_element_t element = cursor.next(asn_tag_t::OBJECT_IDENTIFIER, "the OID");
     if (!cursor.at_end()) cursor.fail("the end");
     return std::string(as_text(element.contents));
 }

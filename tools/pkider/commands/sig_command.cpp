@@ -41,9 +41,9 @@ exit_code_t show_dsa(const input_t& input, const options_t& options, json_array_
     asn_dsa_certsign_t signature;
     if (!asn_read_dsa_certsign(input.der.data(), size32(input.der), signature)) {
         der_cursor_t top(input.der); // finds the place
-        der_cursor_t numbers(top.next(asn_tag_t::SEQUENCE, "a SEQUENCE, the signature value"));
-        numbers.next(asn_tag_t::INTEGER, "an INTEGER, r");
-        numbers.next(asn_tag_t::INTEGER, "an INTEGER, s");
+        der_cursor_t numbers(top.next(asn_tag_t::SEQUENCE, "the signature value"));
+        numbers.next(asn_tag_t::INTEGER, "r");
+        numbers.next(asn_tag_t::INTEGER, "s");
     }
     const bytes_t r(signature.r, signature.r_len);
     const bytes_t s(signature.s, signature.s_len);
@@ -65,8 +65,8 @@ exit_code_t show_ike(const input_t& input, const options_t& options, oid_map_han
     const auto algorithm = read_signature_algorithm(input.der, map);
     if (!algorithm) {
         der_cursor_t top(input.der);
-        der_cursor_t identifier(top.next(asn_tag_t::SEQUENCE, "a SEQUENCE, the algorithm identifier"));
-        identifier.next(asn_tag_t::OBJECT_IDENTIFIER, "an OBJECT IDENTIFIER, the algorithm");
+        der_cursor_t identifier(top.next(asn_tag_t::SEQUENCE, "the algorithm identifier"));
+        identifier.next(asn_tag_t::OBJECT_IDENTIFIER, "the algorithm");
         throw data_fault_t("not an algorithm identifier");
     }
     const bool is_known = algorithm->alg != PKI_ALG_NONE;

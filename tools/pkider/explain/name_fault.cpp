@@ -1,6 +1,7 @@
 #include "tools/pkider/explain/name_fault.h"
 
 #include "tools/pkider/formats/name_around_value.h"
+#include "tools/pkider/formats/tags.h"
 
 #include <pkider/dn.h>
 
@@ -10,10 +11,8 @@
 namespace tool {
 namespace {
 
-constexpr std::uint8_t utf8_string = 12, numeric_string = 18, printable_string = 19, teletex_string = 20;
-constexpr std::uint8_t ia5_string = 22, universal_string = 28, bmp_string = 30;
-constexpr std::uint8_t string_tags[] = {utf8_string, numeric_string,   printable_string, teletex_string,
-                                        ia5_string,  universal_string, bmp_string};
+constexpr std::uint8_t string_tags[] = {utf8_string_tag, numeric_string_tag,   printable_string_tag, teletex_string_tag,
+                                        ia5_string_tag,  universal_string_tag, bmp_string_tag};
 
 bool print(bytes_t der, oid_map_handle_t map, PrintableDnOrder order, std::string& out) {
     if (der.size() > std::numeric_limits<std::uint32_t>::max()) throw data_fault_t("a Name of 4 GiB and more");
@@ -62,17 +61,17 @@ void check_value(der_cursor_t& attribute) {
     const der_element_t value = next(attribute, asn_tag_t::ANY, DN_FAULT_VALUE_HEADER, "the value");
     der_cursor_t contents(value);
     switch (value.identifier) {
-    case numeric_string:
+    case numeric_string_tag:
         if (!std::ranges::all_of(value.contents, is_numeric_character))
             fail(contents, DN_FAULT_NUMERIC_STRING, "digits and blanks only");
         break;
-    case teletex_string:
+    case teletex_string_tag:
         if (!converts(value)) fail(contents, DN_FAULT_TELETEX, "characters of T.61");
         break;
-    case bmp_string:
+    case bmp_string_tag:
         if (!converts(value)) fail(contents, DN_FAULT_WIDE_STRING, "characters of 2 bytes, none of them a surrogate");
         break;
-    case universal_string:
+    case universal_string_tag:
         if (!converts(value))
             fail(contents, DN_FAULT_WIDE_STRING, "characters of 4 bytes up to 10FFFF, none of them a surrogate");
         break;
@@ -83,14 +82,12 @@ void check_value(der_cursor_t& attribute) {
 
 // Name ::= SEQUENCE OF SET OF SEQUENCE { type OBJECT IDENTIFIER, value ANY }
 void check_name(der_cursor_t der, oid_map_handle_t map) {
-    der_cursor_t name(next(der, asn_tag_t::SEQUENCE, DN_FAULT_NOT_A_NAME, "a Name (a SEQUENCE)"));
+    der_cursor_t name(next(der, asn_tag_t::SEQUENCE, DN_FAULT_NOT_A_NAME, "a Name"));
     while (!name.at_end()) {
-        der_cursor_t rdn(next(name, asn_tag_t::SET, DN_FAULT_NOT_A_SET, "a RelativeDistinguishedName (a SET)"));
+        der_cursor_t rdn(next(name, asn_tag_t::SET, DN_FAULT_NOT_A_SET, "a RelativeDistinguishedName"));
         while (!rdn.at_end()) {
-            der_cursor_t attribute(
-                next(rdn, asn_tag_t::SEQUENCE, DN_FAULT_NOT_A_SEQUENCE, "an AttributeTypeAndValue (a SEQUENCE)"));
-            check_type(next(attribute, asn_tag_t::OBJECT_IDENTIFIER, DN_FAULT_NOT_AN_OID, "an attribute type (an OID)"),
-                       map);
+            der_cursor_t attribute(next(rdn, asn_tag_t::SEQUENCE, DN_FAULT_NOT_A_SEQUENCE, "an AttributeTypeAndValue"));
+            check_type(next(attribute, asn_tag_t::OBJECT_IDENTIFIER, DN_FAULT_NOT_AN_OID, "an attribute type"), map);
             check_value(attribute);
         }
     }

@@ -28,4 +28,7 @@ struct certificate_t {
 /// expected.
 certificate_t read_certificate(der_cursor_t& bytes);
 
+/// The subject alone, of a certificate that may be damaged behind it.
+der_element_t read_certificate_subject(der_cursor_t& bytes);
+
 } // namespace tool

@@ -57,10 +57,8 @@ certificate_facts_t read_certificate_facts(const certificate_t& certificate, oid
 
 facts_t certificate_lines(const certificate_facts_t& facts) {
     facts_t lines = {{fact::serial, facts.serial}, {fact::valid, facts.not_before + " to " + facts.not_after}};
-    lines.push_back({fact::key, public_key_line(facts.key)});
-    for (const auto& line : public_key_details(facts.key)) lines.push_back(line);
-    lines.push_back({fact::signature, signature_algorithm_name(facts.signature)});
-    if (facts.signature.pss) lines.push_back({fact::pss, pss_line(*facts.signature.pss)});
+    add_public_key_lines(facts.key, lines);
+    add_signature_lines(facts.signature, lines);
     return lines;
 }
 

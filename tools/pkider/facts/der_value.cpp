@@ -3,6 +3,7 @@
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/facts/oid_names.h"
 #include "tools/pkider/formats/name_around_value.h"
+#include "tools/pkider/formats/tags.h"
 
 #include <pkider/dn.h>
 
@@ -12,24 +13,6 @@
 
 namespace tool {
 namespace {
-
-enum universal_t : std::uint8_t { // X.680 8.4
-    boolean_tag = 1,
-    integer_tag = 2,
-    bit_string_tag = 3,
-    oid_tag = 6,
-    enumerated_tag = 10,
-    utf8_tag = 12,
-    numeric_tag = 18,
-    printable_tag = 19,
-    teletex_tag = 20,
-    ia5_tag = 22,
-    utc_time_tag = 23,
-    generalized_time_tag = 24,
-    visible_tag = 26,
-    universal_tag = 28,
-    bmp_tag = 30,
-};
 
 constexpr std::uint64_t max_oid_bytes = 256; // longer ones are no name of anything
 constexpr std::uint64_t max_decimal_bytes = 8;
@@ -129,17 +112,17 @@ der_value_t describe_value(const der_header_t& node, std::uint64_t max_bytes, oi
         return as_bits(contents, max_bytes);
     case oid_tag:
         return as_oid(contents, max_bytes, map);
-    case utf8_tag:
-    case numeric_tag:
-    case printable_tag:
-    case ia5_tag:
+    case utf8_string_tag:
+    case numeric_string_tag:
+    case printable_string_tag:
+    case ia5_string_tag:
     case utc_time_tag:
     case generalized_time_tag:
-    case visible_tag:
+    case visible_string_tag:
         return as_text(contents, max_bytes);
-    case teletex_tag:
-    case universal_tag:
-    case bmp_tag:
+    case teletex_string_tag:
+    case universal_string_tag:
+    case bmp_string_tag:
         return as_converted(node.identifier, contents, max_bytes);
     default:
         return as_bytes(contents, max_bytes);

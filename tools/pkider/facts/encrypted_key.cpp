@@ -5,12 +5,18 @@
 
 namespace tool {
 
+encrypted_info_t read_encrypted_info(der_cursor_t& bytes) {
+    der_cursor_t info(bytes.next(asn_tag_t::SEQUENCE, "an EncryptedPrivateKeyInfo"));
+    encrypted_info_t out;
+    out.algorithm = info.next(asn_tag_t::SEQUENCE, "the encryption algorithm").contents;
+    out.ciphertext = info.next(asn_tag_t::OCTET_STRING, "the encrypted key").contents;
+    return out;
+}
+
 encrypted_key_t read_encrypted_key(bytes_t der) {
     der_cursor_t input(der);
-    der_cursor_t info(input.next(asn_tag_t::SEQUENCE, "SEQUENCE (EncryptedPrivateKeyInfo)"));
     encrypted_key_t key;
-    key.algorithm = info.next(asn_tag_t::SEQUENCE, "SEQUENCE (encryption algorithm)").contents;
-    info.next(asn_tag_t::OCTET_STRING, "OCTET STRING (encrypted key)");
+    key.algorithm = read_encrypted_info(input).algorithm;
     if (!input.at_end()) input.fail("the end of the encrypted key");
     if (!asn_read_pkcs8_encrypted_pki_gost(der.data(), der.size(), key.record)) {
         key.refusal = why_refused(key.algorithm);

@@ -10,6 +10,15 @@
 
 namespace tool {
 
+/// EncryptedPrivateKeyInfo ::= SEQUENCE { encryptionAlgorithm AlgorithmIdentifier, encryptedData OCTET STRING }
+struct encrypted_info_t {
+    bytes_t algorithm;  ///< Contents of the AlgorithmIdentifier.
+    bytes_t ciphertext; ///< Contents of the OCTET STRING.
+};
+
+/// Takes one off the front of the bytes. @throws der_fault_t
+encrypted_info_t read_encrypted_info(der_cursor_t& bytes);
+
 struct encrypted_key_t {
     pkcs8_encrypted_pki_gost_t record;
     bytes_t algorithm;   ///< Contents of the AlgorithmIdentifier.

@@ -5,10 +5,12 @@
 #include "tools/pkider/facts/alg_names.h"
 #include "tools/pkider/facts/certificate_facts.h"
 #include "tools/pkider/facts/fact_names.h"
+#include "tools/pkider/facts/request.h"
 #include "tools/pkider/formats/der_cursor.h"
 #include "tools/pkider/formats/der_integer.h"
 #include "tools/pkider/formats/der_names.h"
 #include "tools/pkider/formats/encodings.h"
+#include "tools/pkider/formats/tags.h"
 #include "tools/pkider/formats/time_text.h"
 
 #include <pkider/dn.h>
@@ -34,16 +36,6 @@ std::string algorithm_label(bytes_t identifier, oid_map_handle_t map) {
     return oid ? oid_label(describe_oid(oid->contents, map)) : "not named";
 }
 
-void add_key(const public_key_t& key, facts_t& facts) {
-    facts.push_back({fact::key, public_key_line(key)});
-    for (const auto& line : public_key_details(key)) facts.push_back(line);
-}
-
-void add_signature(const signature_algorithm_t& signature, facts_t& facts) {
-    facts.push_back({fact::signature, signature_algorithm_name(signature)});
-    if (signature.pss) facts.push_back({fact::pss, pss_line(*signature.pss)});
-}
-
 facts_t describe_certificate(bytes_t whole, oid_map_handle_t map) {
     der_cursor_t bytes(whole);
     const certificate_t certificate = read_certificate(bytes);
@@ -53,14 +45,11 @@ facts_t describe_certificate(bytes_t whole, oid_map_handle_t map) {
     return facts;
 }
 
-// CertificationRequestInfo ::= SEQUENCE { version, subject Name, subjectPKInfo, attributes [0] }
-facts_t describe_request(bytes_t contents, oid_map_handle_t map) {
-    facts_t facts;
-    der_cursor_t body(der_cursor_t(contents).take(asn_tag_t::SEQUENCE)->contents);
-    body.take(asn_tag_t::INTEGER);
-    facts.push_back({fact::subject, name_line(body.take(asn_tag_t::SEQUENCE)->whole, map)});
-    const auto key = read_public_key(body.take(asn_tag_t::SEQUENCE)->whole, map);
-    if (key) add_key(*key, facts);
+facts_t describe_request(bytes_t whole, oid_map_handle_t map) {
+    der_cursor_t bytes(whole);
+    const request_t request = read_request(bytes);
+    facts_t facts = {{fact::subject, name_line(request.subject.whole, map)}};
+    if (const auto key = read_public_key(request.public_key.whole, map)) add_public_key_lines(*key, facts);
     return facts;
 }
 
@@ -169,7 +158,7 @@ facts_t describe_algorithm(bytes_t whole, bytes_t contents, oid_map_handle_t map
     facts_t facts;
     facts.push_back({fact::algorithm, algorithm_label(contents, map)});
     const auto signature = read_signature_algorithm(whole, map);
-    if (signature && signature->alg != PKI_ALG_NONE) add_signature(*signature, facts);
+    if (signature && signature->alg != PKI_ALG_NONE) add_signature_lines(*signature, facts);
     return facts;
 }
 
@@ -203,7 +192,7 @@ facts_t describe_element(file_kind_t kind, const der_element_t& element, oid_map
     case file_kind_t::certificate:
         return describe_certificate(element.whole, map);
     case file_kind_t::request:
-        return describe_request(contents, map);
+        return describe_request(element.whole, map);
     case file_kind_t::certificate_list:
         return describe_certificate_list(contents, map);
     case file_kind_t::pkcs12:
@@ -233,7 +222,7 @@ facts_t describe_element(file_kind_t kind, const der_element_t& element, oid_map
         return {{fact::oid, oid_label(describe_oid(contents, map))}};
     case file_kind_t::public_key: {
         facts_t facts;
-        if (const auto key = read_public_key(element.whole, map)) add_key(*key, facts);
+        if (const auto key = read_public_key(element.whole, map)) add_public_key_lines(*key, facts);
         return facts;
     }
     default:

@@ -3,7 +3,7 @@
 #include "tools/pkider/facts/alg_names.h"
 #include "tools/pkider/formats/der_cursor.h"
 #include "tools/pkider/formats/der_integer.h"
-#include "tools/pkider/formats/time_text.h"
+#include "tools/pkider/formats/tags.h"
 
 #include <algorithm>
 #include <initializer_list>
@@ -19,7 +19,7 @@ constexpr asn_tag_t::Type oid = asn_tag_t::OBJECT_IDENTIFIER;
 constexpr asn_tag_t::Type sequence = asn_tag_t::SEQUENCE;
 constexpr asn_tag_t::Type set = asn_tag_t::SET;
 constexpr asn_tag_t::Type context_0 = asn_tag_t::CONTEXT_0;
-constexpr auto context_1 = static_cast<asn_tag_t::Type>(0xA1);
+constexpr asn_tag_t::Type context_1 = context_tag(1);
 
 /// Takes elements with these identifiers; false at the first that is missing.
 bool take_all(der_cursor_t& cursor, std::initializer_list<asn_tag_t::Type> identifiers) {

@@ -1,6 +1,8 @@
 #include "tools/pkider/facts/oid_names.h"
 
+#include "tools/pkider/formats/der_header.h"
 #include "tools/pkider/formats/oid_text.h"
+#include "tools/pkider/formats/tags.h"
 
 #include <pkider/alg.h>
 
@@ -234,11 +236,9 @@ std::string name_of(bytes_t contents, const std::string& dotted, oid_map_handle_
     }
     const auto len = static_cast<std::uint32_t>(contents.size());
     if (PKI_OID_TO_ALG(contents.data(), len) != PKI_ALG_NONE) {
-        // The catalogue's OIDs are short: one length octet will do.
-        std::string element = {'\x06', static_cast<char>(len)};
-        element.append(contents.begin(), contents.end());
+        const std::string element = der_header(oid_tag, len).append(as_text(contents));
         std::string name;
-        asn_oid_to_printable(reinterpret_cast<const std::uint8_t*>(element.data()), len + 2, name, false, {});
+        asn_oid_to_printable(as_bytes(element).data(), static_cast<std::uint32_t>(element.size()), name, false, {});
         return name;
     }
     const char* const known = find_name(dotted);
@@ -259,6 +259,10 @@ std::string oid_label(const oid_text_t& oid) {
     if (oid.dotted.empty()) return "not an object identifier";
     if (!oid.minimal) return oid.dotted + ", not minimal";
     return oid.name.empty() ? oid.dotted : oid.name + " (" + oid.dotted + ")";
+}
+
+std::string oid_name(const oid_text_t& oid) {
+    return oid.name.empty() ? oid_label(oid) : oid.name;
 }
 
 json_t oid_json(const oid_text_t& oid) {

@@ -23,6 +23,9 @@ oid_text_t describe_oid(bytes_t contents, oid_map_handle_t map);
 /// "SHA256 (2.16.840.1.101.3.4.2.1)", or the dotted text alone; contents that are no OID are said to be none.
 std::string oid_label(const oid_text_t& oid);
 
+/// "SHA256", or the label when there is no name.
+std::string oid_name(const oid_text_t& oid);
+
 /// {"name": "SHA256", "oid": "2.16.840.1.101.3.4.2.1"}; null for what is not known.
 json_t oid_json(const oid_text_t& oid);
 

@@ -2,24 +2,17 @@
 
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/explain/name_fault.h"
+#include "tools/pkider/facts/certificate.h"
 #include "tools/pkider/facts/private_key.h"
 #include "tools/pkider/formats/encodings.h"
 #include "tools/pkider/formats/utf16.h"
 
 namespace tool {
 
-/// Certificate ::= SEQUENCE { SEQUENCE { [0] version, serial, algorithm, issuer, validity, subject, ... } ... }
 std::string certificate_subject(bytes_t certificate, oid_map_handle_t map) {
     der_cursor_t input(certificate);
-    der_cursor_t outer(input.next(asn_tag_t::SEQUENCE, "SEQUENCE (Certificate)"));
-    der_cursor_t tbs(outer.next(asn_tag_t::SEQUENCE, "SEQUENCE (TBSCertificate)"));
-    if (tbs.sees(asn_tag_t::CONTEXT_0)) tbs.next(asn_tag_t::CONTEXT_0, "[0] (version)");
-    tbs.next(asn_tag_t::INTEGER, "INTEGER (serial number)");
-    tbs.next(asn_tag_t::SEQUENCE, "SEQUENCE (signature algorithm)");
-    tbs.next(asn_tag_t::SEQUENCE, "SEQUENCE (issuer)");
-    tbs.next(asn_tag_t::SEQUENCE, "SEQUENCE (validity)");
+    const der_element_t subject = read_certificate_subject(input);
     if (!input.at_end()) input.fail("the end of the certificate");
-    const der_element_t subject = tbs.next(asn_tag_t::SEQUENCE, "SEQUENCE (subject)");
     const std::string text = print_name(subject.whole, map, false, subject.offset);
     return text.empty() ? "(empty)" : text;
 }

@@ -1,7 +1,9 @@
 #include "tools/pkider/facts/p12_outline.h"
 
 #include "tools/pkider/base/failure.h"
+#include "tools/pkider/facts/encrypted_key.h"
 #include "tools/pkider/facts/pbe_algorithm.h"
+#include "tools/pkider/formats/tags.h"
 
 #include <algorithm>
 
@@ -14,7 +16,6 @@ template <uint8_t... Bytes>
 constexpr bytes_t oid{oid_bytes<Bytes...>};
 
 constexpr bytes_t encrypted_type = oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x07, 0x06>; // 1.2.840.113549.1.7.6
-constexpr asn_tag_t::Type primitive_context_0 = static_cast<asn_tag_t::Type>(0x80);
 
 /// 1.2.840.113549.1.12.10.1.n (RFC 7292 4.2)
 constexpr bytes_t bag_types = oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x0C, 0x0A, 0x01>;
@@ -39,21 +40,20 @@ void check_attributes(der_cursor_t attributes) {
     constexpr bytes_t friendly_name =
         oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x09, 0x14>;                              // 1.2.840.113549.1.9.20
     constexpr bytes_t local_key_id = oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x09, 0x15>; // 1.2.840.113549.1.9.21
-    constexpr auto bmp_string = static_cast<asn_tag_t::Type>(0x1E);
     while (!attributes.at_end()) {
-        der_cursor_t attribute(attributes.next(asn_tag_t::SEQUENCE, "SEQUENCE (attribute)"));
-        const der_element_t type = attribute.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER (attribute type)");
-        der_cursor_t values(attribute.next(asn_tag_t::SET, "SET (attribute values)"));
-        if (type.holds(friendly_name)) values.next(bmp_string, "BMPString (friendly name)");
-        if (type.holds(local_key_id)) values.next(asn_tag_t::OCTET_STRING, "OCTET STRING (local key id)");
+        der_cursor_t attribute(attributes.next(asn_tag_t::SEQUENCE, "an attribute"));
+        const der_element_t type = attribute.next(asn_tag_t::OBJECT_IDENTIFIER, "the attribute type");
+        der_cursor_t values(attribute.next(asn_tag_t::SET, "the attribute values"));
+        if (type.holds(friendly_name)) values.next(identifier_of(bmp_string_tag), "the friendly name");
+        if (type.holds(local_key_id)) values.next(asn_tag_t::OCTET_STRING, "the local key id");
     }
 }
 
 void check_cert_bag(der_cursor_t value) {
-    der_cursor_t cert_bag(value.next(asn_tag_t::SEQUENCE, "SEQUENCE (CertBag)"));
-    cert_bag.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER (certificate type)");
-    der_cursor_t explicit_value(cert_bag.next(asn_tag_t::CONTEXT_0, "[0] (certificate)"));
-    explicit_value.next(asn_tag_t::OCTET_STRING, "OCTET STRING (certificate)");
+    der_cursor_t cert_bag(value.next(asn_tag_t::SEQUENCE, "a CertBag"));
+    cert_bag.next(asn_tag_t::OBJECT_IDENTIFIER, "the certificate type");
+    der_cursor_t explicit_value(cert_bag.next(asn_tag_t::CONTEXT_0, "the certificate"));
+    explicit_value.next(asn_tag_t::OCTET_STRING, "the certificate");
 }
 
 /// The walk: in step with the decryptions and the items of the reading, which stand in the order of the file.
@@ -68,8 +68,8 @@ class p12_walk_t {
     p12_outline_t run(bytes_t file) {
         try {
             der_cursor_t safe(read_pfx(file).authenticated_safe);
-            der_cursor_t contents(safe.next(asn_tag_t::SEQUENCE, "SEQUENCE (AuthenticatedSafe)"));
-            while (!contents.at_end()) walk_content(contents.next(asn_tag_t::SEQUENCE, "SEQUENCE (ContentInfo)"));
+            der_cursor_t contents(safe.next(asn_tag_t::SEQUENCE, "an AuthenticatedSafe"));
+            while (!contents.at_end()) walk_content(contents.next(asn_tag_t::SEQUENCE, "a ContentInfo"));
             if (!m_reading.complete) m_outline.fault = "malformed DER";
         } catch (const data_fault_t& fault) {
             m_outline.fault = m_fault_prefix + fault.what();
@@ -81,11 +81,10 @@ class p12_walk_t {
     void walk_content(const der_element_t& element) {
         p12_content_t& content = m_outline.contents.emplace_back();
         der_cursor_t info(element);
-        const der_element_t type = info.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER (content type)");
-        der_cursor_t value(info.next(asn_tag_t::CONTEXT_0, "[0] (content)"));
+        const der_element_t type = info.next(asn_tag_t::OBJECT_IDENTIFIER, "the content type");
+        der_cursor_t value(info.next(asn_tag_t::CONTEXT_0, "the content"));
         if (type.holds(data_type)) {
-            walk_safe_contents(der_cursor_t(value.next(asn_tag_t::OCTET_STRING, "OCTET STRING (SafeContents)")),
-                               content);
+            walk_safe_contents(der_cursor_t(value.next(asn_tag_t::OCTET_STRING, "the SafeContents")), content);
         } else if (type.holds(encrypted_type)) {
             content.encrypted = true;
             walk_encrypted(value, content);
@@ -95,15 +94,15 @@ class p12_walk_t {
     }
 
     void walk_encrypted(der_cursor_t value, p12_content_t& content) {
-        der_cursor_t data(value.next(asn_tag_t::SEQUENCE, "SEQUENCE (EncryptedData)"));
-        const der_element_t version = data.next(asn_tag_t::INTEGER, "INTEGER (version)");
-        der_cursor_t info(data.next(asn_tag_t::SEQUENCE, "SEQUENCE (EncryptedContentInfo)"));
+        der_cursor_t data(value.next(asn_tag_t::SEQUENCE, "an EncryptedData"));
+        const der_element_t version = data.next(asn_tag_t::INTEGER, "the version");
+        der_cursor_t info(data.next(asn_tag_t::SEQUENCE, "an EncryptedContentInfo"));
         if (version.contents.size() != 1 && (version.contents.empty() || version.contents[0] != 0))
             throw der_fault_t(version.offset, "version 0");
-        const der_element_t type = info.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER (content type)");
-        const der_element_t algorithm = info.next(asn_tag_t::SEQUENCE, "SEQUENCE (encryption algorithm)");
-        const der_element_t ciphertext = info.next(primitive_context_0, "primitive [0] (encrypted content)");
-        if (!data.at_end()) data.next(asn_tag_t::ANY, "an element (attributes)");
+        const der_element_t type = info.next(asn_tag_t::OBJECT_IDENTIFIER, "the content type");
+        const der_element_t algorithm = info.next(asn_tag_t::SEQUENCE, "the encryption algorithm");
+        const der_element_t ciphertext = info.next(primitive_context_tag(0), "the encrypted content");
+        if (!data.at_end()) data.next(asn_tag_t::ANY, "the attributes");
 
         if (!type.holds(data_type)) {
             content.skipped = "the encrypted type is " + algorithm_name(type.contents);
@@ -124,19 +123,19 @@ class p12_walk_t {
 
     /// The SafeContents in an OCTET STRING; offsets count from what other programs encrypt, behind its header.
     static der_cursor_t contents_of_plaintext(bytes_t plain) {
-        return der_cursor_t(der_cursor_t(plain).next(asn_tag_t::OCTET_STRING, "OCTET STRING").contents);
+        return der_cursor_t(der_cursor_t(plain).next(asn_tag_t::OCTET_STRING, "the plaintext").contents);
     }
 
     void walk_safe_contents(der_cursor_t safe, p12_content_t& content) {
-        der_cursor_t bags(safe.next(asn_tag_t::SEQUENCE, "SEQUENCE (SafeContents)"));
-        while (!bags.at_end()) walk_bag(bags.next(asn_tag_t::SEQUENCE, "SEQUENCE (SafeBag)"), content);
+        der_cursor_t bags(safe.next(asn_tag_t::SEQUENCE, "a SafeContents"));
+        while (!bags.at_end()) walk_bag(bags.next(asn_tag_t::SEQUENCE, "a SafeBag"), content);
     }
 
     void walk_bag(const der_element_t& element, p12_content_t& content) {
         der_cursor_t cursor(element);
-        const der_element_t type = cursor.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER (bag type)");
-        const der_element_t value = cursor.next(asn_tag_t::CONTEXT_0, "[0] (bag value)");
-        if (cursor.sees(asn_tag_t::SET)) check_attributes(der_cursor_t(cursor.next(asn_tag_t::SET, "SET")));
+        const der_element_t type = cursor.next(asn_tag_t::OBJECT_IDENTIFIER, "the bag type");
+        const der_element_t value = cursor.next(asn_tag_t::CONTEXT_0, "the bag value");
+        if (cursor.sees(asn_tag_t::SET)) check_attributes(der_cursor_t(cursor.next(asn_tag_t::SET, "the attributes")));
 
         p12_bag_t bag;
         bag.kind = bag_kind(type.contents);
@@ -163,19 +162,17 @@ class p12_walk_t {
     }
 
     void take_shrouded_key(const der_element_t& value, p12_bag_t& bag) {
-        // EncryptedPrivateKeyInfo ::= SEQUENCE { AlgorithmIdentifier, OCTET STRING }; a malformed one is passed over.
+        // A malformed EncryptedPrivateKeyInfo is passed over.
         try {
             der_cursor_t cursor(value);
-            der_cursor_t info(cursor.next(asn_tag_t::SEQUENCE, "SEQUENCE (EncryptedPrivateKeyInfo)"));
-            const der_element_t algorithm = info.next(asn_tag_t::SEQUENCE, "SEQUENCE (encryption algorithm)");
-            const der_element_t ciphertext = info.next(asn_tag_t::OCTET_STRING, "OCTET STRING (encrypted key)");
-            const decryption_t* const decryption = take_decryption(ciphertext.contents);
+            const encrypted_info_t info = read_encrypted_info(cursor);
+            const decryption_t* const decryption = take_decryption(info.ciphertext);
             if (decryption == nullptr) {
-                bag.skipped = why_refused(algorithm.contents);
+                bag.skipped = why_refused(info.algorithm);
             } else if (decryption->fault != pbe_fault_t::none) {
                 bag.skipped = why_not_decrypted(*decryption);
             } else {
-                bag.protection = protection_text(algorithm.contents, decryption->iterations);
+                bag.protection = protection_text(info.algorithm, decryption->iterations);
                 take_item(bag);
             }
         } catch (const der_fault_t& fault) {

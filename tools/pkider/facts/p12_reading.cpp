@@ -28,20 +28,20 @@ bool is_accepted_version(bytes_t contents) {
 
 pfx_t read_pfx(bytes_t file) {
     der_cursor_t input(file);
-    der_cursor_t pfx(input.next(asn_tag_t::SEQUENCE, "SEQUENCE (PFX)"));
-    const der_element_t version = pfx.next(asn_tag_t::INTEGER, "INTEGER (version)");
-    der_cursor_t content_info(pfx.next(asn_tag_t::SEQUENCE, "SEQUENCE (authSafe)"));
+    der_cursor_t pfx(input.next(asn_tag_t::SEQUENCE, "a PFX"));
+    const der_element_t version = pfx.next(asn_tag_t::INTEGER, "the version");
+    der_cursor_t content_info(pfx.next(asn_tag_t::SEQUENCE, "authSafe"));
     if (!is_accepted_version(version.contents)) throw der_fault_t(version.offset, "version 3");
 
-    const der_element_t type = content_info.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER (content type)");
+    const der_element_t type = content_info.next(asn_tag_t::OBJECT_IDENTIFIER, "the content type");
     if (!type.holds(data_type)) {
         throw der_fault_t(type.offset, "content type data: files that are signed have no MAC by a password");
     }
-    der_cursor_t explicit_content(content_info.next(asn_tag_t::CONTEXT_0, "[0] (content)"));
+    der_cursor_t explicit_content(content_info.next(asn_tag_t::CONTEXT_0, "the content"));
 
     pfx_t out;
-    out.authenticated_safe = explicit_content.next(asn_tag_t::OCTET_STRING, "OCTET STRING (AuthenticatedSafe)");
-    const der_element_t mac_data = pfx.next(asn_tag_t::SEQUENCE, "SEQUENCE (MacData)");
+    out.authenticated_safe = explicit_content.next(asn_tag_t::OCTET_STRING, "the AuthenticatedSafe");
+    const der_element_t mac_data = pfx.next(asn_tag_t::SEQUENCE, "the MacData");
     if (!asn_read_pkcs12_MacData(mac_data.contents.data(), mac_data.contents.size(), out.mac)) {
         throw der_fault_t(mac_data.offset, "a well-formed MacData");
     }
@@ -74,8 +74,8 @@ p12_reading_t::~p12_reading_t() {
 }
 
 std::string mac_text(const pkcs12_mac_t& mac, mac_form_t form) {
-    const der_element_t digest = der_cursor_t({mac.digest_alg, mac.digest_alg_len})
-                                     .next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER (digest)");
+    const der_element_t digest =
+        der_cursor_t({mac.digest_alg, mac.digest_alg_len}).next(asn_tag_t::OBJECT_IDENTIFIER, "the digest");
     return algorithm_name(digest.contents) +
            (form == mac_form_t::pbkdf2 ? ", PBKDF2 with " : ", PKCS#12 key derivation with ") +
            count_text(mac.iterations, "iteration");

@@ -2,16 +2,12 @@
 
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
+#include "tools/pkider/facts/gost_kinds.h"
 
 #include <algorithm>
 
 namespace tool {
 namespace {
-
-constexpr uint8_t gost_2001[] = {0x2A, 0x85, 0x03, 0x02, 0x02, 0x13};                 // 1.2.643.2.2.19
-constexpr uint8_t gost_2012_256[] = {0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x01, 0x01}; // 1.2.643.7.1.1.1.1
-constexpr uint8_t gost_2012_512[] = {0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x01, 0x02}; // 1.2.643.7.1.1.1.2
-constexpr bytes_t gost_algorithms[] = {gost_2001, gost_2012_256, gost_2012_512};
 
 // clang-format off
 //                                     member in JSON    label on the screen
@@ -23,21 +19,26 @@ constexpr fact_name_t odd_form             {"form",        "form"};
 // clang-format on
 
 bool is_gost_algorithm(bytes_t oid) {
-    return std::ranges::any_of(gost_algorithms, [&](bytes_t each) { return std::ranges::equal(each, oid); });
+    return std::ranges::any_of(gost_kinds, [&](const gost_kind_t& kind) {
+        const PKI_OID& of_kind = PKI_KEY_ALG_TO_OID(kind.alg);
+        return std::ranges::equal(bytes_t(of_kind.data, of_kind.len), oid);
+    });
 }
 
 } // namespace
 
 private_key_t read_private_key(bytes_t info) {
     der_cursor_t input(info);
-    der_cursor_t cursor(input.next(asn_tag_t::SEQUENCE, "SEQUENCE (PrivateKeyInfo)"));
-    cursor.next(asn_tag_t::INTEGER, "INTEGER (version)");
-    der_cursor_t algorithm(cursor.next(asn_tag_t::SEQUENCE, "SEQUENCE (algorithm)"));
-    const der_element_t oid = algorithm.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER (algorithm)");
-
+    der_cursor_t cursor(input.next(asn_tag_t::SEQUENCE, "a PrivateKeyInfo"));
     private_key_t key;
+    key.version = cursor.next(asn_tag_t::INTEGER, "the version").whole;
+    const der_element_t identifier = cursor.next(asn_tag_t::SEQUENCE, "the algorithm");
+    key.algorithm_identifier = identifier.whole;
+    der_cursor_t algorithm(identifier);
+    const der_element_t oid = algorithm.next(asn_tag_t::OBJECT_IDENTIFIER, "the algorithm");
     if (!algorithm.at_end()) key.parameters = algorithm.next(asn_tag_t::ANY, "the algorithm's parameters").whole;
-    key.octets = cursor.next(asn_tag_t::OCTET_STRING, "OCTET STRING (private key)").contents;
+    key.octets = cursor.next(asn_tag_t::OCTET_STRING, "the private key").contents;
+    key.attributes = cursor.remaining();
     if (!input.at_end()) input.fail("the end of the private key");
 
     key.algorithm = describe_oid(oid.contents, {});
@@ -49,8 +50,7 @@ private_key_t read_private_key(bytes_t info) {
 
 std::string private_key_line(const private_key_t& key) {
     const std::size_t size = key.gost ? key.gost->key_len : key.octets.size();
-    return (key.algorithm.name.empty() ? oid_label(key.algorithm) : key.algorithm.name) + ", " +
-           count_text(size, "byte");
+    return oid_name(key.algorithm) + ", " + count_text(size, "byte");
 }
 
 facts_t private_key_details(const private_key_t& key) {
@@ -58,10 +58,10 @@ facts_t private_key_details(const private_key_t& key) {
     if (!key.is_gost) return lines;
     // GostR3410-PublicKeyParameters ::= SEQUENCE { publicKeyParamSet, digestParamSet OPTIONAL, ... }  (RFC 4491 2.3.2)
     try {
-        der_cursor_t parameters(der_cursor_t(key.parameters).next(asn_tag_t::SEQUENCE, "SEQUENCE"));
+        der_cursor_t parameters(der_cursor_t(key.parameters).next(asn_tag_t::SEQUENCE, "the parameters"));
         for (const fact_name_t& name : parameter_sets) {
             if (!parameters.sees(asn_tag_t::OBJECT_IDENTIFIER)) break;
-            const der_element_t set = parameters.next(asn_tag_t::OBJECT_IDENTIFIER, "OBJECT IDENTIFIER");
+            const der_element_t set = parameters.next(asn_tag_t::OBJECT_IDENTIFIER, "a parameter set");
             lines.push_back({name, oid_label(describe_oid(set.contents, {}))});
         }
     } catch (const der_fault_t& fault) {

@@ -18,6 +18,9 @@ struct private_key_t {
     bool is_gost = false;                 ///< By the algorithm, whatever the form of the key.
     bytes_t parameters;                   ///< Of the algorithm, the whole element; empty when there are none.
     bytes_t octets;                       ///< Contents of the privateKey OCTET STRING.
+    bytes_t version;                      ///< The whole element.
+    bytes_t algorithm_identifier;         ///< The whole element.
+    bytes_t attributes;                   ///< What follows the privateKey.
 };
 
 /// Reads a PrivateKeyInfo that stands alone; the views point into it. @throws der_fault_t

@@ -99,7 +99,7 @@ std::optional<public_key_t> read_public_key(bytes_t spki, oid_map_handle_t map) 
 }
 
 std::string public_key_line(const public_key_t& key) {
-    std::string line = key.algorithm.name.empty() ? oid_label(key.algorithm) : key.algorithm.name;
+    std::string line = oid_name(key.algorithm);
     if (key.rsa) {
         line += ", " + count_text(bit_length(key.rsa->modulus), "bit") + ", exponent " + number_text(key.rsa->exponent);
     }
@@ -116,6 +116,11 @@ facts_t public_key_details(const public_key_t& key) {
     if (key.gost->digest_set) lines.push_back({fact::digest_set, oid_label(*key.gost->digest_set)});
     if (key.gost->encryption_set) lines.push_back({fact::cipher_set, oid_label(*key.gost->encryption_set)});
     return lines;
+}
+
+void add_public_key_lines(const public_key_t& key, facts_t& facts) {
+    facts.push_back({fact::key, public_key_line(key)});
+    for (const auto& line : public_key_details(key)) facts.push_back(line);
 }
 
 json_t public_key_json(const public_key_t& key) {

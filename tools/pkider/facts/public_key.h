@@ -43,6 +43,9 @@ std::string public_key_line(const public_key_t& key);
 /// The lines behind the first: parameter sets by name.
 facts_t public_key_details(const public_key_t& key);
 
+/// "key" with its line, and the lines behind it.
+void add_public_key_lines(const public_key_t& key, facts_t& facts);
+
 /// {"algorithm": {...}, "bits": 2048, "exponent": "65537", ...}; the fields are told in docs/certificate_json.md.
 json_t public_key_json(const public_key_t& key);
 

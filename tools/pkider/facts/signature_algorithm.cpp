@@ -2,15 +2,13 @@
 
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/facts/alg_names.h"
+#include "tools/pkider/facts/fact_names.h"
 #include "tools/pkider/formats/der_cursor.h"
 #include "tools/pkider/formats/der_integer.h"
+#include "tools/pkider/formats/tags.h"
 
 namespace tool {
 namespace {
-
-constexpr asn_tag_t::Type context(std::uint32_t number) {
-    return static_cast<asn_tag_t::Type>(asn_tag_t::CONTEXT_0 + number);
-}
 
 /// AlgorithmIdentifier: its OID, and what follows it.
 bool read_identifier(bytes_t whole, bytes_t& oid, bytes_t& parameters) {
@@ -24,8 +22,8 @@ bool read_identifier(bytes_t whole, bytes_t& oid, bytes_t& parameters) {
     return true;
 }
 
-bool read_field(der_cursor_t& fields, std::uint32_t number, bytes_t& contents) {
-    const auto field = fields.take(context(number));
+bool read_field(der_cursor_t& fields, std::uint8_t number, bytes_t& contents) {
+    const auto field = fields.take(context_tag(number));
     if (!field) return false;
     contents = field->contents;
     return true;
@@ -81,10 +79,6 @@ std::string default_mark(bool is_default) {
     return is_default ? " (default)" : "";
 }
 
-std::string short_label(const oid_text_t& oid) {
-    return oid.name.empty() ? oid_label(oid) : oid.name;
-}
-
 } // namespace
 
 std::optional<signature_algorithm_t> read_signature_algorithm(bytes_t identifier, oid_map_handle_t map) {
@@ -105,13 +99,18 @@ std::optional<signature_algorithm_t> read_signature_algorithm(bytes_t identifier
 
 std::string signature_algorithm_name(const signature_algorithm_t& algorithm) {
     const alg_row_t* const row = find_alg(algorithm.alg);
-    return row == nullptr ? short_label(algorithm.oid) : row->name;
+    return row == nullptr ? oid_name(algorithm.oid) : row->name;
 }
 
 std::string pss_line(const pss_parameters_t& pss) {
-    return "hash " + short_label(pss.hash) + default_mark(pss.hash_is_default) + ", mask MGF1 with " +
-           short_label(pss.mask_hash) + default_mark(pss.mask_is_default) + ", salt " +
+    return "hash " + oid_name(pss.hash) + default_mark(pss.hash_is_default) + ", mask MGF1 with " +
+           oid_name(pss.mask_hash) + default_mark(pss.mask_is_default) + ", salt " +
            count_text(pss.salt_length, "byte") + default_mark(pss.salt_is_default);
+}
+
+void add_signature_lines(const signature_algorithm_t& algorithm, facts_t& facts) {
+    facts.push_back({fact::signature, signature_algorithm_name(algorithm)});
+    if (algorithm.pss) facts.push_back({fact::pss, pss_line(*algorithm.pss)});
 }
 
 json_t signature_algorithm_json(const signature_algorithm_t& algorithm) {

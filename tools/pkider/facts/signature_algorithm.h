@@ -1,6 +1,7 @@
 // What a signature algorithm identifier says, the parameters of RSASSA-PSS included (RFC 4055 3.1).
 #pragma once
 
+#include "tools/pkider/facts/facts.h"
 #include "tools/pkider/facts/oid_names.h"
 
 #include <pkider/alg.h>
@@ -35,6 +36,9 @@ std::string signature_algorithm_name(const signature_algorithm_t& algorithm);
 
 /// "hash SHA256, mask MGF1 with SHA1 (default), salt 20 bytes (default)"
 std::string pss_line(const pss_parameters_t& pss);
+
+/// "signature" with its name, and "PSS" with its line.
+void add_signature_lines(const signature_algorithm_t& algorithm, facts_t& facts);
 
 /// {"name": ..., "oid": ..., "value": ..., "pss": {...}}; the fields are told in docs/certificate_json.md.
 json_t signature_algorithm_json(const signature_algorithm_t& algorithm);

@@ -14,4 +14,5 @@ set(tool_facts_sources
   pbe_algorithm.cpp
   private_key.cpp
   public_key.cpp
+  request.cpp
   signature_algorithm.cpp)

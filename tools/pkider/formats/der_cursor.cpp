@@ -1,6 +1,7 @@
 #include "tools/pkider/formats/der_cursor.h"
 
 #include "tools/pkider/base/failure.h"
+#include "tools/pkider/formats/der_names.h"
 #include "tools/pkider/formats/encodings.h"
 
 #include <algorithm>
@@ -42,7 +43,10 @@ std::optional<der_element_t> der_cursor_t::take(asn_tag_t::Type tag) {
 der_element_t der_cursor_t::next(asn_tag_t::Type tag, const std::string& what) {
     const std::optional<der_element_t> element = take(tag);
     if (element) return *element;
-    throw der_fault_t(m_offset, what, describe(m_rest) + (has_identifier(m_rest, tag) ? ", whose length is bad" : ""));
+    const bool any = tag == asn_tag_t::ANY;
+    const std::string expected = any ? what : what + " (" + type_of(static_cast<std::uint8_t>(tag)) + ")";
+    throw der_fault_t(m_offset, expected,
+                      describe(m_rest) + (has_identifier(m_rest, tag) ? ", whose length is bad" : ""));
 }
 
 void der_cursor_t::fail(const std::string& what) const {

@@ -46,7 +46,8 @@ class der_cursor_t {
     /// The next element if it has this identifier octet (ANY: whatever it has) and fits; otherwise the cursor stays.
     std::optional<der_element_t> take(asn_tag_t::Type tag = asn_tag_t::ANY);
 
-    /// The next element. Throws der_fault_t, which says that `what` was expected here.
+    /// The next element. Throws der_fault_t, which says that `what` was expected here, and its type: what "the issuer"
+    /// is reads "the issuer (a SEQUENCE)".
     der_element_t next(asn_tag_t::Type tag, const std::string& what);
 
     /// Throws der_fault_t for this place, whatever stands here.

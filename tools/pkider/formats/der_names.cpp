@@ -2,55 +2,61 @@
 
 #include "tools/pkider/formats/der_walker.h"
 
-#include <array>
+#include <algorithm>
+#include <iterator>
+#include <string_view>
 
 namespace tool {
 namespace {
 
-// X.680 8.4, table 1.
-constexpr std::array<const char*, 31> universal_names = {
-    nullptr,             // 0, end of contents: not in DER
-    "BOOLEAN",           // 1
-    "INTEGER",           // 2
-    "BIT STRING",        // 3
-    "OCTET STRING",      // 4
-    "NULL",              // 5
-    "OBJECT IDENTIFIER", // 6
-    "ObjectDescriptor",  // 7
-    "EXTERNAL",          // 8
-    "REAL",              // 9
-    "ENUMERATED",        // 10
-    "EMBEDDED PDV",      // 11
-    "UTF8String",        // 12
-    "RELATIVE-OID",      // 13
-    "TIME",              // 14
-    nullptr,             // 15, reserved
-    "SEQUENCE",          // 16
-    "SET",               // 17
-    "NumericString",     // 18
-    "PrintableString",   // 19
-    "TeletexString",     // 20
-    "VideotexString",    // 21
-    "IA5String",         // 22
-    "UTCTime",           // 23
-    "GeneralizedTime",   // 24
-    "GraphicString",     // 25
-    "VisibleString",     // 26
-    "GeneralString",     // 27
-    "UniversalString",   // 28
-    "CHARACTER STRING",  // 29
-    "BMPString",         // 30
+struct name_row_t {
+    universal_tag_t tag;
+    const char* name;
 };
 
+// X.680 8.4, table 1.
+constexpr name_row_t name_rows[] = {
+    {boolean_tag, "BOOLEAN"},
+    {integer_tag, "INTEGER"},
+    {bit_string_tag, "BIT STRING"},
+    {octet_string_tag, "OCTET STRING"},
+    {null_tag, "NULL"},
+    {oid_tag, "OBJECT IDENTIFIER"},
+    {object_descriptor_tag, "ObjectDescriptor"},
+    {external_tag, "EXTERNAL"},
+    {real_tag, "REAL"},
+    {enumerated_tag, "ENUMERATED"},
+    {embedded_pdv_tag, "EMBEDDED PDV"},
+    {utf8_string_tag, "UTF8String"},
+    {relative_oid_tag, "RELATIVE-OID"},
+    {time_tag, "TIME"},
+    {sequence_tag, "SEQUENCE"},
+    {set_tag, "SET"},
+    {numeric_string_tag, "NumericString"},
+    {printable_string_tag, "PrintableString"},
+    {teletex_string_tag, "TeletexString"},
+    {videotex_string_tag, "VideotexString"},
+    {ia5_string_tag, "IA5String"},
+    {utc_time_tag, "UTCTime"},
+    {generalized_time_tag, "GeneralizedTime"},
+    {graphic_string_tag, "GraphicString"},
+    {visible_string_tag, "VisibleString"},
+    {general_string_tag, "GeneralString"},
+    {universal_string_tag, "UniversalString"},
+    {character_string_tag, "CHARACTER STRING"},
+    {bmp_string_tag, "BMPString"},
+};
+
+constexpr universal_tag_t constructed_types[] = {external_tag, embedded_pdv_tag, sequence_tag, set_tag,
+                                                 character_string_tag};
+
 std::string universal_name(const der_header_t& header) {
-    const std::uint64_t number = header.tag_number;
-    if (number >= universal_names.size() || universal_names[number] == nullptr) {
-        return "[UNIVERSAL " + std::to_string(number) + "]";
-    }
-    const bool always_constructed = number == 8 || number == 11 || number == 16 || number == 17 || number == 29;
-    std::string name = universal_names[number];
-    if (header.constructed() == always_constructed) return name;
-    return name + (header.constructed() ? " (constructed)" : " (primitive)");
+    const auto* const row = std::ranges::find_if(
+        name_rows, [&](const name_row_t& candidate) { return candidate.tag == header.tag_number; });
+    if (row == std::end(name_rows)) return "[UNIVERSAL " + std::to_string(header.tag_number) + "]";
+    const bool is_constructed_type = std::ranges::find(constructed_types, row->tag) != std::end(constructed_types);
+    if (header.constructed() == is_constructed_type) return row->name;
+    return std::string(row->name) + (header.constructed() ? " (constructed)" : " (primitive)");
 }
 
 } // namespace
@@ -67,6 +73,16 @@ std::string tag_name(const der_header_t& header) {
     default:
         return "[PRIVATE " + number + "]";
     }
+}
+
+std::string type_of(std::uint8_t identifier) {
+    der_header_t header;
+    header.identifier = identifier;
+    header.tag_number = identifier & tag_number_bits;
+    const std::string name = tag_name(header);
+    if (name.starts_with('[')) return header.constructed() ? name : name + ", primitive";
+    const bool has_vowel = std::string_view("AEIO").find(name.front()) != std::string_view::npos; // "a UTCTime"
+    return (has_vowel ? "an " : "a ") + name;
 }
 
 } // namespace tool

@@ -8,7 +8,6 @@
 namespace tool {
 namespace {
 
-constexpr std::uint8_t high_tag_form = 0x1F; // X.690 8.1.2.4
 constexpr std::uint8_t indefinite_length = 0x80;
 constexpr std::uint64_t max_tag_octets = 9; // 63 bits of tag number
 constexpr std::uint64_t max_levels = 1024;  // more than anything but an attack nests
@@ -17,8 +16,8 @@ constexpr std::uint64_t max_levels = 1024;  // more than anything but an attack 
 std::uint64_t read_identifier(bytes_t bytes, der_header_t& out) {
     if (bytes.empty()) return 0;
     out.identifier = bytes[0];
-    out.tag_number = bytes[0] & high_tag_form;
-    if (out.tag_number != high_tag_form) return 1;
+    out.tag_number = bytes[0] & tag_number_bits;
+    if (out.tag_number != tag_number_bits) return 1;
 
     out.tag_number = 0;
     for (std::uint64_t i = 1; i < bytes.size() && i <= max_tag_octets; ++i) {
@@ -32,23 +31,23 @@ std::uint64_t read_identifier(bytes_t bytes, der_header_t& out) {
 bool has_plausible_contents(const der_header_t& header) {
     const std::uint64_t size = header.contents.size();
     switch (header.identifier) {
-    case 0x01:
+    case boolean_tag:
         return size == 1;
-    case 0x02:
-    case 0x06:
-    case 0x0A:
+    case integer_tag:
+    case oid_tag:
+    case enumerated_tag:
         return size >= 1;
-    case 0x03:
+    case bit_string_tag:
         return size >= 1 && header.contents[0] < 8;
-    case 0x05:
+    case null_tag:
         return size == 0;
     default:
         break;
     }
     const bool universal = header.identifier < 0x40;
     if (!universal) return true;
-    const bool is_sequence_or_set = header.tag_number == 0x10 || header.tag_number == 0x11;
-    return header.constructed() == is_sequence_or_set && header.tag_number != 0 && header.tag_number < high_tag_form;
+    const bool is_sequence_or_set = header.tag_number == sequence_tag || header.tag_number == set_tag;
+    return header.constructed() == is_sequence_or_set && header.tag_number != 0 && header.tag_number <= bmp_string_tag;
 }
 
 /// What `bytes` begin with when it is no header; empty when it is one, and then `needed` is the size of the element.

@@ -12,6 +12,7 @@
 
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/formats/der_cursor.h"
+#include "tools/pkider/formats/tags.h"
 
 #include <cstdint>
 #include <optional>
@@ -27,7 +28,7 @@ struct der_header_t {
     std::uint64_t header_len = 0; ///< Identifier and length octets.
     bytes_t contents;
 
-    bool constructed() const { return (identifier & 0x20) != 0; }
+    bool constructed() const { return (identifier & constructed_bit) != 0; }
     bool is(std::uint8_t octet) const { return identifier == octet; }
 };
 

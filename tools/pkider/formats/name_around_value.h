@@ -3,6 +3,8 @@
 
 #include "tools/pkider/formats/der_header.h"
 
+#include <pkider/der.h>
+
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -11,9 +13,10 @@ namespace tool {
 
 /// The DER of a Name of one attribute, of the type 1.2, with this value (a whole element).
 inline std::string name_around_value(std::string_view value) {
-    std::string name = "\x06\x01\x2A";
+    std::string name = der_header(asn_tag_t::OBJECT_IDENTIFIER, 1) + '\x2A';
     name.append(value);
-    constexpr std::uint8_t around[] = {0x30, 0x31, 0x30}; // AttributeTypeAndValue, RelativeDistinguishedName, Name
+    // AttributeTypeAndValue, RelativeDistinguishedName, Name
+    constexpr std::uint8_t around[] = {asn_tag_t::SEQUENCE, asn_tag_t::SET, asn_tag_t::SEQUENCE};
     for (const std::uint8_t outer : around) name.insert(0, der_header(outer, name.size()));
     return name;
 }

@@ -8,9 +8,6 @@
 
 namespace tool {
 
-constexpr std::uint8_t utc_time_tag = 0x17;
-constexpr std::uint8_t generalized_time_tag = 0x18;
-
 /// "2026-11-21T09:33:59Z" from `YYMMDDHHMMSSZ` or `YYYYMMDDHHMMSSZ`, the only forms that DER has; none for any other
 /// text, and for a month, day, hour, minute or second that does not exist.
 std::optional<std::string> time_text(std::uint8_t tag, bytes_t contents);
