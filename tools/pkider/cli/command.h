@@ -1,8 +1,10 @@
 // The pattern of a command.
 //
-// A command is one file, <name>_command.cpp, with one function register_<name>, which stands below and in the table of
-// commands.cpp. It adds a subcommand to the app, puts its options into a record that lives as long as the command, and
-// says with `when_chosen` what runs once the whole command line has been read:
+// A command is one file, commands/<name>.cpp, with one function register_<name>, which is declared below and in the
+// table of commands.cpp. A subcommand is a file too, commands/<command>_<name>.cpp, with register_<command>_<name>,
+// which commands/<command>.h declares and commands/<command>.cpp calls. The function adds a subcommand to the app, puts
+// its options into a record that lives as long as the command, and says with `when_chosen` what runs once the whole
+// command line has been read:
 //
 //     struct options_t { std::vector<std::string> files; output_options_t output; map_options_t map; };
 //

@@ -1,28 +1,36 @@
 set(tool_commands_sources
-  alg_command.cpp
-  cert_command.cpp
+  alg.cpp
+  cert.cpp
   commands.cpp
-  der_command.cpp
-  digestinfo_command.cpp
-  dn_command.cpp
-  dn_decode_command.cpp
-  dn_encode_command.cpp
-  dn_text_commands.cpp
-  key_command.cpp
+  der.cpp
+  digestinfo.cpp
+  digestinfo_read.cpp
+  digestinfo_wrap.cpp
+  dn.cpp
+  dn_decode.cpp
+  dn_encode.cpp
+  dn_get.cpp
+  dn_has.cpp
+  dn_normalize.cpp
+  dn_order.cpp
+  dn_reverse.cpp
+  key.cpp
   key_decrypt.cpp
   key_encrypt.cpp
   key_show.cpp
   key_show_private.cpp
   key_wrap.cpp
-  map_check_command.cpp
-  map_command.cpp
-  map_find_command.cpp
-  map_list_command.cpp
-  oid_command.cpp
-  p12_command.cpp
-  p12_create_command.cpp
-  p12_extract_command.cpp
-  p12_list_command.cpp
-  p12_verify_command.cpp
-  sig_command.cpp
-  what_command.cpp)
+  map.cpp
+  map_check.cpp
+  map_find.cpp
+  map_list.cpp
+  oid.cpp
+  p12.cpp
+  p12_create.cpp
+  p12_extract.cpp
+  p12_list.cpp
+  p12_verify.cpp
+  sig.cpp
+  sig_dsa.cpp
+  sig_ike.cpp
+  what.cpp)

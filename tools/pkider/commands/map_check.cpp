@@ -1,7 +1,7 @@
 // pkider map check: what becomes of every line of a configuration file, which the library reads without a word.
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/output_options.h"
-#include "tools/pkider/commands/map_command.h"
+#include "tools/pkider/commands/map.h"
 #include "tools/pkider/explain/map_reach.h"
 #include "tools/pkider/facts/builtin_map.h"
 #include "tools/pkider/formats/encodings.h"

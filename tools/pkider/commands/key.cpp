@@ -1,5 +1,5 @@
 // pkider key: keys, shown, wrapped, encrypted and decrypted.
-#include "tools/pkider/commands/key_command.h"
+#include "tools/pkider/commands/key.h"
 
 namespace tool {
 namespace {

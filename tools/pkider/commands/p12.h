@@ -1,4 +1,4 @@
-// What the p12 commands have in common.
+// The subcommands of `pkider p12`, and what several of them need.
 #pragma once
 
 #include "tools/pkider/cli/command.h"

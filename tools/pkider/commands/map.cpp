@@ -1,5 +1,5 @@
 // pkider map: which names stand for which OIDs.
-#include "tools/pkider/commands/map_command.h"
+#include "tools/pkider/commands/map.h"
 
 namespace tool {
 

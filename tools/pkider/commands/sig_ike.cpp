@@ -1,14 +1,12 @@
-// pkider sig: signature values, and the algorithm identifiers that IKE carries with them (RFC 7427).
-#include "tools/pkider/base/count_text.h"
+// pkider sig ike: the algorithm identifiers that IKE carries with signatures (RFC 7427).
 #include "tools/pkider/base/failure.h"
-#include "tools/pkider/cli/command.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/option_checks.h"
 #include "tools/pkider/cli/output_options.h"
+#include "tools/pkider/commands/sig.h"
 #include "tools/pkider/facts/alg_names.h"
 #include "tools/pkider/facts/signature_algorithm.h"
-#include "tools/pkider/formats/der_integer.h"
 #include "tools/pkider/formats/encodings.h"
 #include "tools/pkider/io/output.h"
 #include "tools/pkider/io/report.h"
@@ -27,41 +25,7 @@ struct options_t {
     map_options_t map;
 };
 
-/// The size for the functions that take 32 bits of it.
-std::uint32_t size32(bytes_t bytes) {
-    if (bytes.size() > UINT32_MAX) throw data_fault_t("more than 4 GiB");
-    return static_cast<std::uint32_t>(bytes.size());
-}
-
-std::string number_line(const char* name, bytes_t number) {
-    return std::string(name) + "  " + to_hex(as_text(number)) + "  (" + count_text(bit_length(number), "bit") + ")\n";
-}
-
-exit_code_t show_dsa(const input_t& input, const options_t& options, json_array_t& results) {
-    asn_dsa_certsign_t signature;
-    if (!asn_read_dsa_certsign(input.der.data(), size32(input.der), signature)) {
-        der_cursor_t top(input.der); // finds the place
-        der_cursor_t numbers(top.next(asn_tag_t::SEQUENCE, "the signature value"));
-        numbers.next(asn_tag_t::INTEGER, "r");
-        numbers.next(asn_tag_t::INTEGER, "s");
-    }
-    const bytes_t r(signature.r, signature.r_len);
-    const bytes_t s(signature.s, signature.s_len);
-    if (options.output == output_form_t::json) {
-        json_t json = json_source(input);
-        json["r"] = to_hex(as_text(r));
-        json["s"] = to_hex(as_text(s));
-        json["r_bits"] = bit_length(r);
-        json["s_bits"] = bit_length(s);
-        results.add(json);
-    } else {
-        print_heading(input, options.files.size());
-        print(number_line("r", r) + number_line("s", s));
-    }
-    return exit_code_t::done;
-}
-
-exit_code_t show_ike(const input_t& input, const options_t& options, oid_map_handle_t map, json_array_t& results) {
+exit_code_t show(const input_t& input, const options_t& options, oid_map_handle_t map, json_array_t& results) {
     const auto algorithm = read_signature_algorithm(input.der, map);
     if (!algorithm) {
         der_cursor_t top(input.der);
@@ -85,7 +49,7 @@ exit_code_t show_ike(const input_t& input, const options_t& options, oid_map_han
     return is_known ? exit_code_t::done : exit_code_t::answer_is_no;
 }
 
-exit_code_t make_ike(const options_t& options) {
+exit_code_t make(const options_t& options) {
     const alg_row_t* const row = find_alg(options.make);
     if (row == nullptr) throw usage_fault_t(options.make + ": no algorithm of this name; pkider alg --list shows all");
     const PKI_OID& identifier = asn_form_ike_signalg(row->alg);
@@ -104,40 +68,24 @@ exit_code_t make_ike(const options_t& options) {
     return exit_code_t::done;
 }
 
-exit_code_t run_dsa(const options_t& options) {
-    json_array_t results(options.output);
-    const exit_code_t worst = for_each_input(options.files, {.form = options.form}, results,
-                                             [&](const input_t& input) { return show_dsa(input, options, results); });
-    results.end();
-    return worst;
-}
-
-exit_code_t run_ike(const options_t& options) {
-    if (!options.make.empty()) return make_ike(options);
+exit_code_t run(const options_t& options) {
+    if (!options.make.empty()) return make(options);
     if (options.output != output_form_t::text && options.output != output_form_t::json) {
         throw usage_fault_t("--der, --hex and --base64 go with --make");
     }
     const map_in_force_t map(options.map);
     json_array_t results(options.output);
     const exit_code_t worst = for_each_input(options.files, {.form = options.form}, results, [&](const input_t& input) {
-        return show_ike(input, options, map.handle(), results);
+        return show(input, options, map.handle(), results);
     });
     results.end();
     return worst;
 }
 
-void register_dsa(CLI::App& app, chosen_command_t& chosen) {
-    CLI::App& command =
-        add_command(app, "dsa", "Takes a DSA or ECDSA signature value apart", "  pkider sig dsa signature.der\n");
-    const auto options = std::make_shared<options_t>();
-    add_file_arguments(command, options->files, "Files");
-    add_input_option(command, options->form);
-    add_output_options(command, options->output, false);
-    when_chosen(command, chosen, [options] { return run_dsa(*options); });
-}
+} // namespace
 
-void register_ike(CLI::App& app, chosen_command_t& chosen) {
-    CLI::App& command = add_command(app, "ike", "Names a signature algorithm identifier, or makes one",
+void register_sig_ike(CLI::App& sig, chosen_command_t& chosen) {
+    CLI::App& command = add_command(sig, "ike", "Names a signature algorithm identifier, or makes one",
                                     "  pkider sig ike identifier.der\n"
                                     "  pkider sig ike --make sha256RSA --hex\n");
     const auto options = std::make_shared<options_t>();
@@ -149,18 +97,7 @@ void register_ike(CLI::App& app, chosen_command_t& chosen) {
     add_input_option(command, options->form);
     add_output_options(command, options->output, true);
     add_map_options(command, options->map);
-    when_chosen(command, chosen, [options] { return run_ike(*options); });
-}
-
-} // namespace
-
-void register_sig(CLI::App& app, chosen_command_t& chosen) {
-    CLI::App& command = add_command(app, "sig", "Takes signature values and their algorithms apart",
-                                    "  pkider sig dsa signature.der\n"
-                                    "  pkider sig ike identifier.der\n");
-    command.require_subcommand(1);
-    register_dsa(command, chosen);
-    register_ike(command, chosen);
+    when_chosen(command, chosen, [options] { return run(*options); });
 }
 
 } // namespace tool

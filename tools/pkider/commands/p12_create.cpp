@@ -4,7 +4,7 @@
 #include "tools/pkider/cli/file_options.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/option_checks.h"
-#include "tools/pkider/commands/p12_options.h"
+#include "tools/pkider/commands/p12.h"
 #include "tools/pkider/facts/p12_item.h"
 #include "tools/pkider/facts/private_key.h"
 #include "tools/pkider/formats/encodings.h"

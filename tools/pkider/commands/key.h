@@ -1,4 +1,4 @@
-// The subcommands of pkider key, one key_<name>.cpp each; the pattern is that of command.h.
+// The subcommands of `pkider key`.
 #pragma once
 
 #include "tools/pkider/cli/command.h"

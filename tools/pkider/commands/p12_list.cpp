@@ -4,7 +4,7 @@
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/output_options.h"
-#include "tools/pkider/commands/p12_options.h"
+#include "tools/pkider/commands/p12.h"
 #include "tools/pkider/facts/p12_item.h"
 #include "tools/pkider/facts/p12_outline.h"
 #include "tools/pkider/formats/encodings.h"

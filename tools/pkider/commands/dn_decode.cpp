@@ -2,7 +2,7 @@
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/output_options.h"
-#include "tools/pkider/commands/dn_command.h"
+#include "tools/pkider/commands/dn.h"
 #include "tools/pkider/explain/name_fault.h"
 #include "tools/pkider/formats/der_cursor.h"
 #include "tools/pkider/formats/encodings.h"

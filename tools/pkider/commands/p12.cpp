@@ -1,5 +1,5 @@
 // pkider p12: keys and certificates in PKCS#12 files.
-#include "tools/pkider/commands/p12_options.h"
+#include "tools/pkider/commands/p12.h"
 
 namespace tool {
 
