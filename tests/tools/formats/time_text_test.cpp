@@ -1,5 +1,7 @@
 #include "tools/pkider/formats/time_text.h"
 
+#include "tools/pkider/formats/tags.h"
+
 #include <gtest/gtest.h>
 
 #include <string_view>
