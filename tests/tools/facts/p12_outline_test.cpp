@@ -248,11 +248,11 @@ const fault_row_t faults_rows[] = {
      content_info(
          encrypted_oid,
          sequence("02 01 00"_hex.str() + sequence(data_oid + good_algorithm + element(0x80, "x")) + "A1 05"_hex.str())),
-     "an element (attributes)"},
+     "the attributes"},
     {"NoBag", plain_content("05 00"_hex.str()), "a SafeBag (a SEQUENCE)"},
     {"NoBagValue", plain_content(sequence("06 01 2A"_hex.str())), "the bag value ([0])"},
-    {"MalformedAttributes", plain_content(bag(4, "", "31 05 30 00"_hex.str())), "SET"},
-    {"NameWithWrongTag", plain_content(bag(1, key_info, name_with_wrong_tag)), "BMPString (friendly name)"},
+    {"MalformedAttributes", plain_content(bag(4, "", "31 05 30 00"_hex.str())), "the attributes (a SET)"},
+    {"NameWithWrongTag", plain_content(bag(1, key_info, name_with_wrong_tag)), "the friendly name (a BMPString)"},
     {"IdWithoutValue", plain_content(bag(4, "", id_without_value)), "the local key id (an OCTET STRING)"},
     {"MalformedCertBag", plain_content(bag(3, "30 03 06 01 2A"_hex.str())), "the certificate ([0])"},
 };

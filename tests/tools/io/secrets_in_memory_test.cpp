@@ -149,13 +149,14 @@ TEST(SecretMemory, IsWipedWhenItIsGivenBack) {
 
 TEST(SecretMemory, HasRoomForMoreThanCanBeLocked) {
     std::vector<secret_t> secrets;
+    secrets.emplace_back(std::string_view("\0", 1)); // the first one makes the pool
     const std::size_t locked = locked_here();
     for (std::size_t size = 1; size < 4'000'000; size = size * 3 + 1) {
         for (int i = 0; i < 20; ++i) secrets.emplace_back(std::string_view(std::string(size, static_cast<char>(i))));
     }
-    std::size_t index = 0;
-    for (const secret_t& secret : secrets) {
-        const auto expected = static_cast<uint8_t>(index++ % 20);
+    for (std::size_t index = 0; index < secrets.size(); ++index) {
+        const secret_t& secret = secrets[index];
+        const auto expected = static_cast<uint8_t>(index == 0 ? 0 : (index - 1) % 20);
         EXPECT_TRUE(std::ranges::all_of(secret.view(), [&](uint8_t byte) { return byte == expected; }));
     }
     EXPECT_EQ(locked_here(), locked);
