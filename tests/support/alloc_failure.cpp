@@ -38,8 +38,8 @@ struct aligned_memory_t {
     void give_back(void* block) const {
         _aligned_free(block);
     }
-    std::size_t size_of(void* block) const {
-        return _aligned_msize(block, alignment, 0);
+    static std::size_t size_of(void*) {
+        return 0; // msvcrt does not report it
     }
 #else
     void* take(std::size_t size) const {

@@ -59,7 +59,9 @@ TEST(AllocFailure, SeesAlignedMemory) {
     constexpr std::align_val_t alignment{64};
     const auto take = [] { ::operator delete(::operator new(100, alignment), alignment); };
     EXPECT_EQ(count_allocations(take), 1u);
+#ifndef _WIN32 // the size of an aligned block is not known there
     EXPECT_GE(peak_allocated_bytes(take), 100u);
+#endif
     EXPECT_EQ(for_each_failing_allocation(take, [] {}), 1u);
 }
 
