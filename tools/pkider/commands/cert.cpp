@@ -30,7 +30,7 @@ struct options_t {
 
 constexpr const char* trusted_certificate = "TRUSTED CERTIFICATE";
 
-// Blocks of other kinds stand beside certificates in many bundles and are passed over.
+// Many bundles contain blocks of other kinds; they are ignored.
 bool may_be_certificate(const std::string& label) {
     return label.empty() || label == "CERTIFICATE" || label == "X509 CERTIFICATE" || label == trusted_certificate;
 }
@@ -65,7 +65,7 @@ class lister_t {
         return worst;
     }
 
-    // One certificate, or several one behind the other where the input is bare DER.
+    // One certificate, or several one after the other where the input is bare DER.
     exit_code_t list_block(const std::string& file, const block_t& block, std::size_t& index) {
         der_cursor_t der(block.der);
         do {
@@ -82,7 +82,7 @@ class lister_t {
         return exit_code_t::done;
     }
 
-    // In a "TRUSTED CERTIFICATE" the bytes behind are what OpenSSL trusts it for.
+    // In a "TRUSTED CERTIFICATE" the bytes after it are what OpenSSL trusts it for.
     static void note_what_follows(const std::string& name, const block_t& block, const der_cursor_t& der) {
         if (der.at_end() || block.label == trusted_certificate) return;
         report_note(name + ": " + count_text(der.remaining().size(), "byte") + " after the certificate");

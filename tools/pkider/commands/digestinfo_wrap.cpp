@@ -31,7 +31,7 @@ pki_alg_t read_hash_name(const std::string& name) {
         throw usage_fault_t(name + ": no hash of this name; pkider alg --list shows all");
     }
     // The library writes an empty OID for a hash without one; that is of no use to anybody.
-    if (PKI_HASH_ALG_TO_OID(row->alg).len == 0) throw usage_fault_t(name + ": no object identifier stands for it");
+    if (PKI_HASH_ALG_TO_OID(row->alg).len == 0) throw usage_fault_t(name + ": it has no object identifier");
     return row->alg;
 }
 

@@ -22,7 +22,7 @@ struct options_t {
     map_options_t map;
 };
 
-// The Name's own bytes; the library ignores what stands behind them.
+// The Name's own bytes; the library ignores bytes after them.
 bytes_t cut_to_name(const input_t& input) {
     der_cursor_t cursor(input.der);
     const bytes_t name = cursor.next(asn_tag_t::SEQUENCE, "a Name").whole;

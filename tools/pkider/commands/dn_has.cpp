@@ -13,7 +13,7 @@ struct options_t : text_options_t {
     std::string attributes;
 };
 
-// The library compares the raw text, so a line that does not split is looked at too.
+// The library compares the raw text, so a line that does not split is searched too.
 exit_code_t has(const options_t& options) {
     json_array_t json(options.form);
     return for_each_line(options.lines, json, [&](const std::string& line) {
@@ -26,7 +26,7 @@ exit_code_t has(const options_t& options) {
 void register_dn_has(CLI::App& dn, chosen_command_t& chosen) {
     CLI::App& command = add_command(dn, "has",
                                     "Says whether a name holds these RDNs in this order; exit 1 when not.\n"
-                                    "The text is compared as it stands: not for access decisions",
+                                    "The text is compared unchanged: not for access decisions",
                                     "  pkider dn has 'O=Example,C=RU' 'CN=Server,O=Example,C=RU'\n");
     const auto options = std::make_shared<options_t>();
     command.add_option("ATTRIBUTES", options->attributes, "RDNs separated by ','")->required()->type_name("");

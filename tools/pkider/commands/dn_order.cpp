@@ -21,7 +21,7 @@ exit_code_t order(const text_options_t& options) {
 } // namespace
 
 void register_dn_order(CLI::App& dn, chosen_command_t& chosen) {
-    CLI::App& command = add_command(dn, "order", "Says whether C stands before CN; exit 1 when not",
+    CLI::App& command = add_command(dn, "order", "Says whether C is before CN; exit 1 when not",
                                     "  pkider dn order 'C=RU,O=Example,CN=Server'\n");
     const auto options = std::make_shared<text_options_t>();
     add_text_options(command, *options);

@@ -28,7 +28,7 @@ void check_key(const block_t& input) {
     if (!key.gost) throw data_fault_t("the key lacks its inner OCTET STRING; 'pkider key wrap' puts it around the key");
 }
 
-/// Decrypts what was written, by what stands in it, and compares.
+/// Decrypts the written key with the parameters in it, and compares.
 void compare(std::string_view meant, std::string_view der, gost_pbe_t& crypto) {
     pkcs8_encrypted_pki_gost_t record;
     std::string plain;

@@ -37,7 +37,7 @@ std::string wrap_octets(bytes_t octets, const gost_kind_t& kind) {
                            std::to_string(octets.size()));
     }
     std::string info;
-    info.reserve(256); // more than any of them takes: no copy of the key stays behind in an outgrown buffer
+    info.reserve(256); // more than any of them takes: no copy of the key remains in an outgrown buffer
     asn_write_pkcs8_pki_gost({kind.key_type, octets.size(), octets.data()}, info);
     return info;
 }

@@ -1,4 +1,4 @@
-// pkider map: which names stand for which OIDs.
+// pkider map: the names of OIDs.
 #include "tools/pkider/commands/map.h"
 
 namespace tool {

@@ -1,4 +1,4 @@
-// pkider map check: what becomes of every line of a configuration file, which the library reads without a word.
+// pkider map check: how the library reads every line of a configuration file; the library itself reports nothing.
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/output_options.h"
 #include "tools/pkider/commands/map.h"

@@ -1,4 +1,4 @@
-// pkider p12 list: what stands in the file, content by content and item by item.
+// pkider p12 list: the contents of the file, content by content and item by item.
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/cli/input.h"
@@ -113,7 +113,7 @@ exit_code_t run(const options_t& options) {
             print(printable(name) + ": MAC " + mac + "\n");
             print_outline(outline, map.handle());
         }
-        if (outline.fault) throw data_fault_t(*outline.fault); // what stood before it has been shown
+        if (outline.fault) throw data_fault_t(*outline.fault); // the parts before it have been shown
         return exit_code_t::done;
     });
     results.end();

@@ -20,7 +20,7 @@ struct certificate_t {
     der_element_t subject;                   // Name
     der_element_t public_key;                // SubjectPublicKeyInfo
     std::optional<der_element_t> extensions; // SEQUENCE out of [3]
-    der_element_t signature_algorithm;       // AlgorithmIdentifier behind tbsCertificate
+    der_element_t signature_algorithm;       // AlgorithmIdentifier after tbsCertificate
     der_element_t signature;                 // BIT STRING, its first content octet counts unused bits
 };
 

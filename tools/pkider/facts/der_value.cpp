@@ -62,7 +62,7 @@ der_value_t as_oid(bytes_t contents, std::uint64_t max_bytes, oid_map_handle_t m
     if (contents.empty() || contents.size() > max_oid_bytes) return as_bytes(contents, max_bytes);
     const oid_text_t oid = describe_oid(contents, map);
     if (oid.dotted.empty()) return as_bytes(contents, max_bytes);
-    // A text that does not stand for these bytes is shown with them.
+    // A text that does not represent these bytes is shown with them.
     der_value_t value = oid.minimal ? der_value_t{} : as_bytes(contents, max_bytes);
     value.text = oid_label(oid);
     value.oid = oid;

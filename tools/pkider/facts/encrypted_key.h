@@ -25,10 +25,10 @@ struct encrypted_key_t {
     std::string refusal; ///< Why the library refuses the algorithm, and the record is empty; empty when it does not.
 };
 
-/// Reads one that stands alone; the views point into it. @throws data_fault_t  It is none.
+/// Reads one that is a whole input; the views point into it. @throws data_fault_t  It is not one.
 encrypted_key_t read_encrypted_key(bytes_t der);
 
-/// @throws data_fault_t  The key cannot be decrypted, whatever the password.
+/// @throws data_fault_t  The key cannot be decrypted with any password.
 void check_decryptable(const encrypted_key_t& key);
 
 /// The PrivateKeyInfo, for the caller to wipe. `der` is what `key` was read from.

@@ -177,7 +177,7 @@ struct kind_row_t {
     const char* command;
 };
 
-// The first that matches is taken, so the narrower shapes stand first.
+// The first that matches is taken, so the narrower shapes are first.
 constexpr kind_row_t kind_rows[] = {
 #define KIND(kind) file_kind_t::kind, #kind
     {KIND(certificate), is_certificate, "certificate", "pkider cert"},

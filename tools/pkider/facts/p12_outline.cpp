@@ -56,7 +56,7 @@ void check_cert_bag(der_cursor_t value) {
     explicit_value.next(asn_tag_t::OCTET_STRING, "the certificate");
 }
 
-/// The walk: in step with the decryptions and the items of the reading, which stand in the order of the file.
+/// The walk: in step with the decryptions and the items of the reading, which are in the order of the file.
 class p12_walk_t {
   public:
     explicit p12_walk_t(const p12_reading_t& reading)
@@ -121,7 +121,7 @@ class p12_walk_t {
         }
     }
 
-    /// The SafeContents in an OCTET STRING; offsets count from what other programs encrypt, behind its header.
+    /// The SafeContents in an OCTET STRING; offsets count from what other programs encrypt, after its header.
     static der_cursor_t contents_of_plaintext(bytes_t plain) {
         return der_cursor_t(der_cursor_t(plain).next(asn_tag_t::OCTET_STRING, "the plaintext").contents);
     }

@@ -7,7 +7,7 @@
 namespace tool {
 namespace {
 
-/// A version of one byte, whatever it is, or one that begins with 3: what the library takes.
+/// Any version of one byte, or one that begins with 3, as the library accepts it.
 bool is_accepted_version(bytes_t contents) {
     return contents.size() == 1 || (!contents.empty() && contents[0] == 3);
 }

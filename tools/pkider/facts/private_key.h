@@ -15,7 +15,7 @@ namespace tool {
 struct private_key_t {
     oid_text_t algorithm;
     std::optional<pkcs8_pki_gost_t> gost; ///< What the library reads: GOST keys with their inner OCTET STRING.
-    bool is_gost = false;                 ///< By the algorithm, whatever the form of the key.
+    bool is_gost = false;                 ///< By the algorithm, for any form of the key.
     bytes_t parameters;                   ///< Of the algorithm, the whole element; empty when there are none.
     bytes_t octets;                       ///< Contents of the privateKey OCTET STRING.
     bytes_t version;                      ///< The whole element.
@@ -23,7 +23,7 @@ struct private_key_t {
     bytes_t attributes;                   ///< What follows the privateKey.
 };
 
-/// Reads a PrivateKeyInfo that stands alone; the views point into it. @throws der_fault_t
+/// Reads a PrivateKeyInfo that is a whole input; the views point into it. @throws der_fault_t
 private_key_t read_private_key(bytes_t info);
 
 /// "GOST R 34.10-2001, 32 bytes"

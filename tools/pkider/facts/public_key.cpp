@@ -37,7 +37,7 @@ std::optional<rsa_key_t> read_rsa(const asn_pubkey_t& raw) {
 
 std::optional<gost_key_t> read_gost(const asn_pubkey_t& raw, oid_map_handle_t map) {
     asn_gost_pubkey_t gost;
-    // Keys on the newer curves name no digest (RFC 9215 4.2), and then the reader stops behind the first set.
+    // Keys on the newer curves name no digest (RFC 9215 4.2), and then the reader stops after the first set.
     const bool complete = asn_read_gost_pubkey(raw, gost);
     const auto public_key_set = describe_element(gost.public_key_param_set, gost.public_key_param_set_len, map);
     if (!public_key_set) return std::nullopt;

@@ -30,7 +30,7 @@ struct public_key_t {
     std::optional<gost_key_t> gost;
     std::optional<oid_text_t> curve; ///< Of an elliptic-curve key with a named curve.
     std::optional<bytes_t> prime;    ///< p of a DSA key, without leading zeros.
-    bytes_t bits;                    ///< The BIT STRING's contents behind the count of unused bits.
+    bytes_t bits;                    ///< The BIT STRING's contents after the count of unused bits.
 };
 
 /// Reads a SubjectPublicKeyInfo; the views point into it. None when it is not one; a key whose inner form is unknown or
@@ -40,13 +40,13 @@ std::optional<public_key_t> read_public_key(bytes_t spki, oid_map_handle_t map);
 /// "RSA, 2048 bits, exponent 65537"
 std::string public_key_line(const public_key_t& key);
 
-/// The lines behind the first: parameter sets by name.
+/// The lines after the first: parameter sets by name.
 facts_t public_key_details(const public_key_t& key);
 
 /// "key" with its line, and the lines behind it.
 void add_public_key_lines(const public_key_t& key, facts_t& facts);
 
-/// {"algorithm": {...}, "bits": 2048, "exponent": "65537", ...}; the fields are told in docs/certificate_json.md.
+/// {"algorithm": {...}, "bits": 2048, "exponent": "65537", ...}; docs/certificate_json.md describes the fields.
 json_t public_key_json(const public_key_t& key);
 
 } // namespace tool

@@ -40,7 +40,7 @@ std::string pss_line(const pss_parameters_t& pss);
 /// "signature" with its name, and "PSS" with its line.
 void add_signature_lines(const signature_algorithm_t& algorithm, facts_t& facts);
 
-/// {"name": ..., "oid": ..., "value": ..., "pss": {...}}; the fields are told in docs/certificate_json.md.
+/// {"name": ..., "oid": ..., "value": ..., "pss": {...}}; docs/certificate_json.md describes the fields.
 json_t signature_algorithm_json(const signature_algorithm_t& algorithm);
 
 } // namespace tool

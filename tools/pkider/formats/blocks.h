@@ -12,8 +12,8 @@
 
 namespace tool {
 
-/// PEM when a line begins a block; bytes that are no text are DER; else hex when all digits are hex digits; else
-/// base64. A byte order mark before a text is not part of it.
+/// DER when the second byte can only be a long form of length; PEM when a line begins a block; bytes that are no text
+/// are DER; else hex when all digits are hex digits; else base64. A byte order mark before a text is not part of it.
 input_form_t guess_form(std::string_view bytes);
 
 /// What becomes of a text that is not PEM, hex or base64 when the form is guessed.

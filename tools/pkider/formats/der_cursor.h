@@ -1,4 +1,4 @@
-// Walks DER through the library's header reader, and knows for every element where it stands in the whole.
+// Walks DER through the library's header reader, and knows the offset of every element in the whole.
 #pragma once
 
 #include <pkider/der.h>
@@ -43,14 +43,14 @@ class der_cursor_t {
     /// Whether an element with this identifier octet comes next.
     bool sees(std::uint8_t identifier) const { return !m_rest.empty() && m_rest.front() == identifier; }
 
-    /// The next element if it has this identifier octet (ANY: whatever it has) and fits; otherwise the cursor stays.
+    /// The next element if it has this identifier octet (ANY: any octet) and fits; otherwise the cursor is unchanged.
     std::optional<der_element_t> take(asn_tag_t::Type tag = asn_tag_t::ANY);
 
     /// The next element. Throws der_fault_t, which says that `what` was expected here, and its type: what "the issuer"
     /// is reads "the issuer (a SEQUENCE)".
     der_element_t next(asn_tag_t::Type tag, const std::string& what);
 
-    /// Throws der_fault_t for this place, whatever stands here.
+    /// Always throws der_fault_t for this place.
     [[noreturn]] void fail(const std::string& what) const;
 
   private:

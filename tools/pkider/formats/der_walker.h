@@ -1,7 +1,7 @@
 // Walking any DER from front to back, element by element, without recursion.
 //
 // Headers are read by the library (asn1_read_tag_); the walker adds what a picture of a file needs beyond it: where
-// each element stands, how deep, high tag numbers, a limit of the depth, strings that hold DER, and the reason when an
+// each element is, how deep, high tag numbers, a limit of the depth, strings that hold DER, and the reason when an
 // element cannot be read. Memory and time go with what is asked for: contents are not touched, unless strings are to be
 // opened.
 //
@@ -40,8 +40,8 @@ struct der_node_t : der_header_t {
 };
 
 struct walk_fault_t {
-    std::uint64_t offset = 0; ///< Where an element should stand.
-    std::string found;        ///< What stands there instead: "a tag number that is cut off".
+    std::uint64_t offset = 0; ///< Where an element is expected.
+    std::string found;        ///< What is there instead: "a tag number that is cut off".
 };
 
 struct der_walk_options_t {

@@ -25,7 +25,8 @@ secret_t read_line(int fd, const std::string& source) {
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) throw file_trouble_t(source, std::generic_category().message(errno));
         if (got == 0 || byte == '\n') break;
-        if (size == max_password_size) throw data_fault_t(source + ": password of more than 4096 bytes");
+        if (size == max_password_size)
+            throw data_fault_t(source + ": password of more than " + std::to_string(max_password_size) + " bytes");
         line.data()[size++] = byte;
     }
     if (size > 0 && line.data()[size - 1] == '\r') --size;
