@@ -5,6 +5,7 @@
 #include "tools/pkider/facts/alg_names.h"
 #include "tools/pkider/facts/certificate_facts.h"
 #include "tools/pkider/facts/fact_names.h"
+#include "tools/pkider/facts/pbe_algorithm.h"
 #include "tools/pkider/facts/request.h"
 #include "tools/pkider/formats/der_cursor.h"
 #include "tools/pkider/formats/der_integer.h"
@@ -105,26 +106,16 @@ facts_t describe_ec_private_key(bytes_t contents, oid_map_handle_t map) {
     return facts;
 }
 
-// PBES2-params ::= SEQUENCE { keyDerivationFunc, encryptionScheme AlgorithmIdentifier }  (RFC 8018 A.4)
-void add_pbes2(bytes_t parameters, oid_map_handle_t map, facts_t& facts) {
-    const auto sequence = der_cursor_t(parameters).take(asn_tag_t::SEQUENCE);
-    if (!sequence) return;
-    der_cursor_t inside(sequence->contents);
-    const auto derivation = inside.take(asn_tag_t::SEQUENCE);
-    const auto scheme = inside.take(asn_tag_t::SEQUENCE);
-    if (!derivation || !scheme) return;
-    facts.push_back({fact::derivation, algorithm_label(derivation->contents, map)});
-    facts.push_back({fact::cipher, algorithm_label(scheme->contents, map)});
-}
-
 facts_t describe_encrypted_private_key(bytes_t contents, oid_map_handle_t map) {
     facts_t facts;
     der_cursor_t inside(contents);
     const auto algorithm = inside.take(asn_tag_t::SEQUENCE);
     facts.push_back({fact::encryption, algorithm_label(algorithm->contents, map)});
-    der_cursor_t identifier(algorithm->contents);
-    identifier.take(asn_tag_t::OBJECT_IDENTIFIER);
-    add_pbes2(identifier.remaining(), map, facts);
+    const pbes2_t parts = read_pbes2(algorithm->contents);
+    if (parts.derivation && parts.encryption) {
+        facts.push_back({fact::derivation, algorithm_label(*parts.derivation, map)});
+        facts.push_back({fact::cipher, algorithm_label(*parts.encryption, map)});
+    }
     facts.push_back({fact::encrypted, count_text(inside.take(asn_tag_t::OCTET_STRING)->contents.size(), "byte")});
     return facts;
 }
