@@ -17,9 +17,8 @@
 //   otherwise; a record and a fault that are not filled are all zero, a handle is null, a number is 0.
 // - **Spans** in a record point into the input of the call that filled it and are valid while that input is. Records of
 //   a map or of a PKCS#12 file belong to its handle. The library keeps no other pointer after it has returned.
-// - **Callbacks** run on the calling thread, before the function returns. They must not throw, unwind or longjmp
-// through
-//   the library. They may call the library.
+// - **Callbacks** run on the calling thread, before the function returns. They may call the library, and must not
+//   throw, unwind or longjmp through it.
 // - **Threads**: every function may be called from any thread. Only pkider_oid_map_release, pkider_pkcs12_release and
 //   pkider_oid_map_set_file_dir must not overlap another use of the same object.
 // - **Enumerations** that are inputs are numbers of 32 bits, and any number may be passed.
@@ -246,9 +245,8 @@ typedef struct pkider_dn_fault_t {
 /// One pair, `type=value`, of a line. The spans point into the line.
 typedef struct pkider_dn_pair_t {
     pkider_bytes_t type;
-    pkider_bytes_t value; ///< As written: blanks, quotes and escapes belong to it.
-    uint32_t
-        is_joined_to_previous; ///< 1: a "+" precedes the pair, which belongs to the RDN of the pair before; else 0.
+    pkider_bytes_t value;           ///< As written: blanks, quotes and escapes belong to it.
+    uint32_t is_joined_to_previous; ///< 1: a "+" precedes the pair, which is in the RDN of the pair before; else 0.
 } pkider_dn_pair_t;
 
 /// Splits a line into its pairs, in order. Types and values are not checked. printable_dn_parse
