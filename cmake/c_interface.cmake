@@ -50,6 +50,7 @@ if(PKIDER_INSTALL)
           RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
           LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
           ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+  install(DIRECTORY include/pkider/c DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/pkider COMPONENT development)
   configure_file(cmake/pkider_c.pc.in pkider_c.pc @ONLY)
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/pkider_c.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
           COMPONENT development)

@@ -12,7 +12,7 @@ install(TARGETS ${pkider_forms} EXPORT pkider-targets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
 install(DIRECTORY include/pkider ${PROJECT_BINARY_DIR}/include/pkider DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
-        COMPONENT development)
+        COMPONENT development PATTERN c EXCLUDE) # the C interface installs its own header
 
 write_basic_package_version_file(pkider-config-version.cmake COMPATIBILITY SameMinorVersion)
 install(EXPORT pkider-targets NAMESPACE pkider:: DESTINATION ${package_dir} COMPONENT development)
