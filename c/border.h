@@ -44,9 +44,25 @@ inline bool fits_32_bits(uint64_t size) {
     return size <= std::numeric_limits<uint32_t>::max();
 }
 
-/// The characters of an input that is not missing.
+/// Whether an input of `size` bytes is possible. Addresses of 32 bits have less room than a size of the interface can
+/// say, and no machine has room for the size -1 of a host that counts with a sign.
+inline bool fits_address_space(uint64_t size) {
+    return size <= uint64_t{PTRDIFF_MAX};
+}
+
+/// The characters of an input that is not missing. To be called in at_border.
 inline std::string_view text_of(const char* text, uint64_t size) {
+    if (!fits_address_space(size)) throw stopped_t{PKIDER_TOO_LONG};
     return text == nullptr ? std::string_view() : std::string_view(text, static_cast<std::size_t>(size));
+}
+
+/// An input as a text with a terminator. The C++ functions end a text at its first NUL, and one with a size must not be
+/// cut there without a report. To be called in at_border.
+inline std::string terminated(const char* text, uint64_t size) {
+    if (is_missing(text, size)) throw stopped_t{PKIDER_ARGUMENT};
+    const std::string_view characters = text_of(text, size);
+    if (characters.find('\0') != std::string_view::npos) throw stopped_t{PKIDER_ARGUMENT};
+    return std::string(characters);
 }
 
 /// The status of a reader that returns bool.

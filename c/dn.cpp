@@ -16,15 +16,6 @@ using namespace pkider::c;
 
 namespace {
 
-// The C++ functions end a line at its first NUL. A line with a size must not be cut there without a report.
-bool is_line(const char* line, uint64_t size) {
-    return !is_missing(line, size) && text_of(line, size).find('\0') == std::string_view::npos;
-}
-
-std::string terminated(const char* line, uint64_t size) {
-    return std::string(text_of(line, size));
-}
-
 void clear(pkider_dn_fault_t* fault) {
     if (fault != nullptr) *fault = {};
 }
@@ -48,7 +39,6 @@ pkider_status_t pkider_dn_split(const char* line, uint64_t size, pkider_dn_pair_
     clear(fault);
     if (num_pairs == nullptr) return PKIDER_ARGUMENT;
     *num_pairs = 0;
-    if (!is_line(line, size)) return PKIDER_ARGUMENT;
     return at_border([&] {
         const std::string copy = terminated(line, size);
         std::vector<RDNdescr_t> found;
@@ -73,7 +63,7 @@ pkider_status_t pkider_dn_encode(const pkider_oid_map_t* map, const char* line, 
                                  pkider_dn_fault_t* fault) {
     clear(out);
     clear(fault);
-    if (out == nullptr || !is_line(line, size)) return PKIDER_ARGUMENT;
+    if (out == nullptr) return PKIDER_ARGUMENT;
     return at_border([&] {
         std::string der;
         const asn_dn_result_t result =
@@ -103,7 +93,7 @@ pkider_status_t pkider_dn_normalize(const pkider_oid_map_t* map, const char* lin
     clear(out);
     clear(der);
     clear(fault);
-    if (out == nullptr || out == der || !is_line(line, size)) return PKIDER_ARGUMENT;
+    if (out == nullptr || out == der) return PKIDER_ARGUMENT;
     return at_border([&] {
         std::string normal, encoded;
         const asn_dn_result_t result =
@@ -124,7 +114,7 @@ pkider_status_t pkider_dn_normalize(const pkider_oid_map_t* map, const char* lin
 pkider_status_t pkider_dn_reverse(const char* line, uint64_t size, pkider_output_t* out, pkider_dn_fault_t* fault) {
     clear(out);
     clear(fault);
-    if (out == nullptr || !is_line(line, size)) return PKIDER_ARGUMENT;
+    if (out == nullptr) return PKIDER_ARGUMENT;
     return at_border([&] {
         std::string copy = terminated(line, size);
         if (printable_dn_reverse(copy.data()) != nullptr) return deliver(copy, *out);
@@ -135,7 +125,6 @@ pkider_status_t pkider_dn_reverse(const char* line, uint64_t size, pkider_output
 pkider_status_t pkider_dn_contains(const char* line, uint64_t size, const char* rdns, uint64_t rdns_size, int* out) {
     if (out == nullptr) return PKIDER_ARGUMENT;
     *out = 0;
-    if (!is_line(line, size) || !is_line(rdns, rdns_size)) return PKIDER_ARGUMENT;
     return at_border([&] {
         const std::string attrs = terminated(rdns, rdns_size);
         *out = printable_dn_contain_attrs(terminated(line, size).c_str(), attrs.c_str());
@@ -147,7 +136,7 @@ pkider_status_t pkider_dn_get_attribute(const char* line, uint64_t size, const c
                                         pkider_dn_get_attr_t mode, pkider_output_t* out, pkider_dn_fault_t* fault) {
     clear(out);
     clear(fault);
-    if (out == nullptr || !is_line(line, size) || !is_line(type, type_size)) return PKIDER_ARGUMENT;
+    if (out == nullptr) return PKIDER_ARGUMENT;
     return at_border([&] {
         const std::string copy = terminated(line, size);
         std::string text;
@@ -164,7 +153,6 @@ pkider_status_t pkider_dn_has_country_first(const char* line, uint64_t size, int
     clear(fault);
     if (out == nullptr) return PKIDER_ARGUMENT;
     *out = 0;
-    if (!is_line(line, size)) return PKIDER_ARGUMENT;
     return at_border([&] {
         const std::string copy = terminated(line, size);
         if (printable_dn_C_before_CN(copy.c_str())) {

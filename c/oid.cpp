@@ -6,6 +6,7 @@
 #include <pkider/oid.h>
 
 #include <string>
+#include <string_view>
 
 using namespace pkider::c;
 
@@ -39,7 +40,8 @@ pkider_status_t pkider_oid_decode(const uint8_t* oid, uint64_t size, pkider_outp
     if (out == nullptr || is_missing(oid, size)) return PKIDER_ARGUMENT;
     return at_border([&] {
         std::string text;
-        if (!oid_asn_to_str_(oid, oid + size, text)) return PKIDER_MALFORMED;
+        const std::string_view contents = text_of(reinterpret_cast<const char*>(oid), size);
+        if (!oid_asn_to_str_(oid, oid + contents.size(), text)) return PKIDER_MALFORMED;
         return deliver(text, *out);
     });
 }
@@ -53,9 +55,8 @@ const pkider_oid_map_t* pkider_oid_map_default_file(void) {
 }
 
 pkider_status_t pkider_oid_map_set_file_dir(const char* dir, uint64_t size) {
-    if (is_missing(dir, size) || text_of(dir, size).find('\0') != std::string_view::npos) return PKIDER_ARGUMENT;
     return at_border([&] {
-        set_oid_default_file_dir(std::string(text_of(dir, size)).c_str());
+        set_oid_default_file_dir(terminated(dir, size).c_str());
         return PKIDER_OK;
     });
 }
@@ -65,7 +66,7 @@ pkider_status_t pkider_oid_map_parse(const char* text, uint64_t size, pkider_oid
     *out = nullptr;
     if (is_missing(text, size)) return PKIDER_ARGUMENT;
     return at_border([&] {
-        *out = const_cast<pkider_oid_map_t*>(map_of(oid_map_parse(text, size)));
+        *out = const_cast<pkider_oid_map_t*>(map_of(oid_map_parse(text, text_of(text, size).size())));
         return PKIDER_OK;
     });
 }
@@ -79,7 +80,7 @@ pkider_status_t pkider_oid_map_find_oid(const pkider_oid_map_t* map, const uint8
     if (out == nullptr) return PKIDER_ARGUMENT;
     *out = {};
     if (is_missing(oid, size)) return PKIDER_ARGUMENT;
-    return show(oid_map_find_asn(handle_of(map), oid, size), *out);
+    return fits_address_space(size) ? show(oid_map_find_asn(handle_of(map), oid, size), *out) : PKIDER_NOT_FOUND;
 }
 
 pkider_status_t pkider_oid_map_find_text(const pkider_oid_map_t* map, const char* text, uint64_t size,
@@ -87,7 +88,7 @@ pkider_status_t pkider_oid_map_find_text(const pkider_oid_map_t* map, const char
     if (out == nullptr) return PKIDER_ARGUMENT;
     *out = {};
     if (is_missing(text, size)) return PKIDER_ARGUMENT;
-    return show(oid_map_find_str(handle_of(map), text, size), *out);
+    return fits_address_space(size) ? show(oid_map_find_str(handle_of(map), text, size), *out) : PKIDER_NOT_FOUND;
 }
 
 pkider_status_t pkider_oid_map_find_short_name(const pkider_oid_map_t* map, const char* name, uint64_t size,
@@ -95,7 +96,7 @@ pkider_status_t pkider_oid_map_find_short_name(const pkider_oid_map_t* map, cons
     if (out == nullptr) return PKIDER_ARGUMENT;
     *out = {};
     if (is_missing(name, size)) return PKIDER_ARGUMENT;
-    return show(oid_map_find_sn(handle_of(map), name, size), *out);
+    return fits_address_space(size) ? show(oid_map_find_sn(handle_of(map), name, size), *out) : PKIDER_NOT_FOUND;
 }
 
 pkider_status_t pkider_oid_print(const pkider_oid_map_t* map, const uint8_t* der, uint64_t size, int with_dotted,

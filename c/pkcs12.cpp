@@ -58,6 +58,7 @@ void show_contents(pkider_pkcs12_t& out) {
 }
 
 std::list<pkcs12_item_t> list_of(const pkider_pkcs12_item_t* items, uint64_t num_items) {
+    if (num_items > PTRDIFF_MAX / sizeof(pkider_pkcs12_item_t)) throw stopped_t{PKIDER_TOO_LONG};
     std::list<pkcs12_item_t> out;
     std::transform(items, items + num_items, std::back_inserter(out), item_of);
     return out;

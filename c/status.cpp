@@ -1,6 +1,6 @@
 #include <pkider/c/pkider.h>
 
-const char* pkider_status_text(pkider_status_t status) {
+const char* pkider_status_text(uint32_t status) {
     switch (status) {
     case PKIDER_OK:
         return "no fault";

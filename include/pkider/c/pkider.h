@@ -17,12 +17,16 @@
 //   otherwise; a record and a fault that are not filled are all zero, a handle is null, a number is 0.
 // - **Spans** in a record point into the input of the call that filled it and are valid while that input is. Records of
 //   a map or of a PKCS#12 file belong to its handle. The library keeps no other pointer after it has returned.
+// - **Handles** and what belongs to them must not be used after the release of the handle. The library cannot notice
+// it.
 // - **Callbacks** run on the calling thread, before the function returns. They may call the library, and must not
 //   throw, unwind or longjmp through it.
 // - **Threads**: every function may be called from any thread. Only pkider_oid_map_release, pkider_pkcs12_release and
 //   pkider_oid_map_set_file_dir must not overlap another use of the same object.
 // - **Enumerations** that are inputs are numbers of 32 bits, and any number may be passed.
-// - A number of bytes above 4,294,967,295 is PKIDER_TOO_LONG where the library counts with 32 bits.
+// - **Sizes** are 64 bits wide on every machine. A number of bytes above 4,294,967,295 is PKIDER_TOO_LONG where the
+//   library counts with 32 bits; so is a number that addresses of the machine cannot reach, of a text and of an input
+//   that is copied.
 //
 // What is read and written is described in docs/conventions.md and in the C++ headers, whose names are at each
 // function. The header is C99 and C++; functions and callbacks use the default calling convention of C (cdecl).
@@ -62,8 +66,8 @@ typedef enum pkider_status_t {
     PKIDER_INTERNAL = 9   ///< A defect of the library.
 } pkider_status_t;
 
-/// A short English text for a status, NUL-terminated, never null: "the input is malformed".
-PKIDER_C_API const char* pkider_status_text(pkider_status_t status);
+/// A short English text for a status, NUL-terminated, never null: "the input is malformed". Any number may be passed.
+PKIDER_C_API const char* pkider_status_text(uint32_t status);
 
 /// The version of the library as text, NUL-terminated: "0.1.0".
 PKIDER_C_API const char* pkider_version(void);
