@@ -54,4 +54,9 @@ if(PKIDER_INSTALL)
   configure_file(cmake/pkider_c.pc.in pkider_c.pc @ONLY)
   install(FILES ${CMAKE_CURRENT_BINARY_DIR}/pkider_c.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
           COMPONENT development)
+
+  # The Python package.
+  set(PKIDER_INSTALL_PYTHONDIR lib/python3/dist-packages CACHE STRING "Folder of the Python package, below the prefix")
+  install(DIRECTORY bindings/python/pkider DESTINATION ${PKIDER_INSTALL_PYTHONDIR} COMPONENT python
+          FILES_MATCHING PATTERN "*.py" PATTERN py.typed PATTERN __pycache__ EXCLUDE)
 endif()

@@ -2,7 +2,8 @@
 # pkg-config module pkider. Both can be moved to another prefix after installing, unless a folder was given as an absolute
 # path.
 #
-# Components, for packages: runtime (the shared library), development (what else a host needs) and program.
+# Components, for packages: runtime (the shared library), development (what else a host needs), python (the package over
+# the C interface) and program.
 include(CMakePackageConfigHelpers)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/pkider)
