@@ -29,12 +29,12 @@ target_compile_options(pkider_c_static PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu
 
 if(WIN32)
   # Hosts of another compiler have no runtime of this one: the DLL brings it along. For link.exe there is a list of the
-  # exported names: lib /def:pkider_c.def /machine:x64 makes the import library.
-  set(pkider_c_def ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/pkider_c.def)
+  # exported names: lib /def:pkider_c.def /machine:x64 makes the import library. It has no ordinals: with one, a host may
+  # be bound to the number, which changes with the next function.
   set_target_properties(pkider_c PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
-  target_link_options(pkider_c PRIVATE -static -Wl,--output-def,${pkider_c_def})
+  target_link_options(pkider_c PRIVATE -static)
   if(PKIDER_INSTALL)
-    install(FILES ${pkider_c_def} DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
+    install(FILES cmake/pkider_c.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
   endif()
 else()
   set(pkider_c_symbols ${PROJECT_SOURCE_DIR}/cmake/c_symbols.map)
