@@ -46,7 +46,7 @@ void check_walk(bytes_t bytes, const der_walk_options_t& options) {
         at = end;
         if (!is_entered(*node)) continue;
         at -= node->contents.size();
-        if (node->is(asn_tag_t::BIT_STRING)) CHECK_TRUE(bytes[at++] == 0); // no unused bits
+        if (node->is(asn_tag_t::BIT_STRING)) CHECK_TRUE(bytes.data()[at++] == 0); // no unused bits
         levels.push_back({end, level.opened || node->opened});
     }
     const level_t& level = level_at(at, levels);

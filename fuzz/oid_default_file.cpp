@@ -33,8 +33,7 @@ std::string builtin_lines() {
 
 std::string shown(const OIDdescr_t* entry) {
     if (entry == nullptr) return "none";
-    return std::string(reinterpret_cast<const char*>(entry->asn),
-                       entry->asn_len + entry->str_len + entry->sn_len + entry->ln_len + 3);
+    return std::string(entry->asn, entry->asn + entry->asn_len + entry->str_len + entry->sn_len + entry->ln_len + 3);
 }
 
 void check_same_answers(oid_map_handle_t a, oid_map_handle_t b, std::string_view text) {

@@ -85,9 +85,9 @@ void check_same(const OIDdescr_t* found, const plain_entry_t* expected) {
     CHECK_TRUE((found == nullptr) == (expected == nullptr));
     if (found == nullptr) return;
     CHECK_TRUE(std::string(found->asn, found->asn + found->asn_len) == expected->contents);
-    CHECK_TRUE(std::string_view(found->str, found->str_len) == expected->dotted);
-    CHECK_TRUE(std::string_view(found->sn, found->sn_len) == expected->short_name);
-    CHECK_TRUE(std::string_view(found->ln, found->ln_len) == expected->long_name);
+    CHECK_TRUE(std::string_view(found->str, found->str + found->str_len) == expected->dotted);
+    CHECK_TRUE(std::string_view(found->sn, found->sn + found->sn_len) == expected->short_name);
+    CHECK_TRUE(std::string_view(found->ln, found->ln + found->ln_len) == expected->long_name);
     CHECK_TRUE((found->str[found->str_len] | found->sn[found->sn_len] | found->ln[found->ln_len]) == 0);
 }
 

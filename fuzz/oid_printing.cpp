@@ -45,6 +45,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     }
     const OIDdescr_t* const entry = oid_map_find_asn(OID_MAP_HANDLE_DEFAULT, oid, len);
     if (entry == nullptr) CHECK_TRUE(named.printed == full.printed && named.text == full.text);
-    if (entry != nullptr) CHECK_TRUE(named.printed && named.text == std::string(entry->sn, entry->sn_len));
+    if (entry != nullptr) CHECK_TRUE(named.printed && named.text == std::string(entry->sn, entry->sn + entry->sn_len));
     return 0;
 }

@@ -34,7 +34,7 @@ std::string prefix_by_the_reference(pki_alg_t hash, uint64_t digest_size) {
     digest.append(nullptr, digest_size);
     info.append(algorithm);
     info.append(digest);
-    return {reinterpret_cast<const char*>(info.data()), info.size() - digest_size};
+    return {info.data(), info.data() + info.size() - digest_size};
 }
 
 const std::string digest32(32, '\x5A');

@@ -1,4 +1,5 @@
 #include "der/asn_block.h"
+#include "der/checked_size.h"
 
 #include "tests/support/alloc_failure.h"
 #include "tests/support/hex.h"
@@ -41,7 +42,7 @@ TEST(AsnBlock, AppendsRoomAndSpansInOrder) {
         asn_append_bytes(out, reinterpret_cast<const uint8_t*>(large.data()), size);
         asn_append_bytes(out, nullptr, size);
 
-        bytes_t header(asn_header_size(size));
+        bytes_t header(checked_size(asn_header_size(size)));
         asn_put_header(header.data(), 0x04, size);
         expected += header.str() + large.substr(0, size) + std::string(size, '\0');
         EXPECT_EQ(out, expected) << size;

@@ -1,4 +1,5 @@
 #include "der/asn_header.h"
+#include "der/checked_size.h"
 
 #include "tests/support/hex.h"
 
@@ -10,7 +11,7 @@ using namespace pkider_test;
 namespace {
 
 bytes_t header(uint64_t content_size) {
-    bytes_t out(asn_header_size(content_size));
+    bytes_t out(checked_size(asn_header_size(content_size)));
     EXPECT_EQ(asn_put_header(out.data(), 0x30, content_size), out.data() + out.size());
     return out;
 }

@@ -30,7 +30,7 @@ TEST(OidContents, AreThoseOfTheRunTime) {
     constexpr std::string_view text = "1.3.6.1.4.1.5849.1.3.2";
     uint8_t encoded[oid_buffer_size];
     const uint64_t size = encode_oid(text.data(), text.data() + text.size(), encoded);
-    EXPECT_EQ((contents<"1.3.6.1.4.1.5849.1.3.2">()), to_hex(std::span<const uint8_t>(encoded, size)));
+    EXPECT_EQ((contents<"1.3.6.1.4.1.5849.1.3.2">()), to_hex(std::span<const uint8_t>(encoded, encoded + size)));
 }
 
 } // namespace

@@ -44,7 +44,7 @@ std::string map_answers() {
     for (const std::string_view name :
          {"initials", "INITIALS", "\xDDN\xDDT\xDD\x41LS", "\xFDn\xFDt\xFD\x61ls", "\xFDLK\xA0", "ILK\xA0", "X"}) {
         const OIDdescr_t* const entry = oid_map_find_sn(map, name.data(), name.size());
-        out += entry == nullptr ? "none" : to_hex(std::string_view(entry->sn, entry->sn_len));
+        out += entry == nullptr ? "none" : to_hex(std::string(entry->sn, entry->sn + entry->sn_len));
         out += '\n';
     }
     return out;

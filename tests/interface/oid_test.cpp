@@ -69,9 +69,9 @@ TEST(InterfaceOid, ParsesSearchesAndReleasesAMap) {
 
     const OIDdescr_t* const entry = find_sn(map, "mine");
     ASSERT_NE(entry, nullptr);
-    EXPECT_EQ(std::string_view(entry->str, entry->str_len), "1.2.3.4");
-    EXPECT_EQ(std::string_view(entry->sn, entry->sn_len), "MINE");
-    EXPECT_EQ(std::string_view(entry->ln, entry->ln_len), "myAttribute");
+    EXPECT_EQ(std::string(entry->str, entry->str + entry->str_len), "1.2.3.4");
+    EXPECT_EQ(std::string(entry->sn, entry->sn + entry->sn_len), "MINE");
+    EXPECT_EQ(std::string(entry->ln, entry->ln + entry->ln_len), "myAttribute");
     EXPECT_EQ(oid_map_find_asn(map, entry->asn, entry->asn_len), entry);
     EXPECT_EQ(oid_map_find_str(map, entry->str, entry->str_len), entry);
     EXPECT_EQ(find_sn(map, "CN"), nullptr);
@@ -82,7 +82,7 @@ TEST(InterfaceOid, PublishesTheDefaultMapsAsData) {
     for (const oid_map_handle_t map : {OID_MAP_HANDLE_DEFAULT, OID_MAP_HANDLE_DEFAULT_FILE}) {
         const OIDdescr_t* const entry = find_sn(map, "CN");
         ASSERT_NE(entry, nullptr);
-        EXPECT_EQ(std::string_view(entry->str, entry->str_len), "2.5.4.3");
+        EXPECT_EQ(std::string(entry->str, entry->str + entry->str_len), "2.5.4.3");
     }
     EXPECT_NE(OID_MAP_HANDLE_DEFAULT.map, OID_MAP_HANDLE_DEFAULT_FILE.map);
 }

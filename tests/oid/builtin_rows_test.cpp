@@ -23,7 +23,7 @@ constexpr std::string_view builtin_text = tool::builtin_map_text;
 static_assert(builtin_text.size() == 711);
 
 std::string all_strings(const OIDdescr_t& entry) {
-    return {reinterpret_cast<const char*>(entry.asn), entry.asn_len + entry.str_len + entry.sn_len + entry.ln_len + 3};
+    return {entry.asn, entry.asn + entry.asn_len + entry.str_len + entry.sn_len + entry.ln_len + 3};
 }
 
 TEST(BuiltinRows, WrittenOutAreTheTextOf711Bytes) {
@@ -69,7 +69,8 @@ const OIDdescr_t* first_row(auto has_key) {
     return row == end ? nullptr : row;
 }
 const OIDdescr_t* first_with_contents(std::span<const uint8_t> key) {
-    return first_row([&](const OIDdescr_t& row) { return std::ranges::equal(std::span(row.asn, row.asn_len), key); });
+    return first_row(
+        [&](const OIDdescr_t& row) { return std::ranges::equal(std::span(row.asn, row.asn + row.asn_len), key); });
 }
 const OIDdescr_t* first_with_dotted_text(std::string_view key) {
     return first_row([&](const OIDdescr_t& row) { return row.str == key; });
@@ -82,7 +83,8 @@ const OIDdescr_t* first_with_short_name(std::string_view key) {
 
 TEST(BuiltinIndex, FindsTheFirstRowOfEachKey) {
     for (const OIDdescr_t& row : builtin_rows) {
-        EXPECT_EQ(builtin_by_contents.find(row.asn, row.asn_len), first_with_contents({row.asn, row.asn_len}));
+        EXPECT_EQ(builtin_by_contents.find(row.asn, row.asn_len),
+                  first_with_contents({row.asn, row.asn + row.asn_len}));
         EXPECT_EQ(find_builtin_dotted_text(row.str, row.str_len), first_with_dotted_text(row.str));
         EXPECT_EQ(builtin_by_short_name.find(row.sn, row.sn_len), first_with_short_name(row.sn));
     }
@@ -114,18 +116,18 @@ TEST(BuiltinIndex, AnswersAsTheTableForShortNamesOfUpToTwoBytes) {
 // The four bytes that choose the slot are right, another one is not.
 TEST(BuiltinIndex, ComparesTheWholeKey) {
     for (const OIDdescr_t& row : builtin_rows) {
-        for (uint64_t i = 0; i < row.asn_len; ++i) {
+        for (std::size_t i = 0; i < row.asn_len; ++i) {
             std::string key(row.asn, row.asn + row.asn_len);
             key[i] = static_cast<char>(key[i] ^ 0x40);
             const auto* const bytes = reinterpret_cast<const uint8_t*>(key.data());
             EXPECT_EQ(builtin_by_contents.find(bytes, key.size()), first_with_contents({bytes, key.size()}));
         }
-        for (uint64_t i = 0; i < row.str_len; ++i) {
+        for (std::size_t i = 0; i < row.str_len; ++i) {
             std::string key = row.str;
             key[i] = key[i] == '.' ? '0' : '.';
             EXPECT_EQ(find_builtin_dotted_text(key.data(), key.size()), nullptr) << key;
         }
-        for (uint64_t i = 0; i < row.sn_len; ++i) {
+        for (std::size_t i = 0; i < row.sn_len; ++i) {
             std::string key = row.sn;
             key[i] = '-';
             EXPECT_EQ(builtin_by_short_name.find(key.data(), key.size()), nullptr) << key;

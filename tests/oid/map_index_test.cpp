@@ -8,6 +8,7 @@
 #include <deque>
 #include <set>
 #include <string>
+#include <string_view>
 
 using namespace pkider;
 using namespace pkider_test;
@@ -58,8 +59,9 @@ TYPED_TEST(OidMapIndex, FindsTheFirstOfEachKeyWhateverTheHash) {
 
     std::set<std::string_view> seen;
     for (const OIDdescr_t* entry : names.all()) {
-        const bool first = seen.insert({entry->sn, entry->sn_len}).second;
-        ASSERT_EQ(index.find({entry->sn, entry->sn_len}) == entry, first) << entry->sn;
+        const std::string_view sn(entry->sn, entry->sn + entry->sn_len);
+        const bool first = seen.insert(sn).second;
+        ASSERT_EQ(index.find(sn) == entry, first) << sn;
     }
     EXPECT_EQ(seen.size(), 3000u);
     EXPECT_EQ(index.find("N3000"), nullptr);

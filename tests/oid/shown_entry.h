@@ -9,7 +9,7 @@
 namespace pkider_test {
 
 inline std::string shown(const char* text, uint64_t length) {
-    return text[length] == '\0' ? std::string(text, length) : "(no NUL after it)";
+    return text[length] == '\0' ? std::string(text, text + length) : "(no NUL after it)";
 }
 
 /// `dotted|SN|ln`, or `none`.

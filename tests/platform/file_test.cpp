@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(InvalidBytes, Utf16Units, testing::ValuesIn(invalid_byt
 std::string contents_of(const std::string& path) {
     const file_bytes_t file = read_whole_file(path.c_str());
     EXPECT_EQ(file.bytes == nullptr, file.size == 0);
-    return {file.bytes.get(), file.size};
+    return {file.bytes.get(), file.bytes.get() + file.size};
 }
 
 TEST(ReadWholeFile, GivesEveryByte) {

@@ -91,7 +91,7 @@ TEST(Kodex, ConvertsEveryBmpUnit) {
         const std::string expected = code >= 0xD800 && code <= 0xDFFF ? "" : utf8_by_the_rule(code);
         char out[4];
         const uint64_t size = converter.convert_safe(in, 2, out, sizeof(out));
-        ASSERT_EQ(std::string(out, size), expected) << code;
+        ASSERT_EQ(std::string(out, out + size), expected) << code;
         ASSERT_EQ(converter.get_outsize(in, 2), expected.size()) << code;
     }
 }
@@ -105,7 +105,7 @@ TEST(Kodex, ConvertsEveryUniversalCharacterAndNothingAbove) {
         const std::string expected = convertible ? utf8_by_the_rule(code) : "";
         char out[4];
         const uint64_t size = converter.convert_safe(in, 4, out, sizeof(out));
-        ASSERT_EQ(std::string(out, size), expected) << code;
+        ASSERT_EQ(std::string(out, out + size), expected) << code;
         ASSERT_EQ(converter.get_outsize(in, 4), expected.size()) << code;
     }
 }

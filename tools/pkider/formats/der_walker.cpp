@@ -13,14 +13,14 @@ constexpr std::uint64_t max_tag_octets = 9; // 63 bits of tag number
 constexpr std::uint64_t max_levels = 1024;  // more than anything but an attack nests
 
 /// Takes the tag number; gives the number of identifier octets, 0 when they are cut off or too many.
-std::uint64_t read_identifier(bytes_t bytes, der_header_t& out) {
+std::size_t read_identifier(bytes_t bytes, der_header_t& out) {
     if (bytes.empty()) return 0;
     out.identifier = bytes[0];
     out.tag_number = bytes[0] & tag_number_bits;
     if (out.tag_number != tag_number_bits) return 1;
 
     out.tag_number = 0;
-    for (std::uint64_t i = 1; i < bytes.size() && i <= max_tag_octets; ++i) {
+    for (std::size_t i = 1; i < bytes.size() && i <= max_tag_octets; ++i) {
         out.tag_number = out.tag_number << 7 | (bytes[i] & 0x7F);
         if (bytes[i] < 0x80) return i + 1;
     }
@@ -53,7 +53,7 @@ bool has_plausible_contents(const der_header_t& header) {
 /// What `bytes` begin with when it is no header; empty when it is one, and then `needed` is the size of the element.
 std::string explain_header(bytes_t bytes, std::uint64_t& needed) {
     der_header_t header;
-    const std::uint64_t identifier_len = read_identifier(bytes, header);
+    const std::size_t identifier_len = read_identifier(bytes, header);
     if (identifier_len == 0) {
         return bytes.size() > max_tag_octets ? "a tag number of more than 63 bits" : "a tag number that is cut off";
     }
@@ -61,21 +61,21 @@ std::string explain_header(bytes_t bytes, std::uint64_t& needed) {
 
     const std::uint8_t first = bytes[identifier_len];
     if (first == indefinite_length) return "a length of the indefinite form, which DER does not have";
-    const std::uint64_t num_octets = first < 0x80 ? 0 : first & 0x7F;
+    const std::size_t num_octets = first < 0x80 ? 0 : first & 0x7F;
     if (num_octets > 4) return "a length of " + std::to_string(num_octets) + " octets, more than 4";
     if (bytes.size() - identifier_len - 1 < num_octets) return "a length that is cut off";
 
     std::uint64_t length = first;
     if (num_octets != 0) length = 0;
-    for (std::uint64_t i = 0; i < num_octets; ++i) length = length << 8 | bytes[identifier_len + 1 + i];
-    needed = identifier_len + 1 + num_octets + length;
+    for (std::size_t i = 0; i < num_octets; ++i) length = length << 8 | bytes[identifier_len + 1 + i];
+    needed = length + identifier_len + 1 + num_octets;
     return {};
 }
 
 } // namespace
 
 bool read_der_header(bytes_t bytes, der_header_t& out) {
-    const std::uint64_t identifier_len = read_identifier(bytes, out);
+    const std::size_t identifier_len = read_identifier(bytes, out);
     if (identifier_len == 0) return false;
 
     // The library knows one identifier octet and, not asked for a tag, does not look at it: the last one will do.
@@ -85,7 +85,7 @@ bool read_der_header(bytes_t bytes, der_header_t& out) {
         asn1_read_tag_(asn_tag_t::ANY, bytes.data() + skipped, bytes.size() - skipped, &length);
     if (contents == nullptr) return false;
     out.header_len = static_cast<std::uint64_t>(contents - bytes.data());
-    out.contents = bytes.subspan(out.header_len, length);
+    out.contents = {contents, contents + length};
     return true;
 }
 
@@ -139,7 +139,7 @@ const der_node_t* der_walker_t::next() {
     if (m_at == end) return nullptr;
 
     m_node = {};
-    if (!read_der_header(m_bytes.subspan(m_at, end - m_at), m_node)) {
+    if (!read_der_header({m_bytes.data() + m_at, m_bytes.data() + end}, m_node)) {
         m_fault = {m_at, explain_fault(end)};
         return nullptr;
     }
@@ -170,8 +170,8 @@ void der_walker_t::step_into_or_over() {
 
 std::string der_walker_t::explain_fault(std::uint64_t end) const {
     std::uint64_t needed = 0;
-    const std::uint64_t left = end - m_at;
-    std::string found = explain_header(m_bytes.subspan(m_at, left), needed);
+    const bytes_t left(m_bytes.data() + m_at, m_bytes.data() + end);
+    std::string found = explain_header(left, needed);
     if (!found.empty()) return found;
 
     std::string where = "the data";
@@ -179,7 +179,8 @@ std::string der_walker_t::explain_fault(std::uint64_t end) const {
         const der_node_t& parent = m_parents.back().node;
         where = "the " + tag_name(parent) + " at offset " + std::to_string(parent.offset);
     }
-    return "an element of " + count_text(needed, "byte") + " where " + std::to_string(left) + " are left in " + where;
+    return "an element of " + count_text(needed, "byte") + " where " + std::to_string(left.size()) + " are left in " +
+           where;
 }
 
 } // namespace tool
