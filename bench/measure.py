@@ -200,17 +200,21 @@ def refusal_table(medians):
         yield f"| {words} | {medians[OURS][row]:.1f} |"
 
 
+def stripped_kilobytes(library):
+    with tempfile.NamedTemporaryFile() as stripped:
+        subprocess.run(["strip", "-o", stripped.name, library], check=True)
+        return os.path.getsize(stripped.name) / 1000
+
+
 def load_lines(folder):
     program = folder / "bench" / "bench_load"
     results = json.loads(subprocess.run([program], check=True, capture_output=True, text=True).stdout)
-    with tempfile.NamedTemporaryFile() as stripped:
-        subprocess.run(["strip", "-o", stripped.name, folder / "libpkider.so"], check=True)
-        size = os.path.getsize(stripped.name)
     yield (
         f"Loading the shared library costs {results['library_us']:.1f} µs, an empty library {results['empty_us']:.1f} µs: "
         f"{results['library_us'] - results['empty_us']:.1f} µs more (to reach: 20). It makes "
-        f"{results['allocations']} allocations of its own while it is loaded. Stripped, it has {size / 1000:.0f} KB "
-        f"(to reach: 150)."
+        f"{results['allocations']} allocations of its own while it is loaded. Stripped, it has "
+        f"{stripped_kilobytes(folder / 'libpkider.so'):.0f} KB (to reach: 150), and the C interface, `libpkider_c.so` with the "
+        f"library inside, {stripped_kilobytes(folder / 'libpkider_c.so'):.0f} KB."
     )
 
 
