@@ -68,6 +68,7 @@ bool host_crypto_t::check_mac(const pkcs12_mac_t& mac, const uint8_t* data, uint
 }
 
 bool host_crypto_t::make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac) {
+    if (m_encryption_fault != PKIDER_OK) return false;
     require(m_host.make_mac);
     pkider_pkcs12_mac_t record{};
     if (!is_accepted(m_host.make_mac(m_host.context, data, size, &record))) return false;
@@ -87,16 +88,19 @@ bool host_crypto_t::decrypt(const pkcs8_encrypted_pki_gost_t& params, const uint
     return true;
 }
 
-// The library ignores the result and writes what is in `storage`; a host that refuses must not get a file.
+// The library ignores the result, and writes what is in `storage`.
 bool host_crypto_t::encrypt(const uint8_t* data, uint64_t size, pkcs8_encrypted_pki_gost_t& params,
                             std::string& storage) {
-    require(m_host.encrypt);
-    pkider_encrypted_gost_key_t record{};
-    wiping_sink_t writer(storage);
-    const pkider_sink_t sink = writer.sink();
-    if (!is_accepted(m_host.encrypt(m_host.context, data, size, &record, &sink), writer)) throw stopped_t{PKIDER_HOST};
-    params = record_of(record);
-    return true;
+    m_encryption_fault = at_border([&] {
+        require(m_host.encrypt);
+        pkider_encrypted_gost_key_t record{};
+        wiping_sink_t writer(storage);
+        const pkider_sink_t sink = writer.sink();
+        if (!is_accepted(m_host.encrypt(m_host.context, data, size, &record, &sink), writer)) return PKIDER_HOST;
+        params = record_of(record);
+        return PKIDER_OK;
+    });
+    return m_encryption_fault == PKIDER_OK;
 }
 
 } // namespace pkider::c

@@ -11,7 +11,8 @@ namespace pkider::c {
 pkider_pkcs12_mac_t shown(const pkcs12_mac_t& mac);
 pkcs12_mac_t record_of(const pkider_pkcs12_mac_t& mac);
 
-/// A callback that fails ends the library's call by stopped_t.
+/// A callback that fails ends the library's call by stopped_t; only the library that encrypts must go on, to wipe the
+/// plaintext.
 class host_crypto_t final : public pbe_crypto_t {
   public:
     explicit host_crypto_t(const pkider_pbe_crypto_t& host) : m_host(host) {}
@@ -25,9 +26,13 @@ class host_crypto_t final : public pbe_crypto_t {
     /// Whether check_mac was called and the host refused the MAC.
     bool has_refused_mac() const { return m_has_refused_mac; }
 
+    /// The fault of encrypt, or PKIDER_OK. After a fault, what the library has written is not a file.
+    pkider_status_t encryption_fault() const { return m_encryption_fault; }
+
   private:
     const pkider_pbe_crypto_t& m_host;
     bool m_has_refused_mac = false;
+    pkider_status_t m_encryption_fault = PKIDER_OK;
 };
 
 } // namespace pkider::c

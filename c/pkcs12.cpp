@@ -126,6 +126,6 @@ pkider_status_t pkider_pkcs12_write(const pkider_pkcs12_contents_t* contents, co
         host_crypto_t host(*crypto);
         std::string pfx;
         asn_write_pkcs12_easy(record, &host, pfx);
-        return deliver(pfx, *out);
+        return host.encryption_fault() == PKIDER_OK ? deliver(pfx, *out) : host.encryption_fault();
     });
 }

@@ -4,6 +4,7 @@
 #include "c/encrypted_gost_key.h"
 #include "c/output.h"
 #include "c/spans.h"
+#include "c/wiping.h"
 
 #include <string>
 
@@ -41,7 +42,9 @@ pkider_status_t pkider_gost_private_key_write(const pkider_gost_private_key_t* k
         store(key->key, record.key_len, record.key);
         std::string der;
         asn_write_pkcs8_pki_gost(record, der);
-        return deliver(der, *out);
+        const pkider_status_t status = deliver(der, *out);
+        wipe(der);
+        return status;
     });
 }
 

@@ -19,6 +19,8 @@
 //   a map or of a PKCS#12 file belong to its handle. The library keeps no other pointer after it has returned.
 // - **Handles** and what belongs to them must not be used after the release of the handle. The library cannot notice
 // it.
+// - **Secrets**: the library wipes its own copies of private keys and plaintexts. What a sink or a buffer has received
+//   is for the host to wipe.
 // - **Callbacks** run on the calling thread, before the function returns. They may call the library, and must not
 //   throw, unwind or longjmp through it.
 // - **Threads**: every function may be called from any thread. Only pkider_oid_map_release, pkider_pkcs12_release and
