@@ -1,10 +1,9 @@
 // The pattern of a command.
 //
-// A command is one file, commands/<name>.cpp, with one function register_<name>, which is declared below and in the
-// table of commands.cpp. A subcommand is a file too, commands/<command>_<name>.cpp, with register_<command>_<name>,
-// which commands/<command>.h declares and commands/<command>.cpp calls. The function adds a subcommand to the app, puts
-// its options into a record that lives as long as the command, and says with `when_chosen` what runs once the whole
-// command line has been read:
+// A command is one file, commands/<name>.cpp, with one function register_<name>. A subcommand is a file too,
+// commands/<command>_<name>.cpp, with register_<command>_<name>. commands.h declares the functions of both, and
+// commands.cpp calls them. The function adds a subcommand to the app, puts its options into a record that lives as long
+// as the command, and says with `when_chosen` what runs once the whole command line has been read:
 //
 //     struct options_t { std::vector<std::string> files; output_options_t output; map_options_t map; };
 //
@@ -47,17 +46,5 @@ inline CLI::App& add_command(CLI::App& app, const std::string& name, const std::
 inline void when_chosen(CLI::App& command, chosen_command_t& chosen, chosen_command_t run) {
     command.callback([&chosen, run = std::move(run)] { chosen = run; });
 }
-
-void register_alg(CLI::App& app, chosen_command_t& chosen);
-void register_cert(CLI::App& app, chosen_command_t& chosen);
-void register_der(CLI::App& app, chosen_command_t& chosen);
-void register_digestinfo(CLI::App& app, chosen_command_t& chosen);
-void register_dn(CLI::App& app, chosen_command_t& chosen);
-void register_key(CLI::App& app, chosen_command_t& chosen);
-void register_map(CLI::App& app, chosen_command_t& chosen);
-void register_oid(CLI::App& app, chosen_command_t& chosen);
-void register_p12(CLI::App& app, chosen_command_t& chosen);
-void register_sig(CLI::App& app, chosen_command_t& chosen);
-void register_what(CLI::App& app, chosen_command_t& chosen);
 
 } // namespace tool

@@ -1,6 +1,7 @@
 set(tool_cli_sources
   bracket_shield.cpp
   caret.cpp
+  dn_lines.cpp
   faults.cpp
   file_options.cpp
   input.cpp

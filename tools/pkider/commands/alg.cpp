@@ -1,8 +1,8 @@
 // pkider alg: an algorithm by name, OID or value, and the list of all.
 #include "tools/pkider/base/failure.h"
-#include "tools/pkider/cli/command.h"
 #include "tools/pkider/cli/output_options.h"
 #include "tools/pkider/cli/text_lines.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/alg_names.h"
 #include "tools/pkider/facts/oid_names.h"
 #include "tools/pkider/formats/encodings.h"

@@ -1,10 +1,10 @@
 // pkider cert: the certificates of a bundle.
 #include "tools/pkider/base/count_text.h"
-#include "tools/pkider/cli/command.h"
 #include "tools/pkider/cli/faults.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/output_options.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/explain/name_encoding.h"
 #include "tools/pkider/explain/name_fault.h"
 #include "tools/pkider/facts/certificate.h"

@@ -1,11 +1,11 @@
 // pkider der: a readable tree of any DER.
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
-#include "tools/pkider/cli/command.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/option_checks.h"
 #include "tools/pkider/cli/output_options.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/der_tree.h"
 #include "tools/pkider/io/output.h"
 #include "tools/pkider/text/terminal_text.h"

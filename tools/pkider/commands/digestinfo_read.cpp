@@ -3,7 +3,7 @@
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/output_options.h"
-#include "tools/pkider/commands/digestinfo.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/alg_names.h"
 #include "tools/pkider/facts/oid_names.h"
 #include "tools/pkider/formats/encodings.h"

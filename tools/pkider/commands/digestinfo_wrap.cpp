@@ -4,7 +4,7 @@
 #include "tools/pkider/cli/faults.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/output_options.h"
-#include "tools/pkider/commands/digestinfo.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/explain/faithful_lengths.h"
 #include "tools/pkider/facts/alg_names.h"
 #include "tools/pkider/formats/encodings.h"

@@ -1,11 +1,13 @@
 // pkider dn decode: the DER of a Name to a line of text.
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/cli/input.h"
+#include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/output_options.h"
-#include "tools/pkider/commands/dn.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/explain/name_fault.h"
 #include "tools/pkider/formats/der_cursor.h"
 #include "tools/pkider/formats/encodings.h"
+#include "tools/pkider/io/output.h"
 #include "tools/pkider/io/report.h"
 #include "tools/pkider/text/terminal_text.h"
 

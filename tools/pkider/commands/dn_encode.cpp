@@ -1,6 +1,6 @@
 // pkider dn encode: a line of text to the DER of a Name.
-#include "tools/pkider/cli/text_lines.h"
-#include "tools/pkider/commands/dn.h"
+#include "tools/pkider/cli/dn_lines.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/explain/name_encoding.h"
 #include "tools/pkider/formats/encodings.h"
 
@@ -9,7 +9,7 @@
 namespace tool {
 namespace {
 
-exit_code_t encode(const line_options_t& options) {
+exit_code_t encode(const dn_der_options_t& options) {
     const map_in_force_t map(options.map);
     json_array_t json(options.form);
     return for_each_line(options.lines, json, [&](const std::string& line) {
@@ -30,8 +30,8 @@ void register_dn_encode(CLI::App& dn, chosen_command_t& chosen) {
                                     "  pkider dn encode 'CN=Server 1,O=Example,C=RU'\n"
                                     "  pkider dn encode --der 'CN=\"Smith, John\"' > name.der\n"
                                     "  pkider dn encode --base64 < names.txt\n");
-    const auto options = std::make_shared<line_options_t>();
-    add_line_options(command, *options);
+    const auto options = std::make_shared<dn_der_options_t>();
+    add_dn_der_options(command, *options);
     when_chosen(command, chosen, [options] { return encode(*options); });
 }
 

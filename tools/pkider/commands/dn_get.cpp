@@ -1,6 +1,6 @@
 // pkider dn get: the first attribute of a type.
-#include "tools/pkider/cli/text_lines.h"
-#include "tools/pkider/commands/dn.h"
+#include "tools/pkider/cli/dn_lines.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/explain/name_encoding.h"
 #include "tools/pkider/text/terminal_text.h"
 
@@ -11,7 +11,7 @@
 namespace tool {
 namespace {
 
-struct options_t : text_options_t {
+struct options_t : dn_line_options_t {
     std::string type;
     bool pair = false;
 };
@@ -41,7 +41,7 @@ void register_dn_get(CLI::App& dn, chosen_command_t& chosen) {
         ->required()
         ->type_name("");
     command.add_flag("--pair", options->pair, "Print TYPE=value, not the value alone");
-    add_text_options(command, *options);
+    add_dn_line_options(command, *options);
     when_chosen(command, chosen, [options] { return get(*options); });
 }
 

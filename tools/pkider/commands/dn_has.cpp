@@ -1,6 +1,6 @@
 // pkider dn has: whether a name holds some RDNs.
-#include "tools/pkider/cli/text_lines.h"
-#include "tools/pkider/commands/dn.h"
+#include "tools/pkider/cli/dn_lines.h"
+#include "tools/pkider/commands/commands.h"
 
 #include <pkider/dn.h>
 
@@ -9,7 +9,7 @@
 namespace tool {
 namespace {
 
-struct options_t : text_options_t {
+struct options_t : dn_line_options_t {
     std::string attributes;
 };
 
@@ -30,7 +30,7 @@ void register_dn_has(CLI::App& dn, chosen_command_t& chosen) {
                                     "  pkider dn has 'O=Example,C=RU' 'CN=Server,O=Example,C=RU'\n");
     const auto options = std::make_shared<options_t>();
     command.add_option("ATTRIBUTES", options->attributes, "RDNs separated by ','")->required()->type_name("");
-    add_text_options(command, *options);
+    add_dn_line_options(command, *options);
     when_chosen(command, chosen, [options] { return has(*options); });
 }
 

@@ -1,6 +1,6 @@
 // pkider dn normalize: a line of text to the DER of a Name, and back again to its normal form.
-#include "tools/pkider/cli/text_lines.h"
-#include "tools/pkider/commands/dn.h"
+#include "tools/pkider/cli/dn_lines.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/explain/name_encoding.h"
 #include "tools/pkider/explain/name_fault.h"
 #include "tools/pkider/formats/der_cursor.h"
@@ -12,7 +12,7 @@
 namespace tool {
 namespace {
 
-exit_code_t normalize(const line_options_t& options) {
+exit_code_t normalize(const dn_der_options_t& options) {
     const map_in_force_t map(options.map);
     json_array_t json(options.form);
     return for_each_line(options.lines, json, [&](const std::string& line) {
@@ -35,8 +35,8 @@ void register_dn_normalize(CLI::App& dn, chosen_command_t& chosen) {
     CLI::App& command = add_command(dn, "normalize", "Encodes names and prints them again, in the one form they have",
                                     "  pkider dn normalize 'cn=\"Smith, John\", 2.5.4.10=Example'\n"
                                     "  pkider dn normalize --json < names.txt\n");
-    const auto options = std::make_shared<line_options_t>();
-    add_line_options(command, *options);
+    const auto options = std::make_shared<dn_der_options_t>();
+    add_dn_der_options(command, *options);
     when_chosen(command, chosen, [options] { return normalize(*options); });
 }
 

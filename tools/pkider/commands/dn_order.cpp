@@ -1,6 +1,6 @@
 // pkider dn order: whether C is before CN.
-#include "tools/pkider/cli/text_lines.h"
-#include "tools/pkider/commands/dn.h"
+#include "tools/pkider/cli/dn_lines.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/explain/name_encoding.h"
 
 #include <pkider/dn.h>
@@ -10,7 +10,7 @@
 namespace tool {
 namespace {
 
-exit_code_t order(const text_options_t& options) {
+exit_code_t order(const dn_line_options_t& options) {
     json_array_t json(options.form);
     return for_each_line(options.lines, json, [&](const std::string& line) {
         check_splits(line, {});
@@ -23,8 +23,8 @@ exit_code_t order(const text_options_t& options) {
 void register_dn_order(CLI::App& dn, chosen_command_t& chosen) {
     CLI::App& command = add_command(dn, "order", "Says whether C is before CN; exit 1 when not",
                                     "  pkider dn order 'C=RU,O=Example,CN=Server'\n");
-    const auto options = std::make_shared<text_options_t>();
-    add_text_options(command, *options);
+    const auto options = std::make_shared<dn_line_options_t>();
+    add_dn_line_options(command, *options);
     when_chosen(command, chosen, [options] { return order(*options); });
 }
 

@@ -1,6 +1,6 @@
 // pkider dn reverse: a name with its RDNs in the opposite order.
-#include "tools/pkider/cli/text_lines.h"
-#include "tools/pkider/commands/dn.h"
+#include "tools/pkider/cli/dn_lines.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/explain/name_encoding.h"
 #include "tools/pkider/text/terminal_text.h"
 
@@ -11,7 +11,7 @@
 namespace tool {
 namespace {
 
-exit_code_t reverse(const text_options_t& options) {
+exit_code_t reverse(const dn_line_options_t& options) {
     json_array_t json(options.form);
     return for_each_line(options.lines, json, [&](const std::string& line) {
         check_splits(line, {});
@@ -27,8 +27,8 @@ exit_code_t reverse(const text_options_t& options) {
 void register_dn_reverse(CLI::App& dn, chosen_command_t& chosen) {
     CLI::App& command = add_command(dn, "reverse", "Turns the order of the RDNs round, each as it is written",
                                     "  pkider dn reverse 'C=RU,O=Example,CN=Server'\n");
-    const auto options = std::make_shared<text_options_t>();
-    add_text_options(command, *options);
+    const auto options = std::make_shared<dn_line_options_t>();
+    add_dn_line_options(command, *options);
     when_chosen(command, chosen, [options] { return reverse(*options); });
 }
 

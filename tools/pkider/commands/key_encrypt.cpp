@@ -5,7 +5,7 @@
 #include "tools/pkider/cli/file_options.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/pbe_options.h"
-#include "tools/pkider/commands/key.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/private_key.h"
 
 #include <memory>

@@ -5,7 +5,7 @@
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/output_options.h"
-#include "tools/pkider/commands/key.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/commands/key_show_private.h"
 #include "tools/pkider/facts/certificate.h"
 #include "tools/pkider/facts/file_kind.h"

@@ -4,7 +4,7 @@
 #include "tools/pkider/cli/faults.h"
 #include "tools/pkider/cli/file_options.h"
 #include "tools/pkider/cli/input.h"
-#include "tools/pkider/commands/key.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/gost_kinds.h"
 #include "tools/pkider/facts/private_key.h"
 #include "tools/pkider/formats/der_header.h"

@@ -1,7 +1,7 @@
 // pkider map check: how the library reads every line of a configuration file; the library itself reports nothing.
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/output_options.h"
-#include "tools/pkider/commands/map.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/explain/map_reach.h"
 #include "tools/pkider/facts/builtin_map.h"
 #include "tools/pkider/formats/encodings.h"

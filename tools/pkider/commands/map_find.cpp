@@ -3,7 +3,7 @@
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/output_options.h"
 #include "tools/pkider/cli/text_lines.h"
-#include "tools/pkider/commands/map.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/formats/der_cursor.h"
 #include "tools/pkider/formats/encodings.h"
 #include "tools/pkider/formats/oid_text.h"

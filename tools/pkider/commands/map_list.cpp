@@ -1,7 +1,7 @@
 // pkider map list: the entries of the map in force, in the order in which they take their keys.
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/output_options.h"
-#include "tools/pkider/commands/map.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/explain/map_reach.h"
 #include "tools/pkider/facts/builtin_map.h"
 #include "tools/pkider/formats/encodings.h"

@@ -1,9 +1,9 @@
 // pkider oid: an object identifier in all its forms, and what does not survive the way there and back.
 #include "tools/pkider/base/failure.h"
-#include "tools/pkider/cli/command.h"
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/output_options.h"
 #include "tools/pkider/cli/text_lines.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/alg_names.h"
 #include "tools/pkider/formats/der_cursor.h"
 #include "tools/pkider/formats/der_header.h"

@@ -4,9 +4,11 @@
 #include "tools/pkider/cli/file_options.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/option_checks.h"
-#include "tools/pkider/commands/p12.h"
+#include "tools/pkider/cli/pbe_options.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/p12_item.h"
 #include "tools/pkider/facts/p12_outline.h"
+#include "tools/pkider/facts/p12_reading.h"
 #include "tools/pkider/io/report.h"
 
 #include <algorithm>

@@ -1,7 +1,9 @@
 // pkider p12 verify: is the MAC of the file right for this password?
 #include "tools/pkider/cli/input.h"
-#include "tools/pkider/commands/p12.h"
+#include "tools/pkider/cli/p12_files.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/oid_names.h"
+#include "tools/pkider/facts/p12_reading.h"
 #include "tools/pkider/io/output.h"
 #include "tools/pkider/text/terminal_text.h"
 

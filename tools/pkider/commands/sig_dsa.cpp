@@ -3,7 +3,7 @@
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/output_options.h"
-#include "tools/pkider/commands/sig.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/formats/der_integer.h"
 #include "tools/pkider/formats/encodings.h"
 #include "tools/pkider/io/output.h"

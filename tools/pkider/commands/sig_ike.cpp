@@ -4,7 +4,7 @@
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/option_checks.h"
 #include "tools/pkider/cli/output_options.h"
-#include "tools/pkider/commands/sig.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/alg_names.h"
 #include "tools/pkider/facts/signature_algorithm.h"
 #include "tools/pkider/formats/encodings.h"

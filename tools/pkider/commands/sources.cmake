@@ -3,10 +3,8 @@ set(tool_commands_sources
   cert.cpp
   commands.cpp
   der.cpp
-  digestinfo.cpp
   digestinfo_read.cpp
   digestinfo_wrap.cpp
-  dn.cpp
   dn_decode.cpp
   dn_encode.cpp
   dn_get.cpp
@@ -14,23 +12,19 @@ set(tool_commands_sources
   dn_normalize.cpp
   dn_order.cpp
   dn_reverse.cpp
-  key.cpp
   key_decrypt.cpp
   key_encrypt.cpp
   key_show.cpp
   key_show_private.cpp
   key_wrap.cpp
-  map.cpp
   map_check.cpp
   map_find.cpp
   map_list.cpp
   oid.cpp
-  p12.cpp
   p12_create.cpp
   p12_extract.cpp
   p12_list.cpp
   p12_verify.cpp
-  sig.cpp
   sig_dsa.cpp
   sig_ike.cpp
   what.cpp)

@@ -1,10 +1,10 @@
 // pkider what: what is in this file?
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
-#include "tools/pkider/cli/command.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/output_options.h"
+#include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/file_facts.h"
 #include "tools/pkider/facts/file_kind.h"
 #include "tools/pkider/io/output.h"

@@ -1,12 +1,11 @@
-// The subcommands of `pkider p12`, and what several of them need.
+// Several PKCS#12 files in one command: one password for all, and a limit of work for each.
 #pragma once
 
-#include "tools/pkider/cli/command.h"
 #include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/pbe_options.h"
-#include "tools/pkider/facts/p12_reading.h"
 
 #include <optional>
+#include <string>
 
 namespace tool {
 
@@ -45,10 +44,5 @@ class file_budget_t {
     std::string m_file;
     std::size_t m_line = 0;
 };
-
-void register_p12_list(CLI::App& p12, chosen_command_t& chosen);
-void register_p12_verify(CLI::App& p12, chosen_command_t& chosen);
-void register_p12_extract(CLI::App& p12, chosen_command_t& chosen);
-void register_p12_create(CLI::App& p12, chosen_command_t& chosen);
 
 } // namespace tool
