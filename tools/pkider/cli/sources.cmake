@@ -8,4 +8,5 @@ set(tool_cli_sources
   map_options.cpp
   output_options.cpp
   pbe_options.cpp
+  show_inputs.cpp
   text_lines.cpp)

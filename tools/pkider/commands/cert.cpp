@@ -1,9 +1,7 @@
 // pkider cert: the certificates of a bundle.
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/cli/faults.h"
-#include "tools/pkider/cli/input.h"
-#include "tools/pkider/cli/map_options.h"
-#include "tools/pkider/cli/output_options.h"
+#include "tools/pkider/cli/show_inputs.h"
 #include "tools/pkider/commands/commands.h"
 #include "tools/pkider/explain/name_encoding.h"
 #include "tools/pkider/explain/name_fault.h"
@@ -19,13 +17,9 @@
 namespace tool {
 namespace {
 
-struct options_t {
-    std::vector<std::string> files;
-    input_form_t in = input_form_t::guess;
-    output_form_t form = output_form_t::text;
+struct options_t : named_show_options_t {
     bool reversed = false;
     bool round_trip = false;
-    map_options_t map;
 };
 
 constexpr const char* trusted_certificate = "TRUSTED CERTIFICATE";
@@ -43,14 +37,14 @@ struct round_trips_t {
 
 class lister_t {
   public:
-    explicit lister_t(const options_t& options) : m_options(options), m_map(options.map), m_json(options.form) {}
+    explicit lister_t(const options_t& options) : m_options(options), m_map(options.map), m_json(options.output) {}
 
     exit_code_t run() {
         const exit_code_t code =
             for_each_file(m_options.files, m_json, [this](const std::string& file) { return list_file(file); });
         m_json.end();
         if (!m_options.round_trip) return code;
-        if (m_options.form == output_form_t::text) print_counts();
+        if (m_options.output == output_form_t::text) print_counts();
         return m_counts.num_equal == m_counts.num_names ? code : worse(code, exit_code_t::answer_is_no);
     }
 
@@ -58,7 +52,7 @@ class lister_t {
     exit_code_t list_file(const std::string& file) {
         exit_code_t worst = exit_code_t::done;
         std::size_t index = 0;
-        for_each_block(file, {.form = m_options.in}, [&](const block_t& block) {
+        for_each_block(file, {.form = m_options.form}, [&](const block_t& block) {
             if (may_be_certificate(block.label)) worst = worse(worst, list_block(input_name(file), block, index));
         });
         if (index == 0) throw data_fault_t("no certificate in it");
@@ -92,13 +86,13 @@ class lister_t {
         const std::string subject = print_element(certificate.subject);
         const std::string issuer = print_element(certificate.issuer);
         const certificate_facts_t facts = read_certificate_facts(certificate, m_map.handle());
-        if (m_options.form == output_form_t::text) {
+        if (m_options.output == output_form_t::text) {
             print("certificate " + std::to_string(result["index"].get<std::size_t>()) + " of " +
                   printable(result["file"].get<std::string>()) + "\n");
         }
         add_name(result, fact::subject, subject);
         add_name(result, fact::issuer, issuer);
-        if (m_options.form == output_form_t::text) print_facts(facts);
+        if (m_options.output == output_form_t::text) print_facts(facts);
         add_certificate_json(facts, result);
         m_json.add(result);
     }
@@ -118,14 +112,14 @@ class lister_t {
     void add_name(json_t& result, const fact_name_t& role, const std::string& name) {
         const std::string member = role.member;
         result[member] = json_text(name);
-        if (m_options.form == output_form_t::text) print_line(role, printable_name(name));
+        if (m_options.output == output_form_t::text) print_line(role, printable_name(name));
         if (!m_options.round_trip) return;
 
         const std::string again = read_and_print_again(name);
         ++m_counts.num_names;
         if (again == name) ++m_counts.num_equal;
         result[member + "_again"] = json_text(again);
-        if (m_options.form == output_form_t::text && again != name)
+        if (m_options.output == output_form_t::text && again != name)
             print("    printed again: " + printable_name(again) + "\n");
     }
 
@@ -156,13 +150,10 @@ void register_cert(CLI::App& app, chosen_command_t& chosen) {
                                     "  pkider cert --reverse --json server.der\n"
                                     "  pkider cert --round-trip bundle.pem\n");
     const auto options = std::make_shared<options_t>();
-    add_file_arguments(command, options->files, "Files with certificates");
-    add_input_option(command, options->in);
+    add_named_show_options(command, *options, "Files with certificates");
     command.add_flag("--reverse", options->reversed, "Print the last RDN of each name first");
     command.add_flag("--round-trip", options->round_trip,
                      "Read and print each printed name again; count those that stay equal, exit 1 when some do not");
-    add_output_options(command, options->form, false);
-    add_map_options(command, options->map);
     when_chosen(command, chosen, [options] { return lister_t(*options).run(); });
 }
 

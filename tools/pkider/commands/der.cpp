@@ -1,10 +1,8 @@
 // pkider der: a readable tree of any DER.
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
-#include "tools/pkider/cli/input.h"
-#include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/option_checks.h"
-#include "tools/pkider/cli/output_options.h"
+#include "tools/pkider/cli/show_inputs.h"
 #include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/der_tree.h"
 #include "tools/pkider/io/output.h"
@@ -18,11 +16,7 @@ namespace {
 
 constexpr std::uint64_t no_limit = std::numeric_limits<std::uint64_t>::max();
 
-struct options_t {
-    std::vector<std::string> files;
-    input_form_t form = input_form_t::guess;
-    output_form_t output = output_form_t::text;
-    map_options_t map;
+struct options_t : named_show_options_t {
     der_walk_options_t walk;
     std::uint64_t max_elements = no_limit;
     std::uint64_t max_bytes = 64;
@@ -84,14 +78,10 @@ class printer_t {
 
 exit_code_t run(const options_t& options) {
     const map_in_force_t map(options.map);
-    json_array_t results(options.output);
-    printer_t printer(options, map.handle(), results);
-    const exit_code_t worst = for_each_input(options.files, {.form = options.form}, results, [&](const input_t& input) {
-        printer.print_input(input);
+    return show_each(options, [&](const input_t& input, json_array_t& results) {
+        printer_t(options, map.handle(), results).print_input(input);
         return exit_code_t::done;
     });
-    results.end();
-    return worst;
 }
 
 } // namespace
@@ -102,7 +92,6 @@ void register_der(CLI::App& app, chosen_command_t& chosen) {
                                     "  pkider der --open extension.der\n"
                                     "  pkider der --offset 1204 --max 10 big.der\n");
     const auto options = std::make_shared<options_t>();
-    add_file_arguments(command, options->files, "Files");
     command.add_flag("--open", options->walk.open_strings, "Also show what OCTET and BIT STRINGs hold, if it is DER");
     command.add_option("--offset", options->walk.offset, "Begin at the element at this offset")
         ->check(not_negative())
@@ -117,9 +106,7 @@ void register_der(CLI::App& app, chosen_command_t& chosen) {
         ->check(not_negative())
         ->type_name("COUNT");
     command.add_flag("--all-bytes", options->all_bytes, "Show all bytes of every value");
-    add_input_option(command, options->form);
-    add_output_options(command, options->output, false);
-    add_map_options(command, options->map);
+    add_named_show_options(command, *options, "Files");
     when_chosen(command, chosen, [options] { return run(*options); });
 }
 

@@ -2,9 +2,7 @@
 // key_show_private.cpp.
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
-#include "tools/pkider/cli/input.h"
-#include "tools/pkider/cli/map_options.h"
-#include "tools/pkider/cli/output_options.h"
+#include "tools/pkider/cli/show_inputs.h"
 #include "tools/pkider/commands/commands.h"
 #include "tools/pkider/commands/key_show_private.h"
 #include "tools/pkider/facts/certificate.h"
@@ -23,11 +21,7 @@
 namespace tool {
 namespace {
 
-struct options_t {
-    std::vector<std::string> files;
-    input_form_t form = input_form_t::guess;
-    output_form_t output = output_form_t::text;
-    map_options_t map;
+struct options_t : named_show_options_t {
     private_show_options_t private_keys;
 };
 
@@ -102,12 +96,9 @@ exit_code_t show(const input_t& input, const options_t& options, oid_map_handle_
 
 exit_code_t run(const options_t& options) {
     const map_in_force_t map(options.map);
-    json_array_t results(options.output);
-    const exit_code_t worst = for_each_input(options.files, {.form = options.form}, results, [&](const input_t& input) {
+    return show_each(options, [&](const input_t& input, json_array_t& results) {
         return show(input, options, map.handle(), results);
     });
-    results.end();
-    return worst;
 }
 
 } // namespace
@@ -119,10 +110,7 @@ void register_key_show(CLI::App& key, chosen_command_t& chosen) {
                     "  pkider key show --json server.pem\n"
                     "  pkider key show --reveal --password-file secret.txt encrypted.pem\n");
     const auto options = std::make_shared<options_t>();
-    add_file_arguments(command, options->files, "Files");
-    add_input_option(command, options->form);
-    add_output_options(command, options->output, false);
-    add_map_options(command, options->map);
+    add_named_show_options(command, *options, "Files");
     add_private_show_options(command, options->private_keys);
     when_chosen(command, chosen, [options] { return run(*options); });
 }

@@ -1,10 +1,8 @@
 // pkider p12 list: the contents of the file, content by content and item by item.
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
-#include "tools/pkider/cli/input.h"
-#include "tools/pkider/cli/map_options.h"
-#include "tools/pkider/cli/output_options.h"
 #include "tools/pkider/cli/p12_files.h"
+#include "tools/pkider/cli/show_inputs.h"
 #include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/p12_item.h"
 #include "tools/pkider/facts/p12_outline.h"
@@ -19,12 +17,8 @@
 namespace tool {
 namespace {
 
-struct options_t {
-    std::vector<std::string> files;
-    input_form_t form = input_form_t::guess;
-    output_form_t output = output_form_t::text;
+struct options_t : named_show_options_t {
     password_options_t password;
-    map_options_t map;
 };
 
 /// `shown`: ready to be shown.
@@ -98,8 +92,7 @@ exit_code_t run(const options_t& options) {
     const map_in_force_t map(options.map);
     password_once_t password(options.password);
     file_budget_t budget(options.password);
-    json_array_t results(options.output);
-    const exit_code_t code = for_each_input(options.files, {.form = options.form}, results, [&](const input_t& input) {
+    return show_each(options, [&](const input_t& input, json_array_t& results) {
         const std::string name = input_name(input.file);
         const pfx_t pfx = read_pfx(input.der);
         gost_pbe_t crypto = make_pbe(options.password, password.get(name), default_iterations, &budget.of(input));
@@ -118,8 +111,6 @@ exit_code_t run(const options_t& options) {
         if (outline.fault) throw data_fault_t(*outline.fault); // the parts before it have been shown
         return exit_code_t::done;
     });
-    results.end();
-    return code;
 }
 
 } // namespace
@@ -129,11 +120,8 @@ void register_p12_list(CLI::App& p12, chosen_command_t& chosen) {
                                     "  pkider p12 list key.p12\n"
                                     "  pkider p12 list --json --password-fd 3 key.p12 3< secret.txt\n");
     const auto options = std::make_shared<options_t>();
-    add_file_arguments(command, options->files, "PKCS#12 files");
-    add_input_option(command, options->form);
-    add_output_options(command, options->output, false);
+    add_named_show_options(command, *options, "PKCS#12 files");
     add_password_options(command, options->password);
-    add_map_options(command, options->map);
     when_chosen(command, chosen, [options] { return run(*options); });
 }
 

@@ -1,9 +1,8 @@
 // pkider sig ike: the algorithm identifiers that IKE carries with signatures (RFC 7427).
 #include "tools/pkider/base/failure.h"
-#include "tools/pkider/cli/input.h"
-#include "tools/pkider/cli/map_options.h"
 #include "tools/pkider/cli/option_checks.h"
 #include "tools/pkider/cli/output_options.h"
+#include "tools/pkider/cli/show_inputs.h"
 #include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/alg_names.h"
 #include "tools/pkider/facts/signature_algorithm.h"
@@ -17,12 +16,8 @@
 namespace tool {
 namespace {
 
-struct options_t {
-    std::vector<std::string> files;
+struct options_t : named_show_options_t {
     std::string make;
-    input_form_t form = input_form_t::guess;
-    output_form_t output = output_form_t::text;
-    map_options_t map;
 };
 
 exit_code_t show(const input_t& input, const options_t& options, oid_map_handle_t map, json_array_t& results) {
@@ -34,18 +29,11 @@ exit_code_t show(const input_t& input, const options_t& options, oid_map_handle_
         throw data_fault_t("not an algorithm identifier");
     }
     const bool is_known = algorithm->alg != PKI_ALG_NONE;
-    if (options.output == output_form_t::json) {
-        json_t json = json_source(input);
-        json.update(signature_algorithm_json(*algorithm));
-        results.add(json);
-    } else {
-        std::string text = "algorithm  " + printable(signature_algorithm_name(*algorithm)) + "\n";
-        text += "OID        " + algorithm->oid.dotted + "\n";
-        if (is_known) text += "value      " + alg_value_text(algorithm->alg) + "\n";
-        if (algorithm->pss) text += "PSS        " + printable(pss_line(*algorithm->pss)) + "\n";
-        print_heading(input, options.files.size());
-        print(text);
-    }
+    std::string text = "algorithm  " + printable(signature_algorithm_name(*algorithm)) + "\n";
+    text += "OID        " + algorithm->oid.dotted + "\n";
+    if (is_known) text += "value      " + alg_value_text(algorithm->alg) + "\n";
+    if (algorithm->pss) text += "PSS        " + printable(pss_line(*algorithm->pss)) + "\n";
+    show_result(options, input, results, text, signature_algorithm_json(*algorithm));
     return is_known ? exit_code_t::done : exit_code_t::answer_is_no;
 }
 
@@ -74,12 +62,9 @@ exit_code_t run(const options_t& options) {
         throw usage_fault_t("--der, --hex and --base64 go with --make");
     }
     const map_in_force_t map(options.map);
-    json_array_t results(options.output);
-    const exit_code_t worst = for_each_input(options.files, {.form = options.form}, results, [&](const input_t& input) {
+    return show_each(options, [&](const input_t& input, json_array_t& results) {
         return show(input, options, map.handle(), results);
     });
-    results.end();
-    return worst;
 }
 
 } // namespace

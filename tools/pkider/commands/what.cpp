@@ -1,9 +1,7 @@
 // pkider what: what is in this file?
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
-#include "tools/pkider/cli/input.h"
-#include "tools/pkider/cli/map_options.h"
-#include "tools/pkider/cli/output_options.h"
+#include "tools/pkider/cli/show_inputs.h"
 #include "tools/pkider/commands/commands.h"
 #include "tools/pkider/facts/file_facts.h"
 #include "tools/pkider/facts/file_kind.h"
@@ -18,13 +16,6 @@ namespace tool {
 namespace {
 
 constexpr std::size_t max_blocks_in_full = 8;
-
-struct options_t {
-    std::vector<std::string> files;
-    input_form_t form = input_form_t::guess;
-    output_form_t output = output_form_t::text;
-    map_options_t map;
-};
 
 const char* form_name(input_form_t form) {
     switch (form) {
@@ -153,7 +144,7 @@ class findings_t {
     bool m_any_none = false;
 };
 
-exit_code_t run(const options_t& options) {
+exit_code_t run(const named_show_options_t& options) {
     const map_in_force_t map(options.map);
     json_array_t results(options.output);
     findings_t findings(results, options.output);
@@ -177,11 +168,8 @@ void register_what(CLI::App& app, chosen_command_t& chosen) {
     CLI::App& command = add_command(app, "what", "Says what is in a file, and how to look closer",
                                     "  pkider what server.pem\n"
                                     "  pkider what *.der\n");
-    const auto options = std::make_shared<options_t>();
-    add_file_arguments(command, options->files, "Files");
-    add_input_option(command, options->form);
-    add_output_options(command, options->output, false);
-    add_map_options(command, options->map);
+    const auto options = std::make_shared<named_show_options_t>();
+    add_named_show_options(command, *options, "Files");
     when_chosen(command, chosen, [options] { return run(*options); });
 }
 
