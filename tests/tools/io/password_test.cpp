@@ -67,11 +67,28 @@ TEST_F(Password, TellsWhyItCannotBeRead) {
     EXPECT_EQ(missing.err, "pkider: none: No such file or directory\n");
     EXPECT_EQ(verify("--password-file .").exit_code, 74);
     EXPECT_EQ(verify("--password-fd 99").exit_code, 74);
+}
 
-    folder.write(u8"password", std::string(4096, 'x'));
-    EXPECT_EQ(verify("--password-file password").exit_code, 3);
-    folder.write(u8"password", std::string(4097, 'x'));
+TEST_F(Password, HasAtMost4096BytesWithoutTheEndOfItsLine) {
+    for (const std::string end : {"", "\n", "\r\n", "\nother"}) {
+        folder.write(u8"password", std::string(4096, 'x') + end);
+        EXPECT_EQ(verify("--password-file password").exit_code, 3) << end;
+        EXPECT_EQ(verify("--password-fd 7 7<password").exit_code, 3) << end;
+        folder.write(u8"password", std::string(4097, 'x') + end);
+        const run_result_t result = verify("--password-file password");
+        EXPECT_EQ(result.exit_code, 2) << end;
+        EXPECT_EQ(result.err, "pkider: " + p12 + ": password: password of more than 4096 bytes\n");
+        EXPECT_EQ(verify("--password-fd 7 7<password").exit_code, 2) << end;
+    }
+    folder.write(u8"password", std::string(4096, 'x') + "\rx");
     EXPECT_EQ(verify("--password-file password").exit_code, 2);
+}
+
+TEST_F(Password, HasTheSameLimitInTheEnvironment) {
+    EXPECT_EQ(run({"p12", "verify", p12}, std::string(4096, 'x')).exit_code, 3);
+    const run_result_t result = run({"p12", "verify", p12}, std::string(4097, 'x'));
+    EXPECT_EQ(result.exit_code, 2);
+    EXPECT_EQ(result.err, "pkider: " + p12 + ": PKIDER_PASSWORD: password of more than 4096 bytes\n");
 }
 
 // One line, and nothing about which part of it was wrong.

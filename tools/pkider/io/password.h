@@ -23,7 +23,7 @@ enum class password_use_t {
 
 /// Takes the first of: the file's first line, the first line from the descriptor, PKIDER_PASSWORD, the terminal.
 ///
-/// The end of the line does not belong to the password; it may be empty.
+/// It may be empty, and has at most 4,096 bytes from any of them. The end of the line does not belong to it.
 ///
 /// @throws failure_t  There is none to be had, it cannot be read, it is too long, or the two answers differ.
 secret_t read_password(const password_source_t& source, const std::string& prompt,

@@ -12,8 +12,6 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t max_line_size = 4096; // a terminal in line mode gives no more (termios N_TTY)
-
 volatile std::sig_atomic_t caught_signal = 0;
 
 extern "C" void remember_signal(int number) {
@@ -94,13 +92,13 @@ class silent_terminal_t {
 };
 
 /// One try: nothing when a signal came, the terminal is gone, or there is none.
-std::optional<secret_t> read_silently(const std::string& prompt) {
+std::optional<secret_t> read_silently(const std::string& prompt, std::size_t max_size) {
     const signal_catcher_t catcher;
     const silent_terminal_t terminal;
     if (terminal.fd() < 0) return std::nullopt;
 
     terminal.show(prompt);
-    secret_t line(max_line_size);
+    secret_t line(max_size + 2); // a byte that shows that the line is too long, and its end
     const ssize_t got = catcher.wait_for_input(terminal.fd()) ? read(terminal.fd(), line.data(), line.size()) : -1;
     terminal.show("\n"); // the one that was typed was not shown
     if (got <= 0) return std::nullopt;
@@ -111,9 +109,9 @@ std::optional<secret_t> read_silently(const std::string& prompt) {
 
 } // namespace
 
-std::optional<secret_t> prompt_hidden(const std::string& prompt) {
+std::optional<secret_t> prompt_hidden(const std::string& prompt, std::size_t max_size) {
     for (;;) {
-        std::optional<secret_t> line = read_silently(prompt);
+        std::optional<secret_t> line = read_silently(prompt, max_size);
         if (caught_signal == 0) return line;
         raise(caught_signal); // with the terminal restored; the program continues here only if it was stopped
     }

@@ -3,6 +3,7 @@
 
 #include "tools/pkider/base/secret.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -13,7 +14,8 @@ namespace tool {
 /// A signal that ends or stops the program finds the terminal with its echo on again; after a stop the prompt is shown
 /// once more.
 ///
-/// @return  Nothing when there is no terminal, or it was closed.
-std::optional<secret_t> prompt_hidden(const std::string& prompt);
+/// @return  The line without its end, cut if it is longer than `max_size`, but then also longer than that. Linux cuts
+///          lines of a terminal at 4,095 bytes. Nothing when there is no terminal, or it was closed.
+std::optional<secret_t> prompt_hidden(const std::string& prompt, std::size_t max_size);
 
 } // namespace tool
