@@ -324,6 +324,8 @@ TEST(Program, TellsABackslashFromAnEscape) {
     EXPECT_EQ(run_pkider({"der"}, {.input = "0C035C3142"}).out, "   0  2+3     UTF8String \"\\5C1B\"\n");
     EXPECT_EQ(run_pkider({"what", "/nonexistent/\\1B"}).err,
               "pkider: /nonexistent/\\5C1B: No such file or directory\n");
+    EXPECT_EQ(run_pkider({"what", "/nonexistent/a\\b.pem"}).err,
+              "pkider: /nonexistent/a\\b.pem: No such file or directory\n");
 }
 
 TEST(Program, LeavesTheEscapesOfANameAlone) {

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <vector>
 
 namespace pkider_test {
@@ -35,11 +36,45 @@ TEST(TerminalText, ShowsWhatIsHarmless) {
     }
 }
 
-// A name brings its own escapes; anywhere else `\1B` would not be told from the escape of the character U+001B.
-TEST(TerminalText, EscapesABackslashThatIsNoNames) {
+// A name brings its own escapes; anywhere else `\1B` would be the same as the escape of the character U+001B.
+TEST(TerminalText, EscapesABackslashThatLooksLikeAnEscape) {
     EXPECT_EQ(tool::printable("a\\1B"), "a\\5C1B");
+    EXPECT_EQ(tool::printable("\\\\FF"), "\\\\5CFF");
+    EXPECT_EQ(tool::printable_width("\\1B"), 5u);
     EXPECT_EQ(tool::printable_name("CN=a\\1B\x1B"), "CN=a\\1B\\1B");
     EXPECT_EQ(tool::valid_utf8("a\\1B"), "a\\1B");
+}
+
+TEST(TerminalText, KeepsOtherBackslashes) {
+    for (const char* const path :
+         {"C:\\keys\\a.pem", "C:\\certs\\0x.der", "a\\", "\\", "\\1", "\\1b", "\\\\server\\A"}) {
+        EXPECT_EQ(tool::printable(path), path);
+        EXPECT_EQ(tool::printable_width(path), std::string_view(path).size());
+    }
+    EXPECT_EQ(tool::printable("\\\x1B"), "\\\\1B");
+}
+
+std::string without_escapes(std::string_view shown) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text;
+    while (!shown.empty()) {
+        const bool is_escape = shown.size() >= 3 && shown[0] == '\\' &&
+                               digits.find(shown[1]) != std::string_view::npos &&
+                               digits.find(shown[2]) != std::string_view::npos;
+        text += is_escape ? static_cast<char>(digits.find(shown[1]) << 4 | digits.find(shown[2])) : shown[0];
+        shown.remove_prefix(is_escape ? 3 : 1);
+    }
+    return text;
+}
+
+TEST(TerminalText, IsShownWithoutAmbiguity) {
+    constexpr std::string_view pieces = "\\\\\\15BCbx\x1B\xFF";
+    std::mt19937 random(3);
+    for (int round = 0; round < 100000; ++round) {
+        std::string text;
+        for (std::size_t size = random() % 8; size != 0; --size) text += pieces[random() % pieces.size()];
+        ASSERT_EQ(without_escapes(tool::printable(text)), text) << tool::to_hex(text);
+    }
 }
 
 TEST(TerminalText, EscapesEveryControlCharacter) {
@@ -125,7 +160,7 @@ TEST(TerminalText, CountsColumnsOfWhatIsShown) {
     EXPECT_EQ(tool::printable_width("\x1B"), 3u);
     EXPECT_EQ(tool::printable_width("\xC2\x9B\xFF"), 9u);
     EXPECT_EQ(tool::printable_width("\u034F"), 6u);
-    EXPECT_EQ(tool::printable_width("a\\b"), 5u);
+    EXPECT_EQ(tool::printable_width("a\\b"), 3u);
     EXPECT_EQ(tool::printable_name_width("a\\b"), 3u);
 }
 

@@ -33,12 +33,23 @@ bool is_seen(char32_t c) {
     }
 }
 
-bool is_seen_in_name(const utf8_step_t& step) {
+bool looks_like_escape(std::string_view rest) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    return rest.size() >= 3 && rest[0] == '\\' && digits.find(rest[1]) != std::string_view::npos &&
+           digits.find(rest[2]) != std::string_view::npos;
+}
+
+/// Of the character at the start of `rest`, as the two that follow.
+bool is_valid(const utf8_step_t& step, std::string_view) {
+    return step.valid;
+}
+
+bool is_seen_in_name(const utf8_step_t& step, std::string_view) {
     return step.valid && is_seen(step.character);
 }
 
-bool is_seen_in_text(const utf8_step_t& step) {
-    return is_seen_in_name(step) && step.character != U'\\';
+bool is_seen_in_text(const utf8_step_t& step, std::string_view rest) {
+    return is_seen_in_name(step, rest) && !looks_like_escape(rest);
 }
 
 /// Columns of a character that is seen. As on terminals (wcwidth), spacing marks and enclosing signs take a column,
@@ -65,7 +76,7 @@ std::string escape_unless(std::string_view text, Keep keep) {
     while (!text.empty()) {
         const utf8_step_t step = next_utf8(text);
         const std::string_view bytes = text.substr(0, step.size);
-        if (keep(step)) {
+        if (keep(step, text)) {
             out += bytes;
         } else {
             append_escaped(out, bytes);
@@ -81,7 +92,7 @@ std::size_t width_unless(std::string_view text, Keep keep) {
     std::size_t width = 0;
     while (!text.empty()) {
         const utf8_step_t step = next_utf8(text);
-        width += keep(step) ? character_width(step.character) : escape_width * step.size;
+        width += keep(step, text) ? character_width(step.character) : escape_width * step.size;
         text.remove_prefix(step.size);
     }
     return width;
@@ -106,7 +117,7 @@ std::size_t printable_name_width(std::string_view line) {
 }
 
 std::string valid_utf8(std::string_view text) {
-    return escape_unless(text, [](const utf8_step_t& step) { return step.valid; });
+    return escape_unless(text, is_valid);
 }
 
 } // namespace tool

@@ -5,8 +5,8 @@
 // picture of its own (Default_Ignorable_Code_Point: joiners, fillers, variation selectors, tags, marks of direction),
 // code points that Unicode has not assigned, and bytes that are no UTF-8.
 //
-// A backslash in what is shown always begins such an escape or, in a name, an escape of the name itself. The escapes
-// are the syntax that the library reads, so a name that is shown still encodes to the same bytes.
+// A backslash before two upper-case hex digits always begins such an escape or, in a name, an escape of the name
+// itself. The escapes are the syntax that the library reads, so a name that is shown still encodes to the same bytes.
 #pragma once
 
 #include <cstddef>
@@ -15,7 +15,8 @@
 
 namespace tool {
 
-/// Text that is no name: of files, friendly names, strings. A backslash of its own is written as `\5C`.
+/// Text that is not a distinguished name: names of files, friendly names, strings. A backslash of its own is written as
+/// `\5C` where it would look like an escape, `\5C1B`; others stay, so that paths of Windows can be read.
 std::string printable(std::string_view text);
 
 /// A name as one line (`CN=a\,b`), a part of one, or words about it: the backslashes stay, they are escapes already.
