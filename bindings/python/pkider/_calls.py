@@ -50,8 +50,8 @@ class Output:
 
 
 def check_is_ended(is_ended: bool) -> None:
-    """Raises when a callback did not run to its end. ctypes prints the exception of a callback, and goes on; Ctrl-C can
-    come before the first line of it.
+    """Raises when a callback did not run to its end. ctypes prints the exception of a callback and returns any number,
+    also 0, which means success; and Ctrl-C can come before the first line of the callback.
     """
     if not is_ended:
         raise Error(Status.HOST, "a callback was interrupted")

@@ -115,7 +115,7 @@ class Pkcs12Files(unittest.TestCase):
 
 
 class Callbacks(unittest.TestCase):
-    """A callback that ctypes could not run gives 0, which means success. No result may rest on it."""
+    """A callback that ctypes could not run can return 0, which means success. No result may rest on it."""
 
     def without(self, callback: str) -> AbstractContextManager[object]:
         """The package with a callback that is interrupted before its first line."""
