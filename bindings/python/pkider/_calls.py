@@ -27,6 +27,13 @@ def check_name(status: int, fault: _library.DnFault) -> None:
     check(status)
 
 
+def uint32(number: int) -> int:
+    """A number that has 32 bits; ctypes would cut a longer one without a report."""
+    if not 0 <= number <= 0xFFFFFFFF:
+        raise OverflowError(f"{number} does not have 32 bits")
+    return number
+
+
 class Output:
     """Collects what a function writes to `reference`."""
 

@@ -8,7 +8,7 @@ from dataclasses import dataclass
 from typing import Callable, Optional
 
 from pkider import _library
-from pkider._calls import Spans, found, read, write
+from pkider._calls import Spans, found, read, uint32, write
 from pkider._library import library
 
 
@@ -95,7 +95,7 @@ def _named(alg: int) -> int:
 
 def _bytes_of(function: Callable[..., int], alg: int) -> Optional[bytes]:
     span = _library.Bytes()
-    return span.copy() if found(function(alg, ctypes.byref(span))) else None
+    return span.copy() if found(function(uint32(alg), ctypes.byref(span))) else None
 
 
 def hash_oid(alg: int) -> Optional[bytes]:
@@ -152,7 +152,7 @@ def signature_of_oid(oid: bytes) -> int:
 
 def write_digest_info(hash: int, digest: bytes) -> bytes:
     """Wraps a hash value. A hash without an object identifier is not refused: its identifier has no contents."""
-    return write(library.pkider_digest_info_write, hash, digest, len(digest))
+    return write(library.pkider_digest_info_write, uint32(hash), digest, len(digest))
 
 
 def read_digest_info(der: bytes) -> bytes:

@@ -6,7 +6,7 @@ import ctypes
 import enum
 
 from pkider import _library
-from pkider._calls import check
+from pkider._calls import check, uint32
 from pkider._library import library
 from pkider.failures import ElementFault, Status
 
@@ -27,7 +27,7 @@ class Tag(enum.IntEnum):
 def read_element(data: bytes, tag: int = Tag.ANY) -> bytes:
     """Gives the contents octets of the element at the start of `data`. Raises ElementFault."""
     contents = _library.Bytes()
-    status = library.pkider_der_read(tag, data, len(data), ctypes.byref(contents))
+    status = library.pkider_der_read(uint32(tag), data, len(data), ctypes.byref(contents))
     if status == Status.MALFORMED:
         raise ElementFault(contents.size)
     check(status)

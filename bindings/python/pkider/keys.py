@@ -8,7 +8,7 @@ from dataclasses import dataclass, field
 from typing import Any, Callable, Optional
 
 from pkider import _library
-from pkider._calls import Spans, check, read, write
+from pkider._calls import Spans, check, read, uint32, write
 from pkider._library import library
 
 # Public keys
@@ -155,5 +155,7 @@ def read_encrypted_gost_key(der: bytes) -> EncryptedKey:
 def write_encrypted_gost_key(key: EncryptedKey) -> bytes:
     """Writes the EncryptedPrivateKeyInfo of a GOST key."""
     spans = Spans()
-    record = _library.EncryptedGostKey(spans.of(key.salt), key.iterations, spans.of(key.iv), spans.of(key.encrypted))
+    record = _library.EncryptedGostKey(
+        spans.of(key.salt), uint32(key.iterations), spans.of(key.iv), spans.of(key.encrypted)
+    )
     return write(library.pkider_encrypted_gost_key_write, ctypes.byref(record))

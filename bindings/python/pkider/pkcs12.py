@@ -8,7 +8,7 @@ from dataclasses import dataclass, field
 from typing import Any, Callable, Iterator, Optional, Protocol, Sequence
 
 from pkider import _library
-from pkider._calls import Output, Spans, check, check_is_ended, read
+from pkider._calls import Output, Spans, check, check_is_ended, read, uint32
 from pkider._library import library
 from pkider.failures import Refused
 from pkider.keys import EncryptedKey, copy_of_encrypted_key
@@ -115,7 +115,8 @@ class _Operations:
 
     def _make_mac(self, out: _library.Pkcs12Mac, data: bytes) -> int:
         mac = self._crypto.make_mac(data)
-        out.digest, out.salt, out.iterations = self._spans.of(mac.digest), self._spans.of(mac.salt), mac.iterations
+        out.digest, out.salt = self._spans.of(mac.digest), self._spans.of(mac.salt)
+        out.iterations = uint32(mac.iterations)
         return 0
 
     def _decrypt(self, params: _library.EncryptedGostKey, data: bytes, sink: Any) -> int:
@@ -123,7 +124,8 @@ class _Operations:
 
     def _encrypt(self, out: _library.EncryptedGostKey, data: bytes, sink: Any) -> int:
         encrypted, key = self._crypto.encrypt(data)
-        out.salt, out.iterations, out.iv = self._spans.of(key.salt), key.iterations, self._spans.of(key.iv)
+        out.salt, out.iv = self._spans.of(key.salt), self._spans.of(key.iv)
+        out.iterations = uint32(key.iterations)
         return self._write(sink, encrypted)
 
     def check(self, status: int, *required: str) -> None:
@@ -188,7 +190,7 @@ def write_pkcs12(contents: Pkcs12, crypto: Crypto) -> bytes:
         len(contents.plain_items),
         rows_of(contents.protected_items),
         len(contents.protected_items),
-        _library.Pkcs12Mac(spans.of(mac.digest_alg), spans.of(mac.digest), spans.of(mac.salt), mac.iterations),
+        _library.Pkcs12Mac(spans.of(mac.digest_alg), spans.of(mac.digest), spans.of(mac.salt), uint32(mac.iterations)),
     )
     operations, out = _Operations(crypto), Output()
     status = library.pkider_pkcs12_write(ctypes.byref(record), operations.reference, out.reference)

@@ -58,6 +58,13 @@ class Algorithms(unittest.TestCase):
             with self.subTest(signature):
                 self.assertEqual(pkider.algorithm_of_ike_signature(signature), alg)
 
+    def test_have_32_bits(self) -> None:
+        for alg in (-1, 1 << 32 | Alg.SHA256):
+            with self.assertRaises(OverflowError):
+                pkider.hash_oid(alg)
+            with self.assertRaises(OverflowError):
+                pkider.write_digest_info(alg, b"")
+
     def test_are_named_where_they_have_a_name(self) -> None:
         self.assertEqual(repr(pkider.hash_of_oid(SHA256)), "<Alg.SHA256: 262144>")
 

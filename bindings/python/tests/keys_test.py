@@ -69,6 +69,11 @@ class Keys(unittest.TestCase):
         key = pkider.EncryptedKey(b"saltsalt", 2000, b"iviviviv", b"ciphertext")
         self.assertEqual(pkider.read_encrypted_gost_key(pkider.write_encrypted_gost_key(key)), key)
 
+    def test_with_a_count_of_more_than_32_bits_are_not_written(self) -> None:
+        for iterations in (-1, 1 << 32):
+            with self.assertRaises(OverflowError):
+                pkider.write_encrypted_gost_key(pkider.EncryptedKey(iterations=iterations))
+
     def test_that_are_private_are_not_shown(self) -> None:
         for key in (
             pkider.GostPrivateKey(pkider.GostKeyType.GOST3410_2001, b"secret"),

@@ -114,6 +114,17 @@ class Pkcs12Files(unittest.TestCase):
             pkider.write_pkcs12(CONTENTS, crypto)
 
 
+    def test_with_a_count_of_more_than_32_bits_are_not_written(self) -> None:
+        class Counting(TurningCrypto):
+            def make_mac(self, data: bytes) -> pkider.Mac:
+                return pkider.Mac(b"", b"", 1 << 32)
+
+        with self.assertRaises(OverflowError):
+            pkider.write_pkcs12(CONTENTS, Counting())
+        with self.assertRaises(OverflowError):
+            pkider.write_pkcs12(pkider.Pkcs12(mac=pkider.Mac(iterations=-1)), WithoutMac())
+
+
 class Callbacks(unittest.TestCase):
     """A callback that ctypes could not run can return 0, which means success. No result may rest on it."""
 
