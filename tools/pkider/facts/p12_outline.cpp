@@ -108,17 +108,11 @@ class p12_walk_t {
             content.skipped = "the encrypted type is " + algorithm_name(type.contents);
             return;
         }
-        const decryption_t* const decryption = take_decryption(ciphertext.contents);
-        if (decryption == nullptr) {
-            content.skipped = why_refused(algorithm.contents);
-        } else if (decryption->fault != pbe_fault_t::none) {
-            content.skipped = why_not_decrypted(*decryption);
-        } else {
-            content.protection = protection_text(algorithm.contents, decryption->iterations);
-            m_fault_prefix = "content " + std::to_string(m_outline.contents.size()) + ", decrypted: ";
-            walk_safe_contents(contents_of_plaintext(decryption->plain), content);
-            m_fault_prefix.clear();
-        }
+        const decryption_t* const decryption = open(algorithm.contents, ciphertext.contents, content);
+        if (decryption == nullptr) return;
+        m_fault_prefix = "content " + std::to_string(m_outline.contents.size()) + ", decrypted: ";
+        walk_safe_contents(contents_of_plaintext(decryption->plain), content);
+        m_fault_prefix.clear();
     }
 
     /// The SafeContents in an OCTET STRING; offsets count from what other programs encrypt, after its header.
@@ -166,18 +160,25 @@ class p12_walk_t {
         try {
             der_cursor_t cursor(value);
             const encrypted_info_t info = read_encrypted_info(cursor);
-            const decryption_t* const decryption = take_decryption(info.ciphertext);
-            if (decryption == nullptr) {
-                bag.skipped = why_refused(info.algorithm);
-            } else if (decryption->fault != pbe_fault_t::none) {
-                bag.skipped = why_not_decrypted(*decryption);
-            } else {
-                bag.protection = protection_text(info.algorithm, decryption->iterations);
-                take_item(bag);
-            }
+            if (open(info.algorithm, info.ciphertext, bag) != nullptr) take_item(bag);
         } catch (const der_fault_t& fault) {
             bag.skipped = "malformed: expected " + fault.expected;
         }
+    }
+
+    /// What a content or a bag was decrypted to, and how it is protected; null, and the reason, if it was not.
+    template <typename Part>
+    const decryption_t* open(bytes_t algorithm, bytes_t ciphertext, Part& part) {
+        const decryption_t* const decryption = take_decryption(ciphertext);
+        if (decryption == nullptr) {
+            part.skipped = why_refused(algorithm);
+        } else if (decryption->fault != pbe_fault_t::none) {
+            part.skipped = why_not_decrypted(*decryption);
+        } else {
+            part.protection = protection_text(algorithm, decryption->iterations);
+            return decryption;
+        }
+        return nullptr;
     }
 
     /// The next call of `decrypt`, if it was made for this ciphertext: the library makes none for what it refuses.
