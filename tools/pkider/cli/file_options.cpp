@@ -2,6 +2,7 @@
 
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/base/secret.h"
+#include "tools/pkider/cli/input.h"
 #include "tools/pkider/cli/option_checks.h"
 #include "tools/pkider/formats/blocks.h"
 #include "tools/pkider/formats/encodings.h"
@@ -57,6 +58,12 @@ void add_file_options(CLI::App& command, file_options_t& options) {
 
 void add_reveal_option(CLI::App& command, file_options_t& options) {
     command.add_flag("--reveal", options.reveal, "Print private keys on standard output");
+}
+
+void add_conversion_options(CLI::App& command, conversion_options_t& options, const std::string& file) {
+    add_file_argument(command, options.file, file);
+    add_input_option(command, options.form);
+    add_file_options(command, options.output);
 }
 
 bool is_secret(const written_block_t& block) {

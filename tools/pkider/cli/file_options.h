@@ -1,6 +1,7 @@
 // Options of the commands that write keys and certificates, and the writing itself.
 #pragma once
 
+#include "tools/pkider/formats/block.h"
 #include "tools/pkider/io/file_output.h"
 
 #include <span>
@@ -23,8 +24,19 @@ struct file_options_t {
     bool reveal = false; ///< A private key may go to standard output.
 };
 
+/// Of the commands that turn one file into another.
+struct conversion_options_t {
+    std::string file;
+    input_form_t form = input_form_t::guess;
+    file_options_t output;
+};
+
+/// Adds the options of what is written: `-o`, `--force`, `--form`.
 void add_file_options(CLI::App& command, file_options_t& options);
 void add_reveal_option(CLI::App& command, file_options_t& options);
+
+/// Adds `FILE`, `--in` and the options of what is written.
+void add_conversion_options(CLI::App& command, conversion_options_t& options, const std::string& file);
 
 /// One thing to write: the label of its PEM form, and its DER.
 struct written_block_t {

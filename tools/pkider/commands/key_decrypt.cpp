@@ -13,10 +13,7 @@
 namespace tool {
 namespace {
 
-struct options_t {
-    std::string file;
-    input_form_t form = input_form_t::guess;
-    file_options_t output;
+struct options_t : conversion_options_t {
     password_options_t password;
 };
 
@@ -45,9 +42,7 @@ void register_key_decrypt(CLI::App& key, chosen_command_t& chosen) {
                                     "  pkider key decrypt encrypted.pem -o key.pem\n"
                                     "  pkider key decrypt encrypted.pem --reveal --password-file secret.txt\n");
     const auto options = std::make_shared<options_t>();
-    add_file_argument(command, options->file, "Encrypted PKCS#8 key");
-    add_input_option(command, options->form);
-    add_file_options(command, options->output);
+    add_conversion_options(command, *options, "Encrypted PKCS#8 key");
     add_reveal_option(command, options->output);
     add_password_options(command, options->password);
     when_chosen(command, chosen, [options] { return run(*options); });

@@ -13,10 +13,7 @@
 namespace tool {
 namespace {
 
-struct options_t {
-    std::string file;
-    input_form_t form = input_form_t::guess;
-    file_options_t output;
+struct options_t : conversion_options_t {
     password_options_t password;
     uint32_t iterations = default_iterations;
 };
@@ -70,9 +67,7 @@ void register_key_encrypt(CLI::App& key, chosen_command_t& chosen) {
     CLI::App& command = add_command(key, "encrypt", "Encrypts a GOST private key under a password",
                                     "  pkider key encrypt key.pem -o encrypted.pem\n");
     const auto options = std::make_shared<options_t>();
-    add_file_argument(command, options->file, "PKCS#8 key");
-    add_input_option(command, options->form);
-    add_file_options(command, options->output);
+    add_conversion_options(command, *options, "PKCS#8 key");
     add_iterations_option(command, options->iterations);
     add_password_options(command, options->password);
     when_chosen(command, chosen, [options] { return run(*options); });

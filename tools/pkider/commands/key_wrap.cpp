@@ -17,10 +17,7 @@
 namespace tool {
 namespace {
 
-struct options_t {
-    std::string file;
-    input_form_t form = input_form_t::guess;
-    file_options_t output;
+struct options_t : conversion_options_t {
     const gost_kind_t* kind = nullptr; // null: the input is a PrivateKeyInfo
 };
 
@@ -97,15 +94,13 @@ void register_key_wrap(CLI::App& key, chosen_command_t& chosen) {
                    "parameters are kept. With --kind, it holds the key's octets alone, lowest byte first.\n\n" +
                    command.get_footer());
     const auto options = std::make_shared<options_t>();
-    add_file_argument(command, options->file, "File with the key");
     command
         .add_option_function<std::string>(
             "--kind", [options](const std::string& name) { options->kind = kinds.at(name); },
             "GOST R 34.10 of this year: 2001, 2012-256 or 2012-512")
         ->check(CLI::IsMember(kinds))
         ->type_name("KIND");
-    add_input_option(command, options->form);
-    add_file_options(command, options->output);
+    add_conversion_options(command, *options, "File with the key");
     add_reveal_option(command, options->output);
     when_chosen(command, chosen, [options] { return run(*options); });
 }

@@ -17,10 +17,7 @@
 namespace tool {
 namespace {
 
-struct options_t {
-    std::string file;
-    input_form_t form = input_form_t::guess;
-    file_options_t output;
+struct options_t : conversion_options_t {
     password_options_t password;
     bool keys = false, certs = false; // neither: both
     std::vector<std::size_t> items;   // by their numbers in the list; empty: all
