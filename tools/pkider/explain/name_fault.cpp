@@ -11,8 +11,22 @@
 namespace tool {
 namespace {
 
-constexpr std::uint8_t string_tags[] = {utf8_string_tag, numeric_string_tag,   printable_string_tag, teletex_string_tag,
-                                        ia5_string_tag,  universal_string_tag, bmp_string_tag};
+/// A string type that is printed as text, and what the library expects of its contents.
+struct string_row_t {
+    std::uint8_t tag;
+    asn_dn_fault_t code;
+    const char* expected; // null: nothing, they are printed unchanged
+};
+
+constexpr string_row_t string_rows[] = {
+    {utf8_string_tag, {}, nullptr},
+    {printable_string_tag, {}, nullptr},
+    {ia5_string_tag, {}, nullptr},
+    {numeric_string_tag, DN_FAULT_NUMERIC_STRING, "digits and blanks only"},
+    {teletex_string_tag, DN_FAULT_TELETEX, "characters of T.61"},
+    {bmp_string_tag, DN_FAULT_WIDE_STRING, "characters of 2 bytes, none of them a surrogate"},
+    {universal_string_tag, DN_FAULT_WIDE_STRING, "characters of 4 bytes up to 10FFFF, none of them a surrogate"},
+};
 
 bool print(bytes_t der, oid_map_handle_t map, PrintableDnOrder order, std::string& out) {
     if (der.size() > std::numeric_limits<std::uint32_t>::max()) throw data_fault_t("a Name of 4 GiB and more");
@@ -44,40 +58,19 @@ void check_type(const der_element_t& type, oid_map_handle_t map) {
     fail(der_cursor_t(type), DN_FAULT_OID_UNPRINTABLE, "an OID of whole arcs");
 }
 
-bool is_numeric_character(std::uint8_t c) {
-    return (c >= '0' && c <= '9') || c == ' ';
-}
-
-// Whether the library can convert a string: it is asked with a Name that holds nothing but this value.
-bool converts(const der_element_t& value) {
+// Whether the library can print a string: it is asked with a Name that holds nothing but this value.
+bool is_printed(const der_element_t& value) {
     std::string ignored;
     return print(as_bytes(name_around_value(as_text(value.whole))), {}, DN_ORDER_AS_ENCODED, ignored);
 }
 
 void check_value(der_cursor_t& attribute) {
     if (attribute.at_end()) fail(attribute, DN_FAULT_VALUE_HEADER, "the value");
-    if (std::ranges::find(string_tags, attribute.remaining().front()) == std::end(string_tags)) return;
+    const auto row = std::ranges::find(string_rows, attribute.remaining().front(), &string_row_t::tag);
+    if (row == std::end(string_rows)) return;
 
     const der_element_t value = next(attribute, asn_tag_t::ANY, DN_FAULT_VALUE_HEADER, "the value");
-    der_cursor_t contents(value);
-    switch (value.identifier) {
-    case numeric_string_tag:
-        if (!std::ranges::all_of(value.contents, is_numeric_character))
-            fail(contents, DN_FAULT_NUMERIC_STRING, "digits and blanks only");
-        break;
-    case teletex_string_tag:
-        if (!converts(value)) fail(contents, DN_FAULT_TELETEX, "characters of T.61");
-        break;
-    case bmp_string_tag:
-        if (!converts(value)) fail(contents, DN_FAULT_WIDE_STRING, "characters of 2 bytes, none of them a surrogate");
-        break;
-    case universal_string_tag:
-        if (!converts(value))
-            fail(contents, DN_FAULT_WIDE_STRING, "characters of 4 bytes up to 10FFFF, none of them a surrogate");
-        break;
-    default:
-        break;
-    }
+    if (row->expected != nullptr && !is_printed(value)) fail(der_cursor_t(value), row->code, row->expected);
 }
 
 // Name ::= SEQUENCE OF SET OF SEQUENCE { type OBJECT IDENTIFIER, value ANY }
