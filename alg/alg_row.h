@@ -7,11 +7,9 @@
 
 #include <pkider/alg.h>
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 
 namespace pkider {
 
@@ -36,8 +34,9 @@ inline constexpr PKI_OID oid = record_of(oid_contents<Dotted>);
 /// The first row of a table with that value, or null.
 template <typename Row, std::size_t Size>
 constexpr const Row* find_row(const Row (&rows)[Size], pki_alg_t alg) {
-    const Row* const found = std::ranges::find(rows, alg, &Row::alg);
-    return found != std::end(rows) ? found : nullptr;
+    for (const Row& row : rows)
+        if (row.alg == alg) return &row;
+    return nullptr;
 }
 
 } // namespace pkider

@@ -55,7 +55,7 @@ digest_info_prefix_t::digest_info_prefix_t(pki_alg_t hash, uint64_t digest_size)
 
     uint8_t* at = m_storage.data();
     at = asn_put_header(at, asn_tag_t::SEQUENCE, contents_size);
-    std::ranges::copy(algorithm.der, at); // always all of it: a constant size needs no call
+    std::copy(algorithm.der.begin(), algorithm.der.end(), at); // always all of it: a constant size needs no call
     at = asn_put_header(at + algorithm.size, asn_tag_t::OCTET_STRING, digest_size);
     m_size = static_cast<std::size_t>(at - m_storage.data());
 }

@@ -60,7 +60,8 @@ class oid_index_t {
         add(key_rows, &known_oid_t::key);
         add(cert_sign_rows, &known_oid_t::cert_sign);
         std::array<uint64_t, max_oids> keys{};
-        std::ranges::transform(m_oids, keys.begin(), [](const known_oid_t& known) { return known.words.tail; });
+        const auto key_of = [](const known_oid_t& known) { return known.words.tail; };
+        std::transform(m_oids.begin(), m_oids.end(), keys.begin(), key_of);
         m_hash = make_perfect_hash<num_slots>(std::span(keys).first(m_num_oids));
     }
 

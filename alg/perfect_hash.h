@@ -37,7 +37,7 @@ constexpr perfect_hash_t<NumSlots> make_perfect_hash(std::span<const uint64_t> k
     std::array<uint16_t, NumSlots> taken_in_round{};
     for (uint16_t round = 1; round < 10'000; ++round) {
         multiplier = multiplier * 6364136223846793005 + 1442695040888963407;
-        const bool free_for_all = std::ranges::all_of(keys, [&](uint64_t key) {
+        const bool free_for_all = std::all_of(keys.begin(), keys.end(), [&](uint64_t key) {
             uint16_t& taken = taken_in_round[perfect_hash_t<NumSlots>::slot_of(key, multiplier)];
             if (taken == round) return false;
             taken = round;

@@ -51,7 +51,7 @@ pkider_status_t pkider_dn_split(const char* line, uint64_t size, pkider_dn_pair_
         const auto in_line = [&](const char* begin, const char* end) {
             return span_of(static_cast<uint64_t>(end - begin), line + (begin - copy.c_str()));
         };
-        std::ranges::transform(found, pairs, [&](const RDNdescr_t& pair) {
+        std::transform(found.begin(), found.end(), pairs, [&](const RDNdescr_t& pair) {
             return pkider_dn_pair_t{in_line(pair.type_begin, pair.type_end), in_line(pair.value_begin, pair.value_end),
                                     pair.joined_to_previous};
         });

@@ -26,7 +26,7 @@ struct pkider_pkcs12_t {
     pkider_pkcs12_t& operator=(const pkider_pkcs12_t&) = delete;
     ~pkider_pkcs12_t() {
         wipe(file);
-        std::ranges::for_each(record.buffers, wipe);
+        for (std::string& buffer : record.buffers) wipe(buffer);
     }
 };
 

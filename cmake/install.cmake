@@ -41,6 +41,7 @@ endif()
 set(pc_standard_library ${CMAKE_CXX_IMPLICIT_LINK_LIBRARIES})
 list(FILTER pc_standard_library INCLUDE REGEX "^(stdc\\+\\+|c\\+\\+|m)$")
 list(REMOVE_DUPLICATES pc_standard_library)
+list(TRANSFORM pc_standard_library REPLACE "^c\\+\\+$" "c++;c++abi") # the archive of libc++ does not contain the other
 list(TRANSFORM pc_standard_library PREPEND -l)
 list(JOIN pc_standard_library " " pc_standard_library)
 configure_file(cmake/pkider.pc.in pkider.pc @ONLY)

@@ -12,7 +12,6 @@
 #include "der/asn_header.h"
 #include "der/checked_size.h"
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -74,6 +73,13 @@ inline bool asn_points_into(const uint8_t* bytes, const std::string& out) {
     return reinterpret_cast<uintptr_t>(bytes) - reinterpret_cast<uintptr_t>(out.data()) < out.capacity();
 }
 
+/// Whether one of these addresses is in `out`.
+inline bool asn_any_points_into(std::initializer_list<const uint8_t*> inputs, const std::string& out) {
+    for (const uint8_t* const input : inputs)
+        if (asn_points_into(input, out)) return true;
+    return false;
+}
+
 /// Replaces `out` by `size` bytes that `fill(first)` writes, all of them.
 ///
 /// An `out` with room enough is filled in place, without an allocation and a second copy.
@@ -83,8 +89,7 @@ inline bool asn_points_into(const uint8_t* bytes, const std::string& out) {
 /// @throws        std::bad_alloc, std::length_error; `out` is then unchanged.
 template <typename Fill>
 void asn_replace_by_block(std::string& out, uint64_t size, std::initializer_list<const uint8_t*> inputs, Fill fill) {
-    const auto points_into_out = [&](const uint8_t* input) { return asn_points_into(input, out); };
-    if (size <= out.capacity() && std::ranges::none_of(inputs, points_into_out)) {
+    if (size <= out.capacity() && !asn_any_points_into(inputs, out)) {
         if (out.size() != size) out.resize(static_cast<std::size_t>(size));
         fill(reinterpret_cast<uint8_t*>(out.data()));
         return;

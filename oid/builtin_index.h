@@ -24,7 +24,7 @@ using builtin_digests_t = std::array<uint64_t, std::size(builtin_rows)>; // by r
 template <typename Digest>
 constexpr builtin_digests_t builtin_digests(Digest digest) {
     builtin_digests_t out{};
-    std::ranges::transform(builtin_rows, out.begin(), digest);
+    std::transform(std::begin(builtin_rows), std::end(builtin_rows), out.begin(), digest);
     return out;
 }
 
@@ -86,10 +86,11 @@ class builtin_contents_index_t {
 };
 
 inline const OIDdescr_t* find_builtin_dotted_text(const char* text, uint64_t length) {
-    const OIDdescr_t* const found = std::ranges::find_if(builtin_rows, [=](const OIDdescr_t& row) {
-        return row.str_len == length && std::memcmp(row.str, text, static_cast<std::size_t>(length)) == 0;
-    });
-    return found != std::end(builtin_rows) ? found : nullptr;
+    for (const OIDdescr_t& row : builtin_rows) {
+        if (row.str_len != length) continue;
+        if (std::memcmp(row.str, text, static_cast<std::size_t>(length)) == 0) return &row;
+    }
+    return nullptr;
 }
 
 static_assert(max_builtin_short_name < sizeof(uint64_t), "a digest holds a short name and its length");

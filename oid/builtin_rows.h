@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 
 namespace pkider {
 
@@ -68,12 +69,12 @@ inline constexpr OIDdescr_t builtin_rows[] = {
 /// Longest short name of a row. It and its length fit into a number of 64 bits, and it and a "=" into a text of seven
 /// characters.
 constexpr uint64_t max_builtin_short_name = 6;
-static_assert(std::ranges::all_of(builtin_rows,
-                                  [](const OIDdescr_t& row) {
-                                      return row.sn_len <= max_builtin_short_name &&
-                                             std::all_of(row.sn, row.sn + row.sn_len,
-                                                         [](char c) { return c >= 'A' && c <= 'Z'; });
-                                  }),
+static_assert(std::all_of(std::begin(builtin_rows), std::end(builtin_rows),
+                          [](const OIDdescr_t& row) {
+                              return row.sn_len <= max_builtin_short_name &&
+                                     std::all_of(row.sn, row.sn + row.sn_len,
+                                                 [](char c) { return c >= 'A' && c <= 'Z'; });
+                          }),
               "a built-in short name has capital letters only, and at most max_builtin_short_name of them");
 
 } // namespace pkider

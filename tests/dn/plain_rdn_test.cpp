@@ -103,7 +103,9 @@ TEST(TypeText, EveryTypeIsPrintedAsTheMapHasIt) {
 
 TEST(TypeText, HasRoomForTheLongestBuiltinNameAndItsEqualsSign) {
     EXPECT_EQ(sizeof(type_text_t::text), max_builtin_short_name + 1);
-    EXPECT_EQ(max_builtin_short_name, std::ranges::max(builtin_rows, {}, &OIDdescr_t::sn_len).sn_len);
+    uint64_t longest = 0;
+    for (const OIDdescr_t& row : builtin_rows) longest = std::max(longest, row.sn_len);
+    EXPECT_EQ(max_builtin_short_name, longest);
 }
 
 } // namespace

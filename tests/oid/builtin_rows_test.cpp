@@ -70,7 +70,7 @@ const OIDdescr_t* first_row(auto has_key) {
 }
 const OIDdescr_t* first_with_contents(std::span<const uint8_t> key) {
     return first_row(
-        [&](const OIDdescr_t& row) { return std::ranges::equal(std::span(row.asn, row.asn + row.asn_len), key); });
+        [&](const OIDdescr_t& row) { return std::equal(row.asn, row.asn + row.asn_len, key.begin(), key.end()); });
 }
 const OIDdescr_t* first_with_dotted_text(std::string_view key) {
     return first_row([&](const OIDdescr_t& row) { return row.str == key; });

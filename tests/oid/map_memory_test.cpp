@@ -97,7 +97,7 @@ TEST(OidMapMemory, OfAParsedMapOutlivesTheDefaultResource) {
         const as_default_resource_t of_a_request(&resource);
         map = std::make_unique<parsed_map_t>("1.2.3 = MINE");
     }
-    std::ranges::fill(arena, '\xDD');
+    std::fill(arena.begin(), arena.end(), '\xDD');
     EXPECT_EQ(by_name("MINE", *map), "1.2.3|MINE|");
 }
 
@@ -112,7 +112,7 @@ TEST(OidMapMemory, OfTheConfigurationFileOutlivesTheDefaultResource) {
             const as_default_resource_t of_a_request(&resource);
             set_oid_default_file_dir(dir.utf8(u8"").c_str());
         }
-        std::ranges::fill(arena, '\xDD');
+        std::fill(arena.begin(), arena.end(), '\xDD');
         EXPECT_EQ(by_name("MINE", OID_MAP_HANDLE_DEFAULT_FILE), "1.2.3|MINE|");
     }
     const as_default_resource_t nothing(std::pmr::null_memory_resource());

@@ -320,7 +320,8 @@ TEST(GostKey, HeadsThatDifferInAByteAreReadForWhatTheyAre) {
             const bool read = asn_read_pkcs8_pki_gost(changed.data(), changed.size(), key);
             const bool is_info =
                 asn_read_pkcs8_priv_key_info(changed.data(), static_cast<uint32_t>(changed.size()), info);
-            const bool same_oid = is_info && std::ranges::equal(std::span(info.alg_oid, info.alg_oid_len), oid);
+            const bool same_oid =
+                is_info && std::equal(info.alg_oid, info.alg_oid + info.alg_oid_len, oid.begin(), oid.end());
             EXPECT_EQ(read, same_oid) << "kind " << kind << ", byte " << at;
             EXPECT_EQ(key.key_type, read ? kind : unwritten32) << "kind " << kind << ", byte " << at;
         }

@@ -15,7 +15,7 @@ using rows_t = std::span<const pkider::alg_row_t>;
 
 inline pki_alg_t scan(rows_t rows, std::span<const uint8_t> oid) {
     for (const pkider::alg_row_t& row : rows)
-        if (std::ranges::equal(std::span(row.oid.data, row.oid.len), oid)) return row.alg;
+        if (std::equal(row.oid.data, row.oid.data + row.oid.len, oid.begin(), oid.end())) return row.alg;
     return PKI_ALG_NONE;
 }
 

@@ -28,7 +28,9 @@ struct der_element_t {
     bytes_t contents;
 
     std::uint64_t contents_offset() const { return offset + (whole.size() - contents.size()); }
-    bool holds(bytes_t octets) const { return std::ranges::equal(contents, octets); }
+    bool holds(bytes_t octets) const {
+        return std::equal(contents.begin(), contents.end(), octets.begin(), octets.end());
+    }
 };
 
 class der_cursor_t {

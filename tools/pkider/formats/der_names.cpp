@@ -51,10 +51,11 @@ constexpr universal_tag_t constructed_types[] = {external_tag, embedded_pdv_tag,
                                                  character_string_tag};
 
 std::string universal_name(const der_header_t& header) {
-    const auto* const row = std::ranges::find_if(
-        name_rows, [&](const name_row_t& candidate) { return candidate.tag == header.tag_number; });
+    const auto has_tag = [&](const name_row_t& row) { return row.tag == header.tag_number; };
+    const auto* const row = std::find_if(std::begin(name_rows), std::end(name_rows), has_tag);
     if (row == std::end(name_rows)) return "[UNIVERSAL " + std::to_string(header.tag_number) + "]";
-    const bool is_constructed_type = std::ranges::find(constructed_types, row->tag) != std::end(constructed_types);
+    const auto* const end = std::end(constructed_types);
+    const bool is_constructed_type = std::find(std::begin(constructed_types), end, row->tag) != end;
     if (header.constructed() == is_constructed_type) return row->name;
     return std::string(row->name) + (header.constructed() ? " (constructed)" : " (primitive)");
 }
