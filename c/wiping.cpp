@@ -1,6 +1,7 @@
 #include "c/wiping.h"
 
 #include "c/border.h"
+#include "platform/compiler.h"
 
 #include <algorithm>
 #include <stdexcept>
@@ -9,8 +10,7 @@ namespace pkider::c {
 
 void wipe(std::string& secret) noexcept {
     secret.resize(secret.capacity());
-    volatile char* const bytes = secret.data();
-    for (std::size_t i = 0; i < secret.size(); ++i) bytes[i] = 0;
+    overwrite(secret.data(), secret.size());
     secret.clear();
 }
 

@@ -1,8 +1,10 @@
 #include "der/element_reader.h"
 
+#include "platform/compiler.h"
+
 // At the beginning of a cache line, so that the short form is always one fetch, wherever the linker puts the function.
 // Bench: der/walk.
-[[gnu::aligned(64)]] const uint8_t* asn1_read_tag_(asn_tag_t::Type tag, const uint8_t* data, uint64_t size,
+PKIDER_ON_CACHE_LINE const uint8_t* asn1_read_tag_(asn_tag_t::Type tag, const uint8_t* data, uint64_t size,
                                                    uint64_t* out_len) {
     return pkider::asn_decode_header(tag, data, size, out_len);
 }

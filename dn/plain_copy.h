@@ -3,6 +3,7 @@
 #pragma once
 
 #include "dn/char_classes.h"
+#include "platform/compiler.h"
 #include "platform/short_bytes.h"
 
 #include <cstddef>
@@ -11,19 +12,10 @@
 
 namespace pkider {
 
-/// Sixteen characters, tested at once, in the vectors that GCC and Clang have for every processor.
-using char_block_t [[gnu::vector_size(16)]] = uint8_t;
-
 inline char_block_t load_block(const void* chars) {
     char_block_t block;
     std::memcpy(&block, chars, sizeof block);
     return block;
-}
-
-/// Eight characters and eight more.
-inline char_block_t block_of(uint64_t first_half, uint64_t second_half) {
-    using word_pair_t [[gnu::vector_size(16)]] = uint64_t;
-    return reinterpret_cast<char_block_t>(word_pair_t{first_half, second_half});
 }
 
 /// 0xFF in the place of each of the nine characters of special_chars, 0 in the others.

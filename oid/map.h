@@ -7,6 +7,7 @@
 
 #include "oid/builtin_index.h"
 #include "oid/map_entries.h"
+#include "platform/compiler.h"
 
 #include <pkider/oid.h>
 
@@ -53,7 +54,7 @@ class oid_map_t {
 
   private:
     // Not inline: a type of X.520, found at once, is to pay for nothing else. Bench: oid/find_by_contents.
-    [[gnu::noinline]] const OIDdescr_t* find_asn_anywhere(const uint8_t* asn, uint64_t length) const;
+    PKIDER_NEVER_INLINE const OIDdescr_t* find_asn_anywhere(const uint8_t* asn, uint64_t length) const;
 
     bool m_has_builtin;
     const oid_map_entries_t* m_added = nullptr; // owned

@@ -5,12 +5,12 @@
 // bag; smaller files do without. Bench: pkcs12/read, pkcs12/write.
 #pragma once
 
+#include "platform/compiler.h"
+
 #include <algorithm>
 #include <cstdint>
 
 namespace pkider {
-
-enum class access_t { READ = 0, WRITE = 1 };
 
 /// Below this many bytes there is nothing to be gained.
 inline constexpr uint64_t near_cache_size = 2'000'000;
@@ -23,12 +23,12 @@ inline constexpr uint64_t near_cache_size = 2'000'000;
 //
 // Inline, and so must be what calls it only: GCC drops calls of a function that does nothing but prefetch.
 template <access_t Access>
-[[gnu::always_inline]] inline void fetch_ahead(const uint8_t* bag, uint64_t size, uint64_t size_behind) {
+PKIDER_ALWAYS_INLINE inline void fetch_ahead(const uint8_t* bag, uint64_t size, uint64_t size_behind) {
     constexpr uint64_t distance = 8192;
     constexpr uint64_t line_size = 64;
     if (size_behind < distance) return;
     for (uint64_t at = distance; at < distance + std::min(size, distance); at += line_size)
-        __builtin_prefetch(bag + at, static_cast<int>(Access));
+        fetch_line<Access>(bag + at);
 }
 
 } // namespace pkider

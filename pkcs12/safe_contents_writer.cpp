@@ -4,6 +4,7 @@
 #include "pkcs12/fetch_ahead.h"
 #include "pkcs12/identifiers.h"
 #include "pkcs12/tags.h"
+#include "platform/compiler.h"
 
 namespace pkider {
 namespace {
@@ -95,7 +96,7 @@ void put_attributes(uint8_t* at, const pkcs12_item_t& item, const bag_sizes_t& s
 }
 
 // Asks for the room of the next bag of a large file.
-[[gnu::always_inline]] inline void fetch_room(const pkcs12_item_t& item, const std::string& out) {
+PKIDER_ALWAYS_INLINE inline void fetch_room(const pkcs12_item_t& item, const std::string& out) {
     const uint64_t room = out.capacity() - out.size();
     if (item.data_len > room) return; // an item of an unknown type
     const auto* const end = reinterpret_cast<const uint8_t*>(out.data()) + out.size();

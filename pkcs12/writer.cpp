@@ -7,6 +7,7 @@
 #include "pkcs12/safe_contents_writer.h"
 #include "pkcs12/tags.h"
 #include "pkcs8/encrypted_gost_key.h"
+#include "platform/compiler.h"
 
 #include <algorithm>
 #include <optional>
@@ -36,8 +37,7 @@ void append_content_info_head(const content_type_t& type, uint64_t element_size,
 
 // Overwrites a plaintext before its block is given to the caller as the output, or freed.
 void wipe(std::string& plain) {
-    std::fill(plain.begin(), plain.end(), '\0');
-    asm volatile("" : : "r"(plain.data()) : "memory"); // reads it, for all the optimiser knows: the zeros must be there
+    overwrite(plain.data(), plain.size());
     plain.clear();
 }
 

@@ -13,6 +13,8 @@
 #define PKIDER_API __declspec(dllexport)
 #elif defined(_WIN32)
 #define PKIDER_API __declspec(dllimport)
-#else
+#elif defined(__GNUC__)
 #define PKIDER_API __attribute__((visibility("default")))
+#else
+#define PKIDER_API
 #endif

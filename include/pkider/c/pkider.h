@@ -44,8 +44,10 @@
 #define PKIDER_C_API __declspec(dllexport)
 #elif defined(_WIN32)
 #define PKIDER_C_API __declspec(dllimport)
-#else
+#elif defined(__GNUC__)
 #define PKIDER_C_API __attribute__((visibility("default")))
+#else
+#define PKIDER_C_API
 #endif
 
 #ifdef __cplusplus
