@@ -22,21 +22,23 @@ set_target_properties(pkider_c PROPERTIES VERSION ${PROJECT_VERSION}
 target_compile_definitions(pkider_c PRIVATE PKIDER_C_BUILDING)
 target_link_libraries(pkider_c PRIVATE $<BUILD_INTERFACE:pkider_static>)
 
-set_target_properties(pkider_c_static PROPERTIES OUTPUT_NAME pkider_c)
+set_target_properties(pkider_c_static PROPERTIES OUTPUT_NAME pkider_c$<$<BOOL:${MSVC}>:_static>)
 target_compile_definitions(pkider_c_static PUBLIC PKIDER_C_STATIC)
 target_link_libraries(pkider_c_static PUBLIC pkider_static)
 target_compile_options(pkider_c_static PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
 
 if(WIN32)
+  set_target_properties(pkider_c PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+endif()
+if(MINGW)
   # Hosts of another compiler have no runtime of this one: the DLL brings it along. For link.exe there is a list of the
   # exported names: lib /def:pkider_c.def /machine:x64 makes the import library. It has no ordinals: with one, a host may
   # be bound to the number, which changes with the next function.
-  set_target_properties(pkider_c PROPERTIES PREFIX "" RUNTIME_OUTPUT_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
   target_link_options(pkider_c PRIVATE -static)
   if(PKIDER_INSTALL)
     install(FILES cmake/pkider_c.def DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development)
   endif()
-else()
+elseif(NOT WIN32)
   set(pkider_c_symbols ${PROJECT_SOURCE_DIR}/cmake/c_symbols.map)
   target_link_options(pkider_c PRIVATE -Wl,--version-script=${pkider_c_symbols})
   set_target_properties(pkider_c PROPERTIES LINK_DEPENDS ${pkider_c_symbols})

@@ -22,6 +22,8 @@ if(CMAKE_CXX_FLAGS MATCHES "(^| )-O[23]( |$)")
   string(APPEND optimised_configurations ,None)
 endif()
 
+set(when_optimised $<AND:$<CONFIG:${optimised_configurations}>,$<NOT:$<BOOL:${MSVC}>>>) # /O2 there, and no more
+
 include(${CMAKE_CURRENT_LIST_DIR}/built_with.cmake)
 
 foreach(form IN LISTS pkider_forms)
@@ -35,7 +37,7 @@ foreach(form IN LISTS pkider_forms)
                                      PRIVATE ${PROJECT_SOURCE_DIR})
   target_link_libraries(${form} PRIVATE $<BUILD_INTERFACE:pkider_warnings>)
   # -O3 makes the library larger and few files quicker; those are the hot sources of their rooms.
-  target_compile_options(${form} PRIVATE $<$<CONFIG:${optimised_configurations}>:-O2>)
+  target_compile_options(${form} PRIVATE $<${when_optimised}:-O2>)
   if(PKIDER_SANITIZE)
     target_compile_options(${form} PRIVATE -O1) # tests that walk whole domains spend their time here
   endif()
@@ -48,7 +50,8 @@ if(PKIDER_BUILD_SHARED)
   include(${CMAKE_CURRENT_LIST_DIR}/shared_library.cmake)
 endif()
 if(PKIDER_BUILD_STATIC)
-  set_target_properties(pkider_static PROPERTIES OUTPUT_NAME pkider)
+  # Not the name of the import library, where both end in .lib.
+  set_target_properties(pkider_static PROPERTIES OUTPUT_NAME pkider$<$<BOOL:${MSVC}>:_static>)
   target_compile_definitions(pkider_static PUBLIC PKIDER_STATIC)
   # A module with one symbol that GCC makes unique in the process is never unloaded. In the shared library the version
   # script hides them all.
@@ -64,5 +67,5 @@ function(pkider_add_room room)
     target_sources(${form} PRIVATE ${${room}_sources})
   endforeach()
   list(TRANSFORM ${room}_hot_sources PREPEND ${PROJECT_SOURCE_DIR}/${room}/)
-  set_source_files_properties(${${room}_hot_sources} PROPERTIES COMPILE_OPTIONS $<$<CONFIG:${optimised_configurations}>:-O3>)
+  set_source_files_properties(${${room}_hot_sources} PROPERTIES COMPILE_OPTIONS $<${when_optimised}:-O3>)
 endfunction()
