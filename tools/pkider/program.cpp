@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <new>
+#include <sstream>
 
 namespace tool {
 namespace {
@@ -34,9 +35,16 @@ exit_code_t run_chosen(const chosen_command_t& chosen) {
     return exit_code_t::internal;
 }
 
+/// A help, the version, or what is wrong with the command line.
+std::string text_of(const CLI::App& app, const CLI::Error& error) {
+    std::ostringstream text;
+    app.exit(error, text, text);
+    return text.str();
+}
+
 } // namespace
 
-exit_code_t run_program(int argc, char** argv) {
+exit_code_t run_program(std::vector<std::string> arguments) {
     CLI::App app{description, "pkider"};
     app.footer(exit_codes);
     app.set_version_flag("--version", "pkider " PKIDER_VERSION);
@@ -49,16 +57,16 @@ exit_code_t run_program(int argc, char** argv) {
     register_commands(app, chosen);
     unshield_brackets(app);
     try {
-        std::vector<std::string> arguments = shield_brackets(argc, argv);
+        shield_brackets(arguments);
         std::ranges::reverse(arguments); // as parse wants them
         app.parse(std::move(arguments));
     } catch (const CLI::Success& help_or_version) {
         return run_chosen([&] {
-            app.exit(help_or_version);
+            print(text_of(app, help_or_version));
             return exit_code_t::done;
         });
     } catch (const CLI::ParseError& error) {
-        app.exit(error);
+        write_to_stderr(text_of(app, error));
         return exit_code_t::usage;
     }
     return run_chosen(chosen);

@@ -3,9 +3,12 @@
 
 #include "tools/pkider/base/exit_codes.h"
 
+#include <string>
+#include <vector>
+
 namespace tool {
 
-/// Reads the command line, runs the command, reports any exception in one line on standard error.
-exit_code_t run_program(int argc, char** argv);
+/// Takes the words after the program's name, runs the command, reports any exception in one line on standard error.
+exit_code_t run_program(std::vector<std::string> arguments);
 
 } // namespace tool

@@ -16,14 +16,6 @@ namespace {
 
 using tool::exit_code_t;
 
-/// Runs the program inside this one, where its memory can be examined.
-exit_code_t run_here(std::vector<std::string> arguments) {
-    arguments.insert(arguments.begin(), "pkider");
-    std::vector<char*> argv;
-    for (std::string& argument : arguments) argv.push_back(argument.data());
-    return tool::run_program(static_cast<int>(argv.size()), argv.data());
-}
-
 // PrivateKeyInfo with a key of 32 octets A5, with its inner OCTET STRING and without.
 const std::string octets = "A5A5A5A5A5A5A5A5 A5A5A5A5A5A5A5A5 A5A5A5A5A5A5A5A5 A5A5A5A5A5A5A5A5";
 const std::string algorithm = "301F 06082A85030701010101 3013 06072A850302022301 06082A85030701010202";
@@ -65,7 +57,7 @@ class SecretsLeft : public testing::TestWithParam<form_row_t> {
     void expect_none(const std::vector<std::string>& arguments, exit_code_t code = exit_code_t::done) const {
         for (const std::string& part : {octets_part, hex_part, base64_part}) {
             exit_code_t answer{};
-            EXPECT_EQ(count_freed_with(part, [&] { answer = run_here(arguments); }), 0U)
+            EXPECT_EQ(count_freed_with(part, [&] { answer = tool::run_program(arguments); }), 0U)
                 << arguments[0] << " " << arguments[1] << ", looking for " << tool::to_hex(part);
             EXPECT_EQ(answer, code);
         }

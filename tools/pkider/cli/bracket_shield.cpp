@@ -12,12 +12,10 @@ std::string take_mark_off(std::string& value) {
 
 } // namespace
 
-std::vector<std::string> shield_brackets(int argc, char** argv) {
-    std::vector<std::string> arguments(argv + 1, argv + argc);
+void shield_brackets(std::vector<std::string>& arguments) {
     for (std::string& argument : arguments) {
         if (argument.starts_with('[')) argument += mark;
     }
-    return arguments;
 }
 
 void unshield_brackets(CLI::App& app) {

@@ -9,8 +9,8 @@
 
 namespace tool {
 
-/// The arguments after the program's name. Those that begin with a bracket are marked, so that they stay unchanged.
-std::vector<std::string> shield_brackets(int argc, char** argv);
+/// Marks the arguments that begin with a bracket, so that they stay unchanged.
+void shield_brackets(std::vector<std::string>& arguments);
 
 /// Lets every option of the app and its subcommands take the mark off.
 void unshield_brackets(CLI::App& app);

@@ -4,6 +4,7 @@
 #include "tools/pkider/cli/faults.h"
 #include "tools/pkider/formats/encodings.h"
 #include "tools/pkider/io/file_view.h"
+#include "tools/pkider/io/path_kind.h"
 #include "tools/pkider/text/terminal_text.h"
 
 #include <CLI/CLI.hpp>

@@ -2,14 +2,13 @@
 
 #include "tools/pkider/base/failure.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <system_error>
 
 namespace tool {
 namespace {
+
+constexpr int standard_input = 0; // on every system
 
 [[noreturn]] void fail(const std::string& name) {
     throw file_trouble_t(name, std::generic_category().message(errno));
@@ -17,12 +16,8 @@ namespace {
 
 } // namespace
 
-open_file_t::open_file_t(const std::string& path) : m_descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
-    if (m_descriptor < 0) fail(path);
-}
-
-open_file_t::~open_file_t() {
-    close(m_descriptor);
+open_file_t::open_file_t(const std::string& path) : m_descriptor(open_for_reading(path)) {
+    if (!m_descriptor.is_open()) fail(path);
 }
 
 secret_t read_all(int descriptor, const std::string& name) {
@@ -30,8 +25,7 @@ secret_t read_all(int descriptor, const std::string& name) {
     secret_t bytes;
     for (std::size_t size = 0;;) {
         bytes.resize(size + chunk_size);
-        const ssize_t got = read(descriptor, bytes.data() + size, chunk_size);
-        if (got < 0 && errno == EINTR) continue;
+        const std::ptrdiff_t got = read_some(descriptor, bytes.data() + size, chunk_size);
         if (got < 0) fail(name);
         size += static_cast<std::size_t>(got);
         if (got > 0) continue;
@@ -41,16 +35,12 @@ secret_t read_all(int descriptor, const std::string& name) {
 }
 
 secret_t read_file(const std::string& path) {
-    if (path == "-") return read_all(STDIN_FILENO, input_name(path));
+    if (path == "-") return read_all(standard_input, input_name(path));
     return read_all(open_file_t(path).descriptor(), path);
 }
 
 std::vector<std::string> or_standard_input(const std::vector<std::string>& arguments) {
     return arguments.empty() ? std::vector<std::string>{"-"} : arguments;
-}
-
-bool file_exists(const std::string& path) {
-    return access(path.c_str(), F_OK) == 0;
 }
 
 std::string input_name(const std::string& path) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "tools/pkider/base/secret.h"
+#include "tools/pkider/io/descriptor.h"
 
 #include <string>
 #include <vector>
@@ -13,14 +14,11 @@ class open_file_t {
   public:
     /// @throws file_trouble_t
     explicit open_file_t(const std::string& path);
-    open_file_t(const open_file_t&) = delete;
-    open_file_t& operator=(const open_file_t&) = delete;
-    ~open_file_t();
 
-    int descriptor() const { return m_descriptor; }
+    int descriptor() const { return m_descriptor.number(); }
 
   private:
-    int m_descriptor;
+    descriptor_t m_descriptor;
 };
 
 /// All that is left to be read from the descriptor; failures call it `name`. @throws file_trouble_t
@@ -31,9 +29,6 @@ secret_t read_file(const std::string& path);
 
 /// The files or lines to work on: standard input, `-`, when there is none.
 std::vector<std::string> or_standard_input(const std::vector<std::string>& arguments);
-
-/// Whether there is anything of this name.
-bool file_exists(const std::string& path);
 
 /// How a file is called in messages.
 std::string input_name(const std::string& path);

@@ -2,9 +2,8 @@
 
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/formats/encodings.h"
-#include "tools/pkider/io/file_view.h"
-
-#include <unistd.h>
+#include "tools/pkider/io/file_mapping.h"
+#include "tools/pkider/io/streams.h"
 
 #include <cerrno>
 #include <cstdio>
@@ -21,7 +20,7 @@ namespace {
 
 void print(std::string_view text) {
     check_file_views(view_check_t::quick); // what was made of a page that is gone is not given out
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) fail_to_write();
+    if (!write_to(stdout, text)) fail_to_write();
 }
 
 void print_bytes(std::string_view bytes, output_form_t form) {
@@ -31,8 +30,7 @@ void print_bytes(std::string_view bytes, output_form_t form) {
     case output_form_t::base64:
         return print(to_base64(bytes) + "\n");
     default:
-        if (isatty(STDOUT_FILENO) != 0)
-            throw usage_fault_t("DER is not written to a terminal: redirect it, or use --hex");
+        if (is_terminal(stdout)) throw usage_fault_t("DER is not written to a terminal: redirect it, or use --hex");
         return print(bytes);
     }
 }

@@ -1,13 +1,11 @@
 #include "tools/pkider/io/password.h"
 
 #include "tools/pkider/base/failure.h"
+#include "tools/pkider/io/environment.h"
 #include "tools/pkider/io/file_input.h"
 #include "tools/pkider/io/terminal_prompt.h"
 
-#include <unistd.h>
-
 #include <cerrno>
-#include <cstdlib>
 #include <system_error>
 
 namespace tool {
@@ -28,8 +26,7 @@ secret_t read_line(int fd, const std::string& source) {
     std::size_t size = 0;
     while (size < line.size()) {
         uint8_t byte = 0;
-        const ssize_t got = read(fd, &byte, 1);
-        if (got < 0 && errno == EINTR) continue;
+        const std::ptrdiff_t got = read_some(fd, &byte, 1);
         if (got < 0) throw file_trouble_t(source, std::generic_category().message(errno));
         if (got == 0 || byte == '\n') break;
         line.data()[size++] = byte;
@@ -57,7 +54,7 @@ secret_t ask(const std::string& prompt, password_use_t use) {
 secret_t read_password(const password_source_t& source, const std::string& prompt, password_use_t use) {
     if (!source.file.empty()) return read_line(open_file_t(source.file).descriptor(), source.file);
     if (source.fd >= 0) return read_line(source.fd, "descriptor " + std::to_string(source.fd));
-    if (const char* const value = std::getenv(variable)) return checked(secret_t(std::string_view(value)), variable);
+    if (std::optional<secret_t> value = secret_variable(variable)) return checked(std::move(*value), variable);
     return ask(prompt, use);
 }
 

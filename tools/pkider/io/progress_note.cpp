@@ -1,6 +1,6 @@
 #include "tools/pkider/io/progress_note.h"
 
-#include <unistd.h>
+#include "tools/pkider/io/streams.h"
 
 #include <chrono>
 #include <cstdio>
@@ -39,7 +39,7 @@ struct note_t {
 } // namespace
 
 std::function<void(uint32_t done, uint32_t total)> progress_note() {
-    if (isatty(STDERR_FILENO) != 1) return {};
+    if (!is_terminal(stderr)) return {};
     return note_t();
 }
 

@@ -1,8 +1,7 @@
 #include "tools/pkider/io/report.h"
 
+#include "tools/pkider/io/streams.h"
 #include "tools/pkider/text/terminal_text.h"
-
-#include <unistd.h>
 
 #include <cstdlib>
 
@@ -27,9 +26,7 @@ std::string line(const char* colour, std::string_view head, std::string_view sho
 } // namespace
 
 bool has_colour(std::FILE* stream) {
-    if (is_set("NO_COLOR") || isatty(fileno(stream)) == 0) return false;
-    const char* const terminal = std::getenv("TERM");
-    return terminal != nullptr && std::string_view(terminal) != "dumb";
+    return !is_set("NO_COLOR") && shows_colours(stream);
 }
 
 std::string format_error(std::string_view words) {
@@ -50,7 +47,7 @@ void report_note(std::string_view words) {
 
 void write_to_stderr(std::string_view text) {
     std::fflush(stdout); // so that on one terminal the results before the fault are above it
-    std::fwrite(text.data(), 1, text.size(), stderr);
+    write_to(stderr, text);
 }
 
 } // namespace tool

@@ -1,11 +1,6 @@
 #include "tools/pkider/base/secret_memory.h"
 
-#ifdef _WIN32
-#include <windows.h>
-#else
-#include <sys/mman.h>
-#include <sys/resource.h>
-#endif
+#include "tools/pkider/io/locked_memory.h"
 
 #include <algorithm>
 #include <bitset>
@@ -19,50 +14,11 @@ constexpr std::size_t unit_size = 256;
 constexpr std::size_t max_units = 1024;
 constexpr std::size_t max_pool_size = unit_size * max_units;
 
-/// Memory that is locked, or none; it lives as long as the program.
-struct locked_memory_t {
-    unsigned char* begin = nullptr;
-    std::size_t size = 0;
-};
-
-#ifdef _WIN32
-locked_memory_t take_locked_memory() {
-    constexpr std::size_t size = max_pool_size / 4; // a process may lock little more unless it asks for it
-    void* const memory = VirtualAlloc(nullptr, size, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE);
-    if (memory == nullptr) return {};
-    if (VirtualLock(memory, size) == 0) {
-        VirtualFree(memory, 0, MEM_RELEASE);
-        return {};
-    }
-    return {static_cast<unsigned char*>(memory), size};
-}
-#else
-/// As much as may be locked without taking more than half of the limit.
-std::size_t lockable_size() {
-    rlimit limit = {};
-    if (getrlimit(RLIMIT_MEMLOCK, &limit) != 0) return 0;
-    return static_cast<std::size_t>(std::min<rlim_t>(limit.rlim_cur / 2, max_pool_size));
-}
-
-locked_memory_t take_locked_memory() {
-    const std::size_t size = lockable_size() / unit_size * unit_size;
-    if (size == 0) return {};
-    void* const memory = mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-    if (memory == MAP_FAILED) return {};
-    if (mlock(memory, size) != 0) {
-        munmap(memory, size);
-        return {};
-    }
-    madvise(memory, size, MADV_DONTDUMP);
-    return {static_cast<unsigned char*>(memory), size};
-}
-#endif
-
 /// Memory that is handed out in units; first fit, because only a handful of secrets lives at a time.
 class pool_t {
   public:
     pool_t() {
-        const locked_memory_t memory = take_locked_memory();
+        const locked_memory_t memory = take_locked_memory(max_pool_size);
         m_memory = memory.begin;
         m_num_units = m_num_free = memory.size / unit_size;
     }
