@@ -15,7 +15,7 @@ inline constexpr uint32_t default_iterations = 600'000;
 
 /// For all keys of a file that is read: those of five files' worth of defaults, which is some ten seconds of work for
 /// an ordinary processor.
-inline constexpr uint64_t default_max_iterations = 5 * default_iterations;
+inline constexpr uint64_t default_max_iterations = uint64_t{5} * default_iterations;
 
 /// Work of one iteration, in sixteenths of one of PBKDF2 with HMAC GOST R 34.11-94. PBKDF2 hashes twice in an
 /// iteration, the derivation of RFC 7292 B.2 once.
