@@ -21,20 +21,8 @@ bool asn_read_ike_signalg(const uint8_t* der, uint32_t len, asn_ike_signalg_t& o
 pki_alg_t asn_ike_signalg_t::to_pki_alg() const {
     using namespace pkider;
 
-    constexpr uint32_t hash_field = 0x00FF0000;
-
-    // The index itself: exported functions are called through a table. Bench: alg/ike_algorithm.
+    // The index itself: exported functions are called through a table. RSASSA-PSS apart: only it needs a guard of the
+    // stack. Bench: alg/ike_algorithm.
     const pki_alg_t alg = find_alg(oid, oid_len, &known_oid_t::cert_sign);
-    if (alg != PKI_ALG_RSASSA_PSS) return alg;
-    if (params_len == 0) return PKI_ALG_RSASSA_PSS_SHA1;
-
-    asn_algorid_t hash;
-    if (!asn_read_pss_params(params, params_len, hash)) return PKI_ALG_NONE;
-    // Absent or empty. Required: IkeSignalgToPkiAlg.Names/RequiredPssEmptyHashOid.
-    if (hash.oid_len == 0) return PKI_ALG_RSASSA_PSS_SHA1;
-
-    const pki_alg_t hash_alg = find_alg(hash.oid, hash.oid_len, &known_oid_t::hash);
-    if (hash_alg == PKI_ALG_NONE) return PKI_ALG_NONE;
-    // Without the variant field. Required: IkeSignalgToPkiAlg.RequiredVariantOfTheHashIsDropped.
-    return static_cast<pki_alg_t>((hash_alg & hash_field) | PKI_ALG_RSASSA_PSS);
+    return alg == PKI_ALG_RSASSA_PSS ? asn_pss_params_to_alg(params, params_len) : alg;
 }

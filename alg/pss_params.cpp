@@ -1,5 +1,6 @@
 #include "alg/pss_params.h"
 
+#include "alg/oid_index.h"
 #include "der/element_steps.h"
 
 namespace pkider {
@@ -47,6 +48,22 @@ bool asn_read_pss_params(const uint8_t* der, uint32_t len, asn_algorid_t& out) {
     if (!asn_next_element(asn_tag_t::SEQUENCE, input, params)) return false;
     return read_hash_algorithm(params, out) && skip_field(MASK_GEN_ALGORITHM, asn_tag_t::SEQUENCE, params) &&
            skip_field(SALT_LENGTH, asn_tag_t::INTEGER, params) && skip_field(TRAILER_FIELD, asn_tag_t::INTEGER, params);
+}
+
+pki_alg_t asn_pss_params_to_alg(const uint8_t* params, uint32_t params_len) {
+    constexpr uint32_t hash_field = 0x00FF0000;
+
+    if (params_len == 0) return PKI_ALG_RSASSA_PSS_SHA1;
+
+    asn_algorid_t hash;
+    if (!asn_read_pss_params(params, params_len, hash)) return PKI_ALG_NONE;
+    // Absent or empty. Required: IkeSignalgToPkiAlg.Names/RequiredPssEmptyHashOid.
+    if (hash.oid_len == 0) return PKI_ALG_RSASSA_PSS_SHA1;
+
+    const pki_alg_t hash_alg = find_alg(hash.oid, hash.oid_len, &known_oid_t::hash);
+    if (hash_alg == PKI_ALG_NONE) return PKI_ALG_NONE;
+    // Without the variant field. Required: IkeSignalgToPkiAlg.RequiredVariantOfTheHashIsDropped.
+    return static_cast<pki_alg_t>((hash_alg & hash_field) | PKI_ALG_RSASSA_PSS);
 }
 
 } // namespace pkider

@@ -17,4 +17,9 @@ namespace pkider {
 /// @return     False when the parameters are not a SEQUENCE or one of their fields is malformed.
 bool asn_read_pss_params(const uint8_t* der, uint32_t len, asn_algorid_t& out);
 
+/// RSASSA-PSS with the hash of its parameters; with SHA-1 when `params_len` is 0.
+///
+/// @return  PKI_ALG_NONE when the parameters are malformed or the hash is unknown.
+pki_alg_t asn_pss_params_to_alg(const uint8_t* params, uint32_t params_len);
+
 } // namespace pkider

@@ -16,6 +16,7 @@ foreach(form IN ITEMS pkider_c pkider_c_static)
   target_compile_definitions(${form} PRIVATE PKIDER_VERSION="${PROJECT_VERSION}")
   target_link_libraries(${form} PRIVATE $<BUILD_INTERFACE:pkider_warnings>)
 endforeach()
+pkider_harden(pkider_c pkider_c_static)
 
 set_target_properties(pkider_c PROPERTIES VERSION ${PROJECT_VERSION}
                                           SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})

@@ -25,6 +25,7 @@ endif()
 set(when_optimised $<AND:$<CONFIG:${optimised_configurations}>,$<NOT:$<BOOL:${MSVC}>>>) # /O2 there, and no more
 
 include(${CMAKE_CURRENT_LIST_DIR}/built_with.cmake)
+include(${CMAKE_CURRENT_LIST_DIR}/hardening.cmake)
 
 foreach(form IN LISTS pkider_forms)
   add_library(pkider::${form} ALIAS ${form})
@@ -38,6 +39,10 @@ foreach(form IN LISTS pkider_forms)
   target_link_libraries(${form} PRIVATE $<BUILD_INTERFACE:pkider_warnings>)
   # -O3 makes the library larger and few files quicker; those are the hot sources of their rooms.
   target_compile_options(${form} PRIVATE $<${when_optimised}:-O2>)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # A refusal that is moved out of its function needs a row for unwinding of its own: a larger library, not a quicker one.
+    target_compile_options(${form} PRIVATE $<${when_optimised}:-fno-reorder-blocks-and-partition>)
+  endif()
   if(PKIDER_SANITIZE)
     target_compile_options(${form} PRIVATE -O1) # tests that walk whole domains spend their time here
   endif()
@@ -45,6 +50,7 @@ foreach(form IN LISTS pkider_forms)
     set_target_properties(${form} PROPERTIES EXCLUDE_FROM_ALL ON) # a host builds the form that it links
   endif()
 endforeach()
+pkider_harden(${pkider_forms})
 
 if(PKIDER_BUILD_SHARED)
   include(${CMAKE_CURRENT_LIST_DIR}/shared_library.cmake)

@@ -43,7 +43,7 @@ asn_dn_result_t print_rdns(const uint8_t* der, asn_element_t name, oid_map_handl
 // Walks forward in either order, so that the first fault is the first one in the input; the RDNs finished before it
 // are still reversed.
 template <typename Line>
-asn_dn_result_t print_name(const uint8_t* der, const asn_element_t& name, oid_map_handle_t map, std::string& out) {
+asn_dn_result_t print_name(const uint8_t* der, asn_element_t name, oid_map_handle_t map, std::string& out) {
     Line line(static_cast<std::size_t>(name.length));
     const asn_dn_result_t result = print_rdns(der, name, map, line);
     std::string_view text = line.text();

@@ -8,13 +8,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace pkider {
 
 inline char_block_t load_block(const void* chars) {
     char_block_t block;
-    std::memcpy(&block, chars, sizeof block);
+    copy_bytes<sizeof block>(&block, chars);
     return block;
 }
 
@@ -25,7 +24,7 @@ inline char_block_t find_special_chars(char_block_t c) {
 
 inline bool any_found(char_block_t found) {
     uint64_t halves[2];
-    std::memcpy(halves, &found, sizeof halves);
+    copy_bytes<sizeof halves>(halves, &found);
     return (halves[0] | halves[1]) != 0;
 }
 
@@ -42,10 +41,10 @@ inline bool copy_blocks_if_plain(char* to, const uint8_t* from, std::size_t size
     char_block_t found = find_special_chars(load_block(from + last));
     for (std::size_t at = 0; at < last; at += sizeof(char_block_t)) {
         const char_block_t block = load_block(from + at);
-        std::memcpy(to + at, &block, sizeof block);
+        copy_bytes<sizeof block>(to + at, &block);
         found |= find_special_chars(block);
     }
-    std::memcpy(to + last, from + last, sizeof(char_block_t));
+    copy_bytes<sizeof(char_block_t)>(to + last, from + last);
     return !any_found(found);
 }
 

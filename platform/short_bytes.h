@@ -3,6 +3,8 @@
 // more. Bench: dn/encode, dn/encode_rdns.
 #pragma once
 
+#include "platform/compiler.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -16,12 +18,12 @@ struct piece_ends_t {
     Word last;
 
     piece_ends_t(const void* piece, std::size_t size) {
-        std::memcpy(&first, piece, sizeof first);
-        std::memcpy(&last, static_cast<const uint8_t*>(piece) + size - sizeof last, sizeof last);
+        copy_bytes<sizeof first>(&first, piece);
+        copy_bytes<sizeof last>(&last, static_cast<const uint8_t*>(piece) + size - sizeof last);
     }
     void store(void* piece, std::size_t size) const {
-        std::memcpy(piece, &first, sizeof first);
-        std::memcpy(static_cast<uint8_t*>(piece) + size - sizeof last, &last, sizeof last);
+        copy_bytes<sizeof first>(piece, &first);
+        copy_bytes<sizeof last>(static_cast<uint8_t*>(piece) + size - sizeof last, &last);
     }
 };
 
