@@ -6,6 +6,8 @@
 #include <cstdio>
 
 #ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
 #include <windows.h>
 #else
 #include <fcntl.h>
@@ -28,7 +30,12 @@ file_t open_for_reading(const char* utf8_path) {
     wchar_t path[max_path_units];
     constexpr int with_terminator = -1;
     if (MultiByteToWideChar(CP_UTF8, 0, utf8_path, with_terminator, path, max_path_units) == 0) return nullptr;
-    return file_t(_wfopen(path, L"rb"));
+    const int descriptor = _wopen(path, _O_RDONLY | _O_BINARY | _O_NOINHERIT);
+    if (descriptor < 0) return nullptr;
+
+    file_t file(_fdopen(descriptor, "rb"));
+    if (file == nullptr) _close(descriptor);
+    return file;
 }
 
 // ftell, whose 32 bits there would take a file of 2^32 + 10 bytes for one of 10.

@@ -7,6 +7,10 @@
 
 #include <filesystem>
 
+#ifdef _WIN32
+#include <io.h>
+#include <windows.h>
+#endif
 #ifdef __linux__
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -196,6 +200,27 @@ TEST(ReadWholeFile, OpensAPathOf4095UnitsAndNoLongerOne) {
     EXPECT_EQ(contents_of(path), "text");
     path.insert(path.size() - 1, "/");
     EXPECT_EQ(contents_of(path), "");
+}
+#endif
+
+#ifdef _WIN32
+TEST(ReadWholeFile, ChildrenDoNotInheritTheHandle) {
+    const temp_dir_t dir;
+    dir.write(u8"file", "text");
+    const std::string path = dir.utf8(u8"file");
+    int num_seen = 0;
+    at_each_allocation([&] { EXPECT_EQ(read_whole_file(path.c_str()).size, 4u); },
+                       [&] {
+                           for (int fd = 3; fd < 100; ++fd) {
+                               DWORD flags = 0;
+                               const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(fd));
+                               if (handle == INVALID_HANDLE_VALUE || GetHandleInformation(handle, &flags) == 0)
+                                   continue;
+                               EXPECT_EQ(flags & HANDLE_FLAG_INHERIT, 0U);
+                               ++num_seen;
+                           }
+                       });
+    EXPECT_GT(num_seen, 0);
 }
 #endif
 
