@@ -3,6 +3,7 @@
 #include "tools/pkider/crypto/gcrypt_handle.h"
 #include "tools/pkider/crypto/iteration_count.h"
 #include "tools/pkider/formats/der_header.h"
+#include "tools/pkider/formats/oid_constant.h"
 
 #include <pkider/der.h>
 
@@ -57,25 +58,25 @@ bool is_private_key_info(bytes_view_t bytes) {
 
 // ---- Algorithms --------------------------------------------------------------------------------------------------
 
-template <uint8_t... Bytes>
-constexpr uint8_t oid_bytes[] = {Bytes...};
-template <uint8_t... Bytes>
-constexpr bytes_view_t oid{oid_bytes<Bytes...>};
-
-/// Parameter sets of GOST 28147-89, by the names that libgcrypt has for their S-boxes.
+/// Parameter sets of GOST 28147-89. libgcrypt names their S-boxes by the dotted text.
 struct param_set_t {
     bytes_view_t oid;
     const char* sbox;
 };
-constexpr char cryptopro_a[] = "1.2.643.2.2.31.1"; // the one that the library writes
-const param_set_t param_sets[] = {
-    {oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x1F, 0x00>, "1.2.643.2.2.31.0"},
-    {oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x1F, 0x01>, cryptopro_a},
-    {oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x1F, 0x02>, "1.2.643.2.2.31.2"},
-    {oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x1F, 0x03>, "1.2.643.2.2.31.3"},
-    {oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x1F, 0x04>, "1.2.643.2.2.31.4"},
-    {oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x02, 0x05, 0x01, 0x01>, "1.2.643.7.1.2.5.1.1"},
+template <pkider::literal_t Dotted>
+constexpr param_set_t param_set{oid<Dotted>, Dotted.text};
+
+constexpr param_set_t cryptopro_a = param_set<"1.2.643.2.2.31.1">; // the one that the library writes
+// clang-format off
+constexpr param_set_t param_sets[] = {
+    param_set<"1.2.643.2.2.31.0">,
+    cryptopro_a,
+    param_set<"1.2.643.2.2.31.2">,
+    param_set<"1.2.643.2.2.31.3">,
+    param_set<"1.2.643.2.2.31.4">,
+    param_set<"1.2.643.7.1.2.5.1.1">,
 };
+// clang-format on
 
 /// Digests that a MAC is made with. GOST files derive its key with PBKDF2, or as all others do. The work was measured
 /// with libgcrypt and rounded up; for the SHA family it is that of a processor without instructions for it.
@@ -86,16 +87,18 @@ struct mac_digest_t {
     bool has_pbkdf2_form;
     iteration_work_t work;
 };
-const mac_digest_t mac_digests[] = {
-    {oid<0x2A, 0x85, 0x03, 0x02, 0x02, 0x09>, GCRY_MD_GOSTR3411_CP, 32, true, {16, 8}},             // 1.2.643.2.2.9
-    {oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x02, 0x02>, GCRY_MD_STRIBOG256, 64, true, {12, 6}},   // 1.2.643.7.1.1.2.2
-    {oid<0x2A, 0x85, 0x03, 0x07, 0x01, 0x01, 0x02, 0x03>, GCRY_MD_STRIBOG512, 64, true, {16, 8}},   // 1.2.643.7.1.1.2.3
-    {oid<0x2B, 0x0E, 0x03, 0x02, 0x1A>, GCRY_MD_SHA1, 64, false, {2, 1}},                           // 1.3.14.3.2.26
-    {oid<0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x04>, GCRY_MD_SHA224, 64, false, {2, 1}}, // SHA-2: 2.16.840.
-    {oid<0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x01>, GCRY_MD_SHA256, 64, false, {2, 1}}, //   1.101.3.4.2.x
-    {oid<0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x02>, GCRY_MD_SHA384, 128, false, {2, 1}},
-    {oid<0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02, 0x03>, GCRY_MD_SHA512, 128, false, {2, 1}},
+// clang-format off
+constexpr mac_digest_t mac_digests[] = {
+    {oid<"1.2.643.2.2.9">,          GCRY_MD_GOSTR3411_CP, 32,  true,  {16, 8}},
+    {oid<"1.2.643.7.1.1.2.2">,      GCRY_MD_STRIBOG256,   64,  true,  {12, 6}},
+    {oid<"1.2.643.7.1.1.2.3">,      GCRY_MD_STRIBOG512,   64,  true,  {16, 8}},
+    {oid<"1.3.14.3.2.26">,          GCRY_MD_SHA1,         64,  false, {2, 1}},
+    {oid<"2.16.840.1.101.3.4.2.4">, GCRY_MD_SHA224,       64,  false, {2, 1}},
+    {oid<"2.16.840.1.101.3.4.2.1">, GCRY_MD_SHA256,       64,  false, {2, 1}},
+    {oid<"2.16.840.1.101.3.4.2.2">, GCRY_MD_SHA384,       128, false, {2, 1}},
+    {oid<"2.16.840.1.101.3.4.2.3">, GCRY_MD_SHA512,       128, false, {2, 1}},
 };
+// clang-format on
 
 template <typename Row, std::size_t Size>
 const Row* find_row(const Row (&rows)[Size], bytes_view_t wanted) {
@@ -263,9 +266,10 @@ bool gost_pbe_t::make_mac(const uint8_t* data, uint64_t size, pkcs12_mac_t& mac)
     m_digest = hmac(digest.hash, key, authenticated.contents);
     if (m_digest.empty()) throw pbe_error_t(pbe_fault_t::no_cipher);
 
-    static constexpr bytes_view_t algorithm = oid<0x06, 0x06, 0x2A, 0x85, 0x03, 0x02, 0x02, 0x09>;
-    mac = {algorithm.size(),  algorithm.data(),  m_digest.size(),     m_digest.data(),
-           m_mac_salt.size(), m_mac_salt.data(), m_options.iterations};
+    static const std::string algorithm =
+        der_header(asn_tag_t::OBJECT_IDENTIFIER, digest.oid.size()).append(as_text(digest.oid));
+    mac = {algorithm.size(),  as_bytes(algorithm).data(), m_digest.size(),     m_digest.data(),
+           m_mac_salt.size(), m_mac_salt.data(),          m_options.iterations};
     return true;
 }
 
@@ -284,7 +288,7 @@ const char* gost_pbe_t::sbox_behind_iv(const pkcs8_encrypted_pki_gost_t& params,
         const param_set_t* const set = find_row(param_sets, set_oid.contents);
         return set_oid.found && set != nullptr ? set->sbox : nullptr;
     }
-    return cryptopro_a;
+    return cryptopro_a.sbox;
 }
 
 bool gost_pbe_t::decrypt(const pkcs8_encrypted_pki_gost_t& params, const uint8_t* data, uint64_t size,
@@ -351,7 +355,7 @@ void gost_pbe_t::encrypt_bytes(bytes_view_t plain, pkcs8_encrypted_pki_gost_t& p
     if (key.empty()) throw pbe_error_t(m_fault);
 
     storage.assign(reinterpret_cast<const char*>(plain.data()), plain.size());
-    if (!run_cipher(false, cryptopro_a, key, m_iv, writable(storage, 0))) {
+    if (!run_cipher(false, cryptopro_a.sbox, key, m_iv, writable(storage, 0))) {
         wipe(storage); // it still holds the plaintext, and the writer would put that into the file
         throw pbe_error_t(pbe_fault_t::no_cipher);
     }

@@ -1,5 +1,7 @@
 #include "tools/pkider/facts/alg_names.h"
 
+#include "tools/pkider/formats/oid_constant.h"
+
 #include <algorithm>
 #include <cstdio>
 
@@ -117,8 +119,8 @@ std::string alg_value_text(pki_alg_t alg) {
 }
 
 bool is_hash_oid(std::span<const std::uint8_t> oid) {
-    constexpr std::uint8_t nist_hashes[] = {0x60, 0x86, 0x48, 0x01, 0x65, 0x03, 0x04, 0x02}; // 2.16.840.1.101.3.4.2
-    constexpr std::size_t prefix = sizeof nist_hashes;
+    constexpr bytes_t nist_hashes = tool::oid<"2.16.840.1.101.3.4.2">;
+    constexpr std::size_t prefix = nist_hashes.size();
     if (oid.size() == prefix + 1 && std::ranges::equal(oid.first(prefix), nist_hashes)) return true;
     return oid.size() <= UINT32_MAX &&
            PKI_OID_TO_HASH_ALG(oid.data(), static_cast<std::uint32_t>(oid.size())) != PKI_ALG_NONE;

@@ -10,15 +10,10 @@
 namespace tool {
 namespace {
 
-template <uint8_t... Bytes>
-constexpr uint8_t oid_bytes[] = {Bytes...};
-template <uint8_t... Bytes>
-constexpr bytes_t oid{oid_bytes<Bytes...>};
+constexpr bytes_t encrypted_type = oid<"1.2.840.113549.1.7.6">;
 
-constexpr bytes_t encrypted_type = oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x07, 0x06>; // 1.2.840.113549.1.7.6
-
-/// 1.2.840.113549.1.12.10.1.n (RFC 7292 4.2)
-constexpr bytes_t bag_types = oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x0C, 0x0A, 0x01>;
+/// The types of bags (RFC 7292 4.2) have one arc more, their number in this list.
+constexpr bytes_t bag_types = oid<"1.2.840.113549.1.12.10.1">;
 constexpr bag_kind_t bag_kinds[] = {bag_kind_t::key, bag_kind_t::shrouded_key, bag_kind_t::certificate,
                                     bag_kind_t::crl, bag_kind_t::secret,       bag_kind_t::safe_contents};
 
@@ -37,9 +32,8 @@ std::string why_not_decrypted(const decryption_t& decryption) {
 
 /// Attributes ::= SET OF SEQUENCE { OID, SET OF value }, as strict as the library: a fault in them ends its read.
 void check_attributes(der_cursor_t attributes) {
-    constexpr bytes_t friendly_name =
-        oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x09, 0x14>;                              // 1.2.840.113549.1.9.20
-    constexpr bytes_t local_key_id = oid<0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x09, 0x15>; // 1.2.840.113549.1.9.21
+    constexpr bytes_t friendly_name = oid<"1.2.840.113549.1.9.20">;
+    constexpr bytes_t local_key_id = oid<"1.2.840.113549.1.9.21">;
     while (!attributes.at_end()) {
         der_cursor_t attribute(attributes.next(asn_tag_t::SEQUENCE, "an attribute"));
         const der_element_t type = attribute.next(asn_tag_t::OBJECT_IDENTIFIER, "the attribute type");

@@ -4,6 +4,7 @@
 
 #include "tools/pkider/crypto/gost_pbe.h"
 #include "tools/pkider/formats/der_cursor.h"
+#include "tools/pkider/formats/oid_constant.h"
 
 #include <pkider/pkcs12.h>
 
@@ -11,8 +12,8 @@
 
 namespace tool {
 
-/// Content type data, 1.2.840.113549.1.7.1 (RFC 5652 4).
-inline constexpr uint8_t data_type[] = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x07, 0x01};
+/// Content type data (RFC 5652 4).
+inline constexpr bytes_t data_type = oid<"1.2.840.113549.1.7.1">;
 
 /// The outermost layer, for those who need no more (RFC 7292 4).
 struct pfx_t {

@@ -3,16 +3,19 @@
 #include "tools/pkider/base/count_text.h"
 #include "tools/pkider/base/failure.h"
 #include "tools/pkider/facts/oid_names.h"
+#include "tools/pkider/formats/oid_constant.h"
 
 #include <algorithm>
 
 namespace tool {
 namespace {
 
-constexpr uint8_t pbes2[] = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x05, 0x0D};  // 1.2.840.113549.1.5.13
-constexpr uint8_t pbkdf2[] = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x05, 0x0C}; // 1.2.840.113549.1.5.12
-constexpr uint8_t hmac_gost94[] = {0x2A, 0x85, 0x03, 0x02, 0x02, 0x0A};              // 1.2.643.2.2.10
-constexpr uint8_t gost28147[] = {0x2A, 0x85, 0x03, 0x02, 0x02, 0x15};                // 1.2.643.2.2.21
+// clang-format off
+constexpr bytes_t pbes2       = oid<"1.2.840.113549.1.5.13">;
+constexpr bytes_t pbkdf2      = oid<"1.2.840.113549.1.5.12">;
+constexpr bytes_t hmac_gost94 = oid<"1.2.643.2.2.10">;
+constexpr bytes_t gost28147   = oid<"1.2.643.2.2.21">;
+// clang-format on
 
 /// Reads as far as the bytes go. Throws der_fault_t; the fields before the fault are filled.
 void fill_pbes2(bytes_t algorithm, pbes2_t& out) {

@@ -5,6 +5,7 @@
 #include "tools/pkider/facts/fact_names.h"
 #include "tools/pkider/formats/der_integer.h"
 #include "tools/pkider/formats/encodings.h"
+#include "tools/pkider/formats/oid_constant.h"
 
 #include <algorithm>
 
@@ -13,8 +14,8 @@ namespace {
 
 constexpr std::uint32_t no_key_bits = 0xFFFFFFFF; // an empty BIT STRING, see asn_pubkey_t
 
-constexpr std::uint8_t pss_oid[] = {0x2A, 0x86, 0x48, 0x86, 0xF7, 0x0D, 0x01, 0x01, 0x0A}; // 1.2.840.113549.1.1.10
-constexpr std::uint8_t ec_oid[] = {0x2A, 0x86, 0x48, 0xCE, 0x3D, 0x02, 0x01};              // 1.2.840.10045.2.1
+constexpr bytes_t pss_key = oid<"1.2.840.113549.1.1.10">;
+constexpr bytes_t ec_key = oid<"1.2.840.10045.2.1">;
 
 bool is_gost(pki_alg_t alg) {
     const pki_alg_t key = key_field(alg);
@@ -86,13 +87,13 @@ std::optional<public_key_t> read_public_key(bytes_t spki, oid_map_handle_t map) 
     key.alg = PKI_OID_TO_KEY_ALG(raw.alg_oid, raw.alg_oid_len);
     if (raw.key_len != no_key_bits) key.bits = {raw.key, raw.key_len};
 
-    if (key.alg == PKI_ALG_RSA || std::ranges::equal(oid, pss_oid)) {
+    if (key.alg == PKI_ALG_RSA || std::ranges::equal(oid, pss_key)) {
         key.rsa = read_rsa(raw);
     } else if (is_gost(key.alg)) {
         key.gost = read_gost(raw, map);
     } else if (key.alg == PKI_ALG_DSA) {
         key.prime = read_dsa_prime(raw);
-    } else if (std::ranges::equal(oid, ec_oid)) {
+    } else if (std::ranges::equal(oid, ec_key)) {
         key.curve = describe_element(raw.params, raw.params_len, map);
     }
     return key;
