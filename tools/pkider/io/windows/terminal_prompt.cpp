@@ -8,7 +8,7 @@
 namespace tool {
 namespace {
 
-constexpr DWORD time_to_end = 1000; // milliseconds, in which Ctrl-C ends the program
+constexpr DWORD milliseconds_to_end = 1000; // Ctrl-C ends the program meanwhile
 
 struct silenced_t {
     HANDLE console;
@@ -59,7 +59,7 @@ class silent_console_t {
     std::size_t read_line(wchar_t* text, std::size_t max_units) const {
         DWORD got = 0;
         if (ReadConsoleW(m_in.get(), text, static_cast<DWORD>(max_units), &got, nullptr) == 0) return 0;
-        if (got == 0 && GetLastError() == ERROR_OPERATION_ABORTED) Sleep(time_to_end);
+        if (got == 0 && GetLastError() == ERROR_OPERATION_ABORTED) Sleep(milliseconds_to_end);
         return got;
     }
 
